@@ -1,0 +1,19 @@
+# Compile flags of every target, and the one way in which folders become libraries.
+
+add_library(kelvane_flags INTERFACE)
+target_compile_options(kelvane_flags INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+if(KELVANE_SANITIZE)
+  target_compile_options(kelvane_flags INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(kelvane_flags INTERFACE -fsanitize=address,undefined)
+endif()
+
+# kelvane_library(NAME SOURCES ... LINKS ...): the folder's library. Its headers are reached as
+# "folder/header.h"; what a folder may include is what it links, checked by scripts/check-includes.
+function(kelvane_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  add_library(kelvane_${name} STATIC ${ARG_SOURCES})
+  target_include_directories(kelvane_${name} PUBLIC ${PROJECT_SOURCE_DIR})
+  target_link_libraries(kelvane_${name} PUBLIC ${ARG_LINKS} PRIVATE kelvane_flags)
+endfunction()

@@ -1,0 +1,179 @@
+#include "platform/basic_text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+namespace kelvane {
+
+namespace {
+
+constexpr std::size_t longest_number = 300;
+
+bool is_digit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+template <typename Change>
+std::string changed_letters(std::string_view text, Change change) {
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), change);
+    return result;
+}
+
+}  // namespace
+
+double Val(std::string_view text) {
+    std::size_t at = text.find_first_not_of(' ');
+    if (at == std::string_view::npos) {
+        return 0;
+    }
+    text = text.substr(at, longest_number);
+    at = 0;
+    bool negative = false;
+    if (text[0] == '-' || text[0] == '+') {
+        negative = text[0] == '-';
+        at = 1;
+    }
+    double value = 0;
+    double place = 0;  // 0 before the decimal point, then the weight of the next digit
+    for (; at < text.size(); ++at) {
+        const char c = text[at];
+        if (c == '.' && place == 0) {
+            place = 0.1;
+        } else if (!is_digit(c)) {
+            break;
+        } else if (place == 0) {
+            value = value * 10 + (c - '0');
+        } else {
+            value += place * (c - '0');
+            place /= 10;
+        }
+    }
+    return negative ? -value : value;
+}
+
+std::string Str(std::int64_t number) {
+    return number < 0 ? std::to_string(number) : " " + std::to_string(number);
+}
+
+std::string print_number(std::int64_t number) {
+    return Str(number) + " ";
+}
+
+std::string decimal(std::int64_t number) {
+    return std::to_string(number);
+}
+
+int CInt(double number) {
+    if (std::isnan(number)) {
+        return 0;
+    }
+    const double lowest = std::numeric_limits<int>::min();
+    const double highest = std::numeric_limits<int>::max();
+    const double clamped = std::clamp(number, lowest, highest);
+    const double below = std::floor(clamped);
+    const double over = clamped - below;
+    const bool odd = std::fmod(below, 2) != 0;
+    const double rounded = over > 0.5 || (over == 0.5 && odd) ? below + 1 : below;
+    return static_cast<int>(rounded);
+}
+
+int whole_number(std::string_view text) {
+    return CInt(Val(text));
+}
+
+std::string upper_case(std::string_view text) {
+    return changed_letters(
+        text, [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+}
+
+std::string lower_case(std::string_view text) {
+    return changed_letters(
+        text, [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+}
+
+Text_reader::Text_reader(std::optional<std::string> content)
+    : content_(content ? std::move(*content) : std::string()), failed_(!content.has_value()) {}
+
+bool Text_reader::line(std::string& target) {
+    if (at_end()) {
+        failed_ = true;
+        return false;
+    }
+    const std::size_t found = content_.find('\n', position_);
+    const std::size_t end = found == std::string::npos ? content_.size() : found;
+    std::size_t length = end - position_;
+    if (found != std::string::npos && length > 0 && content_[end - 1] == '\r') {
+        --length;
+    }
+    target = content_.substr(position_, length);
+    position_ = found == std::string::npos ? end : end + 1;
+    return true;
+}
+
+bool Text_reader::field(std::string& target) {
+    if (at_end()) {
+        failed_ = true;
+        return false;
+    }
+    position_ = std::min(content_.find_first_not_of(' ', position_), content_.size());
+    const bool quoted = position_ < content_.size() && content_[position_] == '"';
+    const std::size_t start = quoted ? position_ + 1 : position_;
+    std::size_t end =
+        std::min(content_.find_first_of(quoted ? "\"" : ",\r\n", start), content_.size());
+    target = content_.substr(start, end - start);
+    if (quoted) {
+        end = std::min(content_.find_first_of(",\r\n", end), content_.size());
+    } else {
+        target.erase(target.find_last_not_of(' ') + 1);
+    }
+    position_ = end;
+    if (content_.compare(position_, cr_lf.size(), cr_lf) == 0) {
+        position_ += cr_lf.size();
+    } else if (position_ < content_.size()) {
+        ++position_;
+    }
+    return true;
+}
+
+bool Text_reader::line_number(int& target) {
+    std::string text;
+    if (!line(text)) {
+        return false;
+    }
+    target = whole_number(text);
+    return true;
+}
+
+bool Text_reader::field_number(int& target) {
+    std::string text;
+    if (!field(text)) {
+        return false;
+    }
+    target = whole_number(text);
+    return true;
+}
+
+bool Text_reader::field_flag(bool& target) {
+    std::string text;
+    if (!field(text)) {
+        return false;
+    }
+    const std::string word = upper_case(text);
+    target = word == "TRUE" || word == "#TRUE#" || whole_number(text) != 0;
+    return true;
+}
+
+Text_writer& Text_writer::line(std::string_view text) {
+    text_ += text;
+    text_ += cr_lf;
+    return *this;
+}
+
+Text_writer& Text_writer::number_line(std::int64_t number) {
+    return line(print_number(number));
+}
+
+}  // namespace kelvane

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kelvane {
+
+/// The numeric value of a text: leading blanks skipped, an optional sign, digits with at most one
+/// decimal point, up to the first character that does not fit. No number gives 0. There are no
+/// exponents ("1E5" is 1). At most 300 digits are looked at, so a line of a megabyte costs nothing.
+double Val(std::string_view text);
+
+/// A number in decimal, rounded to a whole one, with one leading blank when it is not negative:
+/// " 3", "-2".
+std::string Str(std::int64_t number);
+
+/// The form in which a print-to-file statement writes a number: " 3 ", "-2 ".
+std::string print_number(std::int64_t number);
+
+/// A whole number without sign blank: "3", "-2".
+std::string decimal(std::int64_t number);
+
+/// Rounds to a whole number, halves to the even neighbour; values beyond the range of `int` are
+/// clamped to it, so that a settings file with absurd numbers cannot overflow anything.
+int CInt(double number);
+
+/// CInt(Val(text)).
+int whole_number(std::string_view text);
+
+/// ASCII upper and lower case; other bytes stay as they are.
+std::string upper_case(std::string_view text);
+std::string lower_case(std::string_view text);
+
+/// Reads lines and fields of a text file that is already in memory. It is sticky: after one failure
+/// every further read fails and leaves its target alone, so "values read before the failure stay,
+/// the others keep their defaults" needs no branches.
+class Text_reader {
+  public:
+    /// `content` without a value (the file could not be read) is a reader that has already failed.
+    explicit Text_reader(std::optional<std::string> content);
+
+    /// Reads up to the next CR LF or LF, which is consumed and not part of the line. False at the
+    /// end of the text, with `target` unchanged. A last line without line end still counts.
+    bool line(std::string& target);
+
+    /// Reads the next field: leading blanks skipped, ended by a comma or a line end; a field that
+    /// begins with a double quote ends at the next one. False at the end of the text.
+    bool field(std::string& target);
+
+    /// A line's or field's value as a whole number (CInt of Val).
+    bool line_number(int& target);
+    bool field_number(int& target);
+
+    /// A field's truth value: TRUE, #TRUE# (any case) or a number other than 0.
+    bool field_flag(bool& target);
+
+    [[nodiscard]] bool failed() const { return failed_; }
+    [[nodiscard]] bool at_end() const { return failed_ || position_ >= content_.size(); }
+
+  private:
+    std::string content_;
+    std::size_t position_ = 0;
+    bool failed_ = false;
+};
+
+/// Builds the content of a text file line by line, each ended by CR LF.
+class Text_writer {
+  public:
+    Text_writer& line(std::string_view text);
+    /// A line that holds `print_number(number)`.
+    Text_writer& number_line(std::int64_t number);
+    [[nodiscard]] const std::string& text() const { return text_; }
+
+  private:
+    std::string text_;
+};
+
+/// The bytes of line ends used all over.
+inline constexpr std::string_view cr_lf = "\r\n";
+
+}  // namespace kelvane

@@ -1,0 +1,214 @@
+#include "platform/controls.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kelvane {
+
+namespace {
+
+void run(const std::function<void()>& handler) {
+    if (handler) {
+        handler();
+    }
+}
+
+}  // namespace
+
+Control::Control(std::string name, std::string caption)
+    : name_(std::move(name)), caption_(std::move(caption)) {}
+
+void Control::changed() const {
+    run(observer_);
+}
+
+void Control::set_caption(std::string caption) {
+    if (caption != caption_) {
+        caption_ = std::move(caption);
+        changed();
+    }
+}
+
+void Control::set_enabled(bool enabled) {
+    if (enabled != enabled_) {
+        enabled_ = enabled;
+        changed();
+    }
+}
+
+void Control::set_visible(bool visible) {
+    if (visible != visible_) {
+        visible_ = visible;
+        changed();
+    }
+}
+
+void Button::click() {
+    if (enabled()) {
+        run(on_click);
+    }
+}
+
+void Check_box::set_value(int value) {
+    if (value == value_ || value < 0 || value > 2) {
+        return;
+    }
+    value_ = value;
+    changed();
+    run(on_click);
+}
+
+void Check_box::click() {
+    if (enabled()) {
+        set_value(value_ == 1 ? 0 : 1);
+    }
+}
+
+void Option_button::join(Option_button& other) {
+    others_.push_back(&other);
+    other.others_.push_back(this);
+}
+
+void Option_button::set_value(bool value) {
+    if (value == value_) {
+        return;
+    }
+    value_ = value;
+    changed();
+    if (value) {
+        for (Option_button* other : others_) {
+            other->set_value(false);
+        }
+        run(on_click);
+    }
+}
+
+void Option_button::click() {
+    if (enabled()) {
+        set_value(true);
+    }
+}
+
+void Text_box::set_text(std::string text) {
+    if (text == text_) {
+        return;
+    }
+    text_ = std::move(text);
+    changed();
+    run(on_change);
+}
+
+void Text_box::type_key(char key) {
+    if (enabled() && (!accepts_key || accepts_key(key))) {
+        set_text(text_ + key);
+    }
+}
+
+void Text_box::press_enter() {
+    if (enabled()) {
+        run(on_enter);
+    }
+}
+
+void List_box::items_changed() {
+    ++revision_;
+    changed();
+}
+
+void List_box::set_items(std::vector<std::string> items) {
+    items_ = std::move(items);
+    selected_ = -1;
+    items_changed();
+}
+
+void List_box::add(std::string item) {
+    items_.push_back(std::move(item));
+    items_changed();
+}
+
+void List_box::remove(int position) {
+    if (position < 0 || position >= static_cast<int>(items_.size())) {
+        return;
+    }
+    items_.erase(items_.begin() + position);
+    if (selected_ == position) {
+        selected_ = -1;
+    } else if (selected_ > position) {
+        --selected_;
+    }
+    items_changed();
+}
+
+void List_box::clear() {
+    set_items({});
+}
+
+std::string List_box::selected_text() const {
+    return selected_ < 0 ? std::string() : items_[static_cast<std::size_t>(selected_)];
+}
+
+void List_box::select(int position) {
+    const bool exists = position >= 0 && position < static_cast<int>(items_.size());
+    selected_ = exists ? position : -1;
+    changed();
+}
+
+void List_box::choose(int position) {
+    if (!enabled()) {
+        return;
+    }
+    select(position);
+    if (selected_ >= 0) {
+        run(on_mouse_down);
+    }
+}
+
+void List_box::double_click() {
+    if (enabled() && selected_ >= 0) {
+        run(on_double_click);
+    }
+}
+
+Scroll_bar::Scroll_bar(std::string name, int minimum, int maximum)
+    : Control(std::move(name)), minimum_(minimum), maximum_(maximum), value_(minimum) {}
+
+void Scroll_bar::set_value(int value) {
+    const int inside = std::clamp(value, minimum_, maximum_);
+    if (inside == value_) {
+        return;
+    }
+    value_ = inside;
+    changed();
+    run(on_change);
+}
+
+void Progress_bar::set_value(int percent) {
+    const int inside = std::clamp(percent, 0, 100);
+    if (inside != value_) {
+        value_ = inside;
+        changed();
+    }
+}
+
+void Rich_text::set_text(std::string text) {
+    text_ = std::move(text);
+    selection_start_ = 0;
+    selection_length_ = 0;
+    ++revision_;
+    changed();
+}
+
+void Rich_text::insert(std::string_view text) {
+    text_.insert(selection_start_, text);
+    selection_length_ = 0;
+    ++revision_;
+    changed();
+}
+
+void Rich_text::select(std::size_t start, std::size_t length) {
+    selection_start_ = std::min(start, text_.size());
+    selection_length_ = std::min(length, text_.size() - selection_start_);
+    changed();
+}
+
+}  // namespace kelvane

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <ctime>
+#include <string>
+#include <vector>
+
+namespace kelvane {
+
+/// A serial device that is there now.
+struct Serial_device {
+    std::string path;         ///< as opened: "/dev/ttyUSB0"
+    std::string description;  ///< what the system says of it; may be empty
+};
+
+/// Odds and ends of the desktop.
+class Desktop_services {
+  public:
+    virtual ~Desktop_services() = default;
+    virtual void beep() = 0;
+    /// Now, in the system's short date and time formats.
+    [[nodiscard]] virtual std::string date_text() const = 0;
+    [[nodiscard]] virtual std::string time_text() const = 0;
+    /// A file's stamp in the same formats, date and time with a blank between.
+    [[nodiscard]] virtual std::string stamp_text(std::time_t stamp) const = 0;
+    /// All arguments joined by one blank, the window system's own taken out.
+    [[nodiscard]] virtual std::string command_line() const = 0;
+    /// True when another instance runs on the same program directory.
+    [[nodiscard]] virtual bool another_instance_runs() = 0;
+    /// The serial devices found now, in a stable order.
+    [[nodiscard]] virtual std::vector<Serial_device> serial_devices() const = 0;
+};
+
+}  // namespace kelvane

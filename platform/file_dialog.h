@@ -1,0 +1,29 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace kelvane {
+
+/// What the operator chooses a file for: the words on the dialog and its button follow from it. The
+/// dialog itself asks nothing about files that exist or do not.
+enum class File_purpose { open, save };
+
+/// The file dialog, which keeps its settings from one showing to the next.
+class File_dialog {
+  public:
+    virtual ~File_dialog() = default;
+
+    std::string initial_directory;
+    /// Description and pattern pairs, separated by "|": "NC programs|*.nc;*.tap|All files|*".
+    std::string filter;
+    /// Counted from 1; 0 is taken as 1.
+    int filter_index = 1;
+
+    /// The chosen path, or no value when the operator cancels.
+    [[nodiscard]] virtual std::optional<std::string> choose_file(File_purpose purpose) = 0;
+    /// The chosen folder, `start` being shown first.
+    [[nodiscard]] virtual std::optional<std::string> choose_folder(const std::string& start) = 0;
+};
+
+}  // namespace kelvane

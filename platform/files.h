@@ -1,0 +1,74 @@
+#pragma once
+
+#include <cstdint>
+#include <ctime>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kelvane {
+
+/// Whole-file operations; nothing is ever left open. Paths are bytes in the system's own form.
+/// Failures are values; `last_error()` then says why in the system's words.
+class Files {
+  public:
+    virtual ~Files() = default;
+
+    /// The folder that holds all of the program's own files, without a separator at its end.
+    [[nodiscard]] virtual std::string program_directory() const = 0;
+
+    /// The path of the program's own file `name`, which begins with a backslash ("\X" is the file X
+    /// in the program directory).
+    [[nodiscard]] std::string program_path(std::string_view name) const;
+
+    /// True for an existing file that is not a folder.
+    [[nodiscard]] virtual bool exists(const std::string& path) const = 0;
+    /// True for an existing folder.
+    [[nodiscard]] virtual bool is_folder(const std::string& path) const = 0;
+
+    /// The whole content; no value when the file is missing or cannot be read.
+    [[nodiscard]] virtual std::optional<std::string> read(const std::string& path) const = 0;
+    /// At most `count` bytes from the start.
+    [[nodiscard]] virtual std::optional<std::string> read_start(const std::string& path,
+                                                                std::size_t count) const = 0;
+
+    /// Makes `path` hold exactly `content`: written to a temporary file beside it, synced, renamed.
+    /// On failure an old file of that name is untouched.
+    [[nodiscard]] virtual bool replace(const std::string& path, std::string_view content) = 0;
+    /// Adds `content` at the end, creating the file when it is missing. On failure the file keeps
+    /// its old length.
+    [[nodiscard]] virtual bool append(const std::string& path, std::string_view content) = 0;
+    /// As `replace` with the content of `from`.
+    [[nodiscard]] virtual bool copy(const std::string& from, const std::string& to) = 0;
+    /// Renames within a folder or between folders of one disk; an existing `to` is replaced.
+    [[nodiscard]] virtual bool rename(const std::string& from, const std::string& to) = 0;
+    /// True when the file is gone afterwards, a missing one included.
+    virtual bool remove(const std::string& path) = 0;
+
+    /// Length in bytes; no value for a missing file.
+    [[nodiscard]] virtual std::optional<std::uint64_t> length(const std::string& path) const = 0;
+    /// Time of the last change; no value for a missing file.
+    [[nodiscard]] virtual std::optional<std::time_t> stamp(const std::string& path) const = 0;
+
+    /// Why the last failed operation failed ("No space left on device"); empty when unknown.
+    [[nodiscard]] virtual std::string last_error() const = 0;
+};
+
+/// The folder part of a path without its last separator (the root keeps it); empty when the path
+/// has no separator. Separators are "/" and, on Windows, "\" too.
+std::string folder_of(std::string_view path);
+/// What follows the last separator.
+std::string name_of(std::string_view path);
+/// `folder` and `name` joined by the system's separator; `name` alone when `folder` is empty.
+std::string path_in(std::string_view folder, std::string_view name);
+/// True when `name` can be (part of) the name of one file: no separator, no NUL byte, no character
+/// that the system forbids.
+bool can_be_file_name(std::string_view name);
+/// True for a path that begins at a root or a drive.
+bool is_absolute_path(std::string_view path);
+/// `path` with what follows its last "." replaced by "bak"; ".bak" appended when it has no "." at
+/// all. The cut is at the last dot of the whole path, folders included: a name without an extension
+/// in a folder "A.B" is cut inside the folder's name.
+std::string backup_path(std::string_view path);
+
+}  // namespace kelvane

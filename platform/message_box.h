@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kelvane {
+
+enum class Message_icon { none, information, exclamation, critical };
+enum class Message_buttons { ok, ok_cancel, yes_no };
+enum class Message_answer { ok, cancel, yes, no };
+
+/// One modal message: lines of `text` are joined by line feeds.
+struct Message {
+    std::string text;
+    std::string title;
+    Message_icon icon = Message_icon::none;
+    Message_buttons buttons = Message_buttons::ok;
+};
+
+/// Shows modal messages. Closing the box by any other way than its buttons (Escape, the end of the
+/// program) answers as the careful button does: cancel, no, or ok where there is nothing else.
+class Message_box {
+  public:
+    virtual ~Message_box() = default;
+    virtual Message_answer show(const Message& message) = 0;
+};
+
+/// Title of all boxes that have none of their own.
+inline constexpr std::string_view product_name = "Kelvane Lite";
+
+}  // namespace kelvane

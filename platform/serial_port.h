@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace kelvane {
+
+/// Who holds the machine back, or is held back, on the driver's level. The numbers are those of the
+/// machine's settings file, line 5.
+enum class Handshaking { none = 0, xon_xoff = 1, rts_cts = 2, both = 3 };
+
+/// All that is set before a port is opened.
+struct Port_settings {
+    int com_port = 1;      ///< 1..128
+    std::string settings;  ///< baud, parity letter, data bits, stop bits: "9600,N,8,1"
+    Handshaking handshaking = Handshaking::none;  ///< of the driver; for receiving only
+    bool null_discard = false;                    ///< NUL bytes that arrive are thrown away
+    std::size_t in_buffer_size = 4096;
+    std::size_t out_buffer_size = 512;
+    char xon = '\x11';  ///< what the driver sends and obeys under Xon/Xoff
+    char xoff = '\x13';
+};
+
+/// Why a port could not be opened.
+enum class Port_error { none, bad_settings, no_such_device, in_use, no_permission, other };
+
+/// The serial port `Serial_comm1`. All reading is polled.
+class Serial_comm {
+  public:
+    virtual ~Serial_comm() = default;
+
+    /// Opens the port with RTS and DTR on and old input thrown away. On failure the port is closed
+    /// and `error_text()` says why.
+    [[nodiscard]] virtual Port_error open(const Port_settings& settings) = 0;
+    /// Throws away output that is still queued, then closes; never waits. RTS and DTR go off first.
+    virtual void close() = 0;
+    [[nodiscard]] virtual bool is_open() const = 0;
+    /// True once an open port has gone (adapter pulled out, line hung up). It is closed then, what
+    /// had been read from it before stays readable. Cleared by `open`.
+    [[nodiscard]] virtual bool lost() const = 0;
+    /// The system's words for the last failure and what may help; empty after a success.
+    [[nodiscard]] virtual std::string error_text() const = 0;
+    /// The device that `com_port` is wired to: "/dev/ttyUSB0".
+    [[nodiscard]] virtual std::string device_of(int com_port) const = 0;
+    /// Characters a second that the open line can carry: baud rate over bits of a character.
+    [[nodiscard]] virtual double characters_per_second() const = 0;
+
+    /// Bytes that wait to be read.
+    [[nodiscard]] virtual std::size_t in_buffer_count() = 0;
+    /// Takes at most `most` waiting bytes; 0 takes all.
+    [[nodiscard]] virtual std::string input(std::size_t most) = 0;
+    /// Bytes handed over that have not left the line yet, as far as can be known, but never fewer.
+    [[nodiscard]] virtual std::size_t out_buffer_count() = 0;
+    virtual void output(std::string_view bytes) = 0;
+    /// CTS raised; a device without modem lines counts as clear to send.
+    [[nodiscard]] virtual bool cts_holding() = 0;
+};
+
+}  // namespace kelvane
