@@ -1,0 +1,220 @@
+#include "print/listing_pages.h"
+
+#include <algorithm>
+
+#include "platform/basic_text.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr std::size_t line_number_width = 7;
+constexpr int columns_given_to_numbers = 6;
+constexpr std::string_view page_top = "\n\n";
+constexpr std::string_view footer_lead = "\n\n";
+constexpr std::size_t footer_indent = 37;
+constexpr int run_over_rows = 8;
+
+/// Line counts at which page 1 begins; what stands above it counts as lines already printed.
+constexpr int first_line = 1;
+constexpr int first_line_under_barcode = 5;
+constexpr int first_line_under_header = 11;
+constexpr int first_line_under_barcode_and_header = 16;
+
+int page_lines(const Listing_layout& layout) {
+    return std::max(layout.lines_per_page, 1);
+}
+
+int margin_columns(const Listing_layout& layout) {
+    return std::clamp(layout.margin, 0, widest_margin);
+}
+
+int line_characters(const Listing_layout& layout) {
+    const int given = layout.line_numbers ? columns_given_to_numbers : 0;
+    return std::max(layout.line_length, 1 + given) - given;
+}
+
+std::size_t count_lines(std::string_view content) {
+    const auto ends = std::count(content.begin(), content.end(), '\n');
+    const bool open_end = !content.empty() && content.back() != '\n';
+    return static_cast<std::size_t>(ends) + (open_end ? 1 : 0);
+}
+
+std::string number_text(std::size_t number) {
+    return Str(static_cast<std::int64_t>(number));
+}
+
+/// The listing while it grows: `buffer_` is the page in work, `printed_` the number of the line of
+/// the page that is printed next.
+class Composer {
+  public:
+    Composer(const Listing_source& source, const Listing_layout& layout)
+        : source_(source),
+          layout_(layout),
+          lines_(page_lines(layout)),
+          characters_(static_cast<std::size_t>(line_characters(layout))),
+          margin_(static_cast<std::size_t>(margin_columns(layout)), ' ') {}
+
+    Listing compose(const std::function<bool()>& proceed) {
+        start_first_page();
+        if (layout_.description) {
+            put_header();
+        }
+        Text_reader reader(source_.content);
+        while (fill_page(reader, proceed)) {
+            finish_page();
+        }
+        if (!listing_.fault && !listing_.stopped) {
+            finish_listing();
+        }
+        if (listing_.fault || listing_.stopped) {
+            listing_.pages.clear();
+        }
+        return std::move(listing_);
+    }
+
+  private:
+    void start_first_page() {
+        printed_ = layout_.barcode_room ? first_line_under_barcode : first_line;
+        buffer_ = layout_.barcode_room ? std::string() : std::string(page_top);
+    }
+
+    void put_header_line(std::string_view label, std::string_view value) {
+        buffer_.append(margin_).append(label).append(value).append("\n");
+    }
+
+    void put_header() {
+        const std::size_t lines = count_lines(source_.content);
+        const std::size_t pages = lines / static_cast<std::size_t>(lines_) + 1;
+        put_header_line("File:     ", source_.path);
+        put_header_line("Name:     ", program_description(source_.content));
+        put_header_line("Created:  ", source_.created);
+        put_header_line("Printed:  ", source_.printed);
+        put_header_line("Size:    ", number_text(source_.content.size()) + " Bytes");
+        put_header_line("Lines:   ", number_text(lines));
+        put_header_line("Pages:   ", number_text(pages));
+        buffer_.append("\n\n\n");
+        printed_ =
+            layout_.barcode_room ? first_line_under_barcode_and_header : first_line_under_header;
+    }
+
+    /// Fills the page with program lines. False at the end of the file or when no page can follow.
+    bool fill_page(Text_reader& reader, const std::function<bool()>& proceed) {
+        if (listing_.pages.size() >= most_listing_pages) {
+            listing_.fault = Fault::subscript_out_of_range;
+            return false;
+        }
+        std::string line;
+        while (printed_ <= lines_) {
+            if (!reader.line(line)) {
+                return false;
+            }
+            put_line(line);
+            if (!proceed()) {
+                listing_.stopped = true;
+                return false;
+            }
+        }
+        return true;
+    }
+
+    [[nodiscard]] std::string line_prefix() const {
+        std::string prefix = margin_;
+        if (layout_.line_numbers) {
+            std::string number = decimal(static_cast<std::int64_t>(source_line_));
+            number.resize(std::max(number.size(), line_number_width), ' ');
+            prefix += number;
+        }
+        return prefix;
+    }
+
+    void put_line(std::string_view rest) {
+        std::string prefix = line_prefix();
+        while (rest.size() > characters_) {
+            put_row(prefix, rest.substr(0, characters_));
+            rest.remove_prefix(characters_);
+            prefix.assign(prefix.size(), ' ');
+        }
+        put_row(prefix, rest);
+        ++source_line_;
+    }
+
+    void put_row(std::string_view prefix, std::string_view text) {
+        buffer_.append(prefix).append(text).append("\n");
+        ++printed_;
+    }
+
+    void put_footer() {
+        if (layout_.page_numbers) {
+            buffer_.append(footer_lead).append(footer_indent, ' ').append("Page");
+            buffer_.append(number_text(listing_.pages.size() + 1));
+        }
+    }
+
+    void finish_page() {
+        put_footer();
+        listing_.pages.push_back(std::move(buffer_));
+        buffer_ = page_top;
+        printed_ = first_line;
+    }
+
+    void finish_listing() {
+        buffer_.append(static_cast<std::size_t>(std::max(lines_ - printed_ + 1, 0)), '\n');
+        put_footer();
+        listing_.pages.push_back(std::move(buffer_));
+    }
+
+    const Listing_source& source_;
+    const Listing_layout& layout_;
+    const int lines_;
+    const std::size_t characters_;
+    const std::string margin_;
+    Listing listing_;
+    std::string buffer_;
+    int printed_ = first_line;
+    std::size_t source_line_ = 1;
+};
+
+int text_rows(std::string_view page) {
+    const auto ends = std::count(page.begin(), page.end(), '\n');
+    const bool open_end = !page.empty() && page.back() != '\n';
+    return static_cast<int>(ends) + (open_end ? 1 : 0);
+}
+
+}  // namespace
+
+Listing compose_listing(const Listing_source& source, const Listing_layout& layout,
+                        const std::function<bool()>& proceed) {
+    return Composer(source, layout).compose(proceed);
+}
+
+std::string program_description(std::string_view content) {
+    constexpr std::size_t looked_at = 1024;
+    std::string_view text = content.substr(0, looked_at);
+    const std::size_t open = text.find('(');
+    if (open == std::string_view::npos) {
+        return {};
+    }
+    text.remove_prefix(open + 1);
+    return std::string(text.substr(0, text.find_first_of(")\n\r")));
+}
+
+int listing_columns(const Listing_layout& layout) {
+    const int number = layout.line_numbers ? static_cast<int>(line_number_width) : 0;
+    const int body = margin_columns(layout) + number + line_characters(layout);
+    constexpr int footer = static_cast<int>(footer_indent) + 10;  // "Page 10000"
+    return layout.page_numbers ? std::max(body, footer) : body;
+}
+
+int listing_rows(const Listing& listing, const Listing_layout& layout, int barcode_rows) {
+    int fullest = 1;
+    int above = barcode_rows;
+    for (const std::string& page : listing.pages) {
+        fullest = std::max(fullest, text_rows(page) + above);
+        above = 0;
+    }
+    const int promised = std::max(page_lines(layout), first_line_under_barcode_and_header) + 5;
+    return std::min(fullest, promised + run_over_rows);
+}
+
+}  // namespace kelvane

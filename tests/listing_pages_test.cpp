@@ -1,0 +1,154 @@
+#include "print/listing_pages.h"
+
+#include <chrono>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "print/code39.h"
+
+namespace kelvane {
+namespace {
+
+using testing::ElementsAre;
+
+Listing compose(const std::string& content, const Listing_layout& layout) {
+    return compose_listing({content, "/nc/P.NC", "C", "P"}, layout, [] { return true; });
+}
+
+Listing_layout bare(int lines, int length = 70) {
+    return {lines, length, 0, false, false, false, false};
+}
+
+std::string spaces(std::size_t count) {
+    return std::string(count, ' ');
+}
+
+TEST(Listing_pages, header_numbers_wrapping_and_footer) {
+    const std::string content = "O1 (PART)\r\n" + std::string(130, 'X') + "\r\nM30";
+    const std::string header =
+        "  File:     /nc/P.NC\n"
+        "  Name:     PART\n"
+        "  Created:  C\n"
+        "  Printed:  P\n"
+        "  Size:     146 Bytes\n"
+        "  Lines:    3\n"
+        "  Pages:    1\n\n\n\n";
+    const std::string body = "  1      O1 (PART)\n  2      " + std::string(64, 'X') + "\n" +
+                             spaces(9) + std::string(64, 'X') + "\n" + spaces(9) + "XX\n" +
+                             "  3      M30\n";
+    const std::string footer = "\n\n" + spaces(37) + "Page 1";
+    Listing_layout layout{21, 70, 2, true, true, true, false};
+    EXPECT_THAT(compose(content, layout).pages,
+                ElementsAre("\n\n" + header + body + std::string(6, '\n') + footer));
+    layout.barcode_room = true;
+    EXPECT_THAT(compose(content, layout).pages, ElementsAre(header + body + "\n" + footer));
+    EXPECT_EQ(listing_columns(layout), 2 + 7 + 64);
+}
+
+TEST(Listing_pages, page_breaks) {
+    struct Case {
+        const char* name;
+        std::string content;
+        Listing_layout layout;
+        std::vector<std::string> pages;
+    };
+    Listing_layout numbered_pages = bare(2);
+    numbered_pages.page_numbers = true;
+    Listing_layout barcode = bare(6);
+    barcode.barcode_room = true;
+    const std::string footer = "\n\n" + spaces(37) + "Page ";
+    const Case cases[] = {
+        {"empty file", "", bare(2), {"\n\n\n\n"}},
+        {"part of a page", "A\n", bare(2), {"\n\nA\n\n"}},
+        {"a full page, then one that has the footer only",
+         "A\nB\n",
+         numbered_pages,
+         {"\n\nA\nB\n" + footer + "1", "\n\n\n\n" + footer + "2"}},
+        {"second page", "A\nB\nC", bare(2), {"\n\nA\nB\n", "\n\nC\n\n"}},
+        {"a wrapped line runs over the last row",
+         "A\nBBCCD\nE\n",
+         bare(2, 2),
+         {"\n\nA\nBB\nCC\nD\n", "\n\nE\n\n"}},
+        {"a line just as long as the row", "BBB\n", bare(1, 3), {"\n\nBBB\n", "\n\n\n"}},
+        {"room for the bar codes", "A\nB\nC\n", barcode, {"A\nB\n", "\n\nC\n\n\n\n\n\n"}},
+        {"absurd settings still give pages", "AB\n", bare(-3, -7), {"\n\nA\nB\n", "\n\n\n"}},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(compose(c.content, c.layout).pages, c.pages) << c.name;
+    }
+}
+
+TEST(Listing_pages, description_is_the_first_comment) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"%\nO0001 (BRACKET)(MILL)\n", "BRACKET"},
+        {"O1 (OPEN\r\nN1)", "OPEN"},
+        {"O1 (OPEN\nN1)", "OPEN"},
+        {"N1 G0", ""},
+        {"(", ""},
+        {"(A(B)", "A(B"},
+    };
+    for (const auto& [content, description] : cases) {
+        EXPECT_EQ(program_description(content), description) << content;
+    }
+    EXPECT_EQ(program_description(spaces(1020) + "(ABCDEF)"), "ABC");
+    EXPECT_EQ(program_description(spaces(1024) + "(ABCDEF)"), "");
+}
+
+TEST(Listing_pages, more_than_10000_pages_is_a_fault) {
+    std::string content;
+    for (int line = 0; line < 9999; ++line) {
+        content += "N\n";
+    }
+    EXPECT_EQ(compose(content, bare(1)).pages.size(), 10000U);
+    const Listing listing = compose(content + "N\n", bare(1));
+    EXPECT_EQ(listing.fault, Fault::subscript_out_of_range);
+    EXPECT_TRUE(listing.pages.empty());
+}
+
+TEST(Listing_pages, stops_when_told_and_asks_after_every_line) {
+    int asked = 0;
+    const Listing listing =
+        compose_listing({"A\nB\nC\n", "", "", ""}, bare(2), [&] { return ++asked < 2; });
+    EXPECT_TRUE(listing.stopped && listing.pages.empty());
+    EXPECT_EQ(asked, 2);
+}
+
+TEST(Listing_pages, a_large_program_composes_in_seconds) {
+    std::string content;
+    for (int line = 0; line < 200000; ++line) {
+        content += "N100 G01 X100.000 Y200.000 Z-3.5 F1200\r\n";
+    }
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(compose(content, Listing_layout{}).pages.size(), 3637U);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+}
+
+TEST(Listing_pages, rows_to_take_on_paper) {
+    const Listing_layout layout = bare(60, 10);
+    EXPECT_EQ(listing_rows(compose("A\n", layout), layout, 0), 62);
+    EXPECT_EQ(listing_rows(compose("A\n", layout), layout, 6), 68);
+    EXPECT_EQ(listing_rows(compose(std::string(100000, 'X'), layout), layout, 0), 73);
+}
+
+TEST(Code39, texts_of_a_path) {
+    struct Case {
+        const char* path;
+        const char* file;
+        const char* whole;
+        const char* missing;
+    };
+    const Case cases[] = {
+        {"C:\\nc\\part-1.nc", "PART-1.NC", "C./NC/PART-1.NC", ""},
+        {"/home/op/o1 a.nc", "O1 A.NC", "/HOME/OP/O1 A.NC", ""},
+        {"P:x_(y)_z", "X_(Y)_Z", "P.X_(Y)_Z", "_()"},
+        {"b\xFC\x72o", "B\xFCRO", "B\xFCRO", "\xFC"},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(barcode_file_text(c.path), c.file);
+        EXPECT_EQ(barcode_path_text(c.path), c.whole);
+        EXPECT_EQ(characters_without_barcode(barcode_path_text(c.path)), c.missing);
+    }
+}
+
+}  // namespace
+}  // namespace kelvane
