@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string_view>
+
+/// Names of the program's own files, each in the program directory.
+namespace kelvane::file_names {
+
+/// Index and name of the selected machine, written at the end of the program.
+inline constexpr std::string_view settings = "\\Kelvane Lite settings";
+/// Default file directory and five further lines.
+inline constexpr std::string_view default_directories = "\\default directories";
+/// The file dialog's filter, filter index and the add-extension choice.
+inline constexpr std::string_view default_file_types = "\\default file types";
+/// The thirteen values of the page layout.
+inline constexpr std::string_view page_layout = "\\Editor page layout settings";
+/// Machine names, one a line, without "(default)".
+inline constexpr std::string_view machine_list = "\\Editor IO device list";
+/// Scratch copy of the machine list while a machine is deleted.
+inline constexpr std::string_view machine_list_temporary = "\\Editor IO device list (tempfile)";
+/// Settings of "(default)"; machine_file_names.h makes the other machines' names.
+inline constexpr std::string_view port_settings = "\\Editor COM port settings";
+/// Switchbox select codes of "(default)".
+inline constexpr std::string_view switchbox_codes = "\\Switchbox codes";
+/// Milliseconds that a "!" line pauses a send; without the file such lines are sent.
+inline constexpr std::string_view exclamation_delay = "\\!delay";
+/// Working copy of a send or a resequencing, staging file of a receive.
+inline constexpr std::string_view scratch = "\\scratchpad data 5";
+/// Output of the conversion of a receive, renamed to `scratch` when complete.
+inline constexpr std::string_view scratch_converted = "\\scratchpad data 5b";
+/// Result of a binary receive.
+inline constexpr std::string_view received_binary = "\\Received Binary data";
+/// Which device a COM number is wired to, "COM3=/dev/ttyUSB0" a line.
+inline constexpr std::string_view serial_port_devices = "\\Serial port devices";
+
+}  // namespace kelvane::file_names

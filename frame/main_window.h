@@ -1,0 +1,129 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <span>
+#include <string>
+
+#include "frame/command_hooks.h"
+#include "frame/running_work.h"
+#include "frame/shared_state.h"
+#include "frame/transfer_status.h"
+#include "platform/controls.h"
+#include "platform/event_loop.h"
+#include "platform/fault.h"
+#include "platform/form.h"
+#include "platform/platform.h"
+
+namespace kelvane {
+
+/// A menu of the main window with its items in order.
+struct Menu {
+    std::string name;
+    std::string caption;
+    std::span<Button> items;
+};
+
+/// The main window: the editor that doubles as the transfer log, the menus, Send and Stop, the
+/// timers, and the shared state of the whole program. It lives for the whole run; loading it is
+/// start-up, closing it is shut-down.
+class Kelvane_lite_form : public Form {
+  public:
+    explicit Kelvane_lite_form(Platform& platform);
+
+    /// Fills in what stands above the window; before `load`. An incomplete set ends the program at
+    /// once (a fault of construction, not of operation).
+    void set_hooks(Command_hooks hooks);
+
+    Platform& platform;
+    Shared_state state;
+
+    Rich_text Text1{"Text1", "Program and messages"};
+    Progress_bar ProgressBar1{"ProgressBar1", "Progress"};
+    Button Send_button{"Send_button", "Send"};
+    Button Stop_button{"Stop_button", "Stop"};
+    Label status_label{"status_label"};
+
+    std::array<Button, 6> FileMenuItem;
+    std::array<Button, 5> ConfigMenuItem;
+    std::array<Button, 5> AboutMenuItem;
+    [[nodiscard]] std::array<Menu, 3> menus();
+
+    Timer Timer1;             ///< 100 ms: starts the command-line job
+    Timer Timer5;             ///< 50 ms: receive poll
+    Timer Timer6;             ///< 3000 ms or the machine's time-out: end of receive
+    Timer Timer8;             ///< 1000 ms: answer to a lone DC2
+    Timer Timer9;             ///< character delay of the sender
+    Timer Timer12;            ///< block delay of the sender
+    Timer Timer17;            ///< `Delay`
+    Timer exclamation_timer;  ///< pause of a "!" line
+
+    Transfer_status status;
+    Running_work work;
+
+    /// Send and Stop both live, or both dead.
+    void Enable_buttons();
+    void Disable_buttons();
+    /// Waits at least `count` milliseconds, yielding; returns at once for 0 or less.
+    void Delay(int count);
+    /// Starts `timer` and waits, yielding, until it has disabled itself; ends early on `escape`.
+    void wait_for_timer(Timer& timer);
+    /// Shows a critical box and unloads the window, which ends the program, when no name is given
+    /// or the file does not exist; `ok` becomes true when it does.
+    void Check_file_exist(const std::string& name, bool& ok);
+    /// 0: appends the command line's machine to the machine list; 1: creates the list anew. Then
+    /// gives a machine that has no settings file a copy of the default machine's.
+    void Add_machine_name(int mode);
+
+    /// The transfer log: replaces the editor's text.
+    void show_text(const std::string& text) { Text1.set_text(text); }
+    void set_progress(int percent) { ProgressBar1.set_value(percent); }
+    /// What every end of a transfer does: buttons enabled, log empty, progress 0.
+    void reset_transfer_display();
+    /// A critical or other box with the product's name, or `title`.
+    Message_answer box(const std::string& text, Message_icon icon = Message_icon::critical,
+                       Message_buttons buttons = Message_buttons::ok,
+                       const std::string& title = std::string(product_name));
+    /// The last trap of an event: closes the port, says what happened, and is idle again. Files
+    /// stay as they are.
+    void report_fault(Fault fault);
+    /// True from the moment the window is being closed: nothing new may be started.
+    [[nodiscard]] bool closing() const { return closing_; }
+    /// The status bar names the machine that is selected now.
+    void show_machine();
+
+  protected:
+    void on_load() override;
+    void on_unload() override;
+
+  private:
+    void attach_handlers();
+    void start_up();
+    void shut_down();
+
+    void file_menu(int item);
+    [[nodiscard]] std::optional<std::string> choose_file(File_purpose purpose);
+    void give_up_running_transfer();
+    void wait_for_closed_port();
+    void act_on_file_command(int item);
+    [[nodiscard]] bool file_is_there();
+    [[nodiscard]] bool may_overwrite();
+    void start_send(bool binary);
+    void start_receive(bool binary);
+    [[nodiscard]] bool refuse_backup_file();
+    void resequence();
+    void send_click();
+    void stop_click();
+
+    void run_command_line();
+    void select_command_line_machine();
+    [[nodiscard]] bool find_machine(const std::string& list);
+    void act_on_command_line();
+    [[nodiscard]] bool command_file_exists();
+
+    Command_hooks hooks_;
+    bool refused_ = false;
+    bool closing_ = false;
+};
+
+}  // namespace kelvane

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "frame/shared_state.h"
+#include "platform/file_dialog.h"
+#include "platform/files.h"
+
+namespace kelvane {
+
+/// The four files that start-up reads. A missing or short file ends its own reading silently: what
+/// was read before stays, the rest keeps its defaults.
+void read_selected_machine(const Files& files, Shared_state& state);
+void read_default_directories(const Files& files, Shared_state& state, File_dialog& dialog);
+void read_default_file_types(const Files& files, Shared_state& state, File_dialog& dialog);
+/// Sets the defaults of the page layout first.
+void read_page_layout(const Files& files, Shared_state& state);
+
+/// Writes the selected machine's index and name; false when the file could not be written, the old
+/// one being whole then.
+[[nodiscard]] bool write_selected_machine(Files& files, const Shared_state& state);
+
+}  // namespace kelvane
