@@ -1,0 +1,235 @@
+#include "resequence/engine.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "platform/basic_text.h"
+#include "resequence/block.h"
+#include "resequence/goto_table.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr std::size_t portion_length = 8192;
+
+/// What ended a pass before its time.
+using Early_end = std::optional<Resequence_result>;
+
+/// Hands a text out in portions of whole lines and lines in a portion, with their ends.
+class Lines {
+  public:
+    explicit Lines(std::string_view text) : text_(text) {}
+
+    [[nodiscard]] bool at_end() const { return text_.empty(); }
+
+    /// The next lines: about `length` bytes, at least one line.
+    std::string_view take(std::size_t length) {
+        const std::size_t last = std::max<std::size_t>(std::min(length, text_.size()), 1) - 1;
+        const std::size_t end = text_.find('\n', last);
+        const std::size_t count = end == std::string_view::npos ? text_.size() : end + 1;
+        const std::string_view lines = text_.substr(0, count);
+        text_.remove_prefix(count);
+        return lines;
+    }
+
+  private:
+    std::string_view text_;
+};
+
+std::string_view without_line_end(std::string_view line) {
+    if (line.ends_with('\n')) {
+        line.remove_suffix(line.ends_with(cr_lf) ? 2 : 1);
+    }
+    return line;
+}
+
+/// One run over one text; the passes are its members, in their order.
+class Resequencer {
+  public:
+    Resequencer(std::string_view text, const Resequence_options& options,
+                const Resequence_progress& progress)
+        : text_(text), options_(options), progress_(progress), numbers_(options) {}
+
+    Resequence_result run() {
+        if (options_.maximum_with_gotos()) {
+            return Maximum_with_gotos{};
+        }
+        Early_end end = collect_targets();
+        if (!end) {
+            end = renumber();
+        }
+        if (!end) {
+            end = rewrite_gotos();
+        }
+        return end ? *std::move(end) : Resequenced{std::move(result_)};
+    }
+
+  private:
+    Early_end collect_targets();
+    Early_end collect_targets_of(std::string_view lines);
+    Early_end renumber();
+    [[nodiscard]] bool renumber_line(std::string_view line);
+    [[nodiscard]] bool stays_as_read(std::string_view line) const;
+    [[nodiscard]] bool gets_no_number(const Block& block, bool in_brackets) const;
+    void write_numbered(const Block& block, const std::string& number);
+    Early_end rewrite_gotos();
+    Early_end rewrite_gotos_of(std::string_view line, std::string& rewritten) const;
+
+    [[nodiscard]] bool goes_on(int percent) const { return !progress_ || progress_(percent); }
+    [[nodiscard]] int percent_done() const {
+        return static_cast<int>(bytes_done_ * 100 / text_.size() % 100);
+    }
+
+    std::string_view text_;
+    const Resequence_options& options_;
+    const Resequence_progress& progress_;
+    Goto_table targets_;
+    Block_numbers numbers_;
+    Bracket_comment brackets_;
+    std::uint64_t bytes_done_ = 0;  ///< every line end counts two bytes, as in the result
+    std::string result_;
+};
+
+Early_end Resequencer::collect_targets() {
+    Lines lines(text_);
+    while (options_.gotos && !lines.at_end()) {
+        if (!goes_on(0)) {
+            return Resequence_cancelled{};
+        }
+        if (Early_end end = collect_targets_of(lines.take(portion_length))) {
+            return end;
+        }
+    }
+    return std::nullopt;
+}
+
+Early_end Resequencer::collect_targets_of(std::string_view lines) {
+    std::size_t from = 0;
+    while (const auto found = find_goto(lines, from)) {
+        if (!targets_.add(found->text)) {
+            return Fault::subscript_out_of_range;
+        }
+        from = found->end();
+    }
+    return std::nullopt;
+}
+
+Early_end Resequencer::renumber() {
+    result_.reserve(text_.size() + text_.size() / 4);
+    Lines portions(text_);
+    while (!portions.at_end()) {
+        if (!goes_on(percent_done())) {
+            return Resequence_cancelled{};
+        }
+        Lines lines(portions.take(portion_length));
+        while (!lines.at_end()) {
+            if (!renumber_line(without_line_end(lines.take(1)))) {
+                return Fault::overflow;
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+bool Resequencer::renumber_line(std::string_view line) {
+    bytes_done_ += line.size() + cr_lf.size();
+    const Block block = split_block(line, options_);
+    const bool in_brackets = !options_.bracket_comments && brackets_.covers(block.rest);
+    bool countable = true;
+    if (stays_as_read(line)) {
+        result_ += line;
+    } else {
+        const std::string& number = numbers_.text();
+        const bool is_target = !targets_.empty() && targets_.renumbered(block.old_number, number);
+        if (!is_target && gets_no_number(block, in_brackets)) {
+            result_.append(block.prefix).append(block.rest);
+        } else {
+            write_numbered(block, number);
+            countable = numbers_.advance();
+        }
+    }
+    result_.append(options_.add_to).append(cr_lf);
+    return countable;
+}
+
+bool Resequencer::stays_as_read(std::string_view line) const {
+    constexpr std::uint64_t short_id_end = 10;
+    const char first = line.empty() ? '\0' : line[0];
+    if (options_.n_lines_only && first != 'N' && first != 'n') {
+        return true;
+    }
+    if (options_.skip_id_lines &&
+        (first == '%' || first == ':' || (first == 'L' && bytes_done_ < short_id_end))) {
+        return true;
+    }
+    return line.empty() && !options_.blank_lines;
+}
+
+bool Resequencer::gets_no_number(const Block& block, bool in_brackets) const {
+    const std::string_view words = block.rest;
+    return in_brackets || (!options_.comments && words.starts_with('(')) ||
+           (options_.t_lines_only && words.find('T') == std::string_view::npos) ||
+           (!options_.blank_lines && words.empty() && block.prefix.empty());
+}
+
+void Resequencer::write_numbered(const Block& block, const std::string& number) {
+    result_ += block.prefix;
+    if (block.keeps_letter) {
+        result_ += block.letter;
+    } else if (options_.h_with_w && moves_w(block.rest)) {
+        result_ += 'H';
+    } else {
+        result_ += options_.n_character;
+    }
+    result_.append(number).append(block.rest);
+}
+
+Early_end Resequencer::rewrite_gotos() {
+    if (targets_.empty()) {
+        return std::nullopt;
+    }
+    std::string rewritten;
+    rewritten.reserve(result_.size() + result_.size() / 8);
+    Lines portions(result_);
+    while (!portions.at_end()) {
+        if (!goes_on(99)) {
+            return Resequence_cancelled{};
+        }
+        Lines lines(portions.take(portion_length));
+        while (!lines.at_end()) {
+            if (Early_end end = rewrite_gotos_of(lines.take(1), rewritten)) {
+                return end;
+            }
+        }
+    }
+    result_ = std::move(rewritten);
+    return std::nullopt;
+}
+
+/// The text added to every line is no part of a target, though it may begin with blanks or digits.
+Early_end Resequencer::rewrite_gotos_of(std::string_view line, std::string& rewritten) const {
+    const std::size_t added = std::min(options_.add_to.size() + cr_lf.size(), line.size());
+    const std::string_view read = line.substr(0, line.size() - added);
+    std::size_t copied = 0;
+    while (const auto found = find_goto(read, copied)) {
+        const auto number = targets_.replacement(found->text);
+        if (!number) {
+            return Unresolved_goto{std::string(found->text), found->end() == read.size()};
+        }
+        rewritten.append(read.substr(copied, found->position - copied)).append(*number);
+        copied = found->end();
+    }
+    rewritten.append(line.substr(copied));
+    return std::nullopt;
+}
+
+}  // namespace
+
+Resequence_result resequence(std::string_view text, const Resequence_options& options,
+                             const Resequence_progress& progress) {
+    return Resequencer(text, options, progress).run();
+}
+
+}  // namespace kelvane
