@@ -1,0 +1,78 @@
+#include "machines/machine_files.h"
+
+#include "frame/file_names.h"
+#include "machines/machine_settings.h"
+#include "platform/basic_text.h"
+
+namespace kelvane {
+
+std::string named_port_settings_name(std::string_view machine) {
+    return std::string(file_names::port_settings) + " for " + std::string(machine);
+}
+
+std::optional<std::string> machine_file_path(const Files& files, std::string_view file_name) {
+    if (!can_be_file_name(file_name.substr(1))) {
+        return std::nullopt;
+    }
+    return files.program_path(file_name);
+}
+
+std::optional<std::string> read_machine_file(const Files& files, std::string_view file_name) {
+    const auto path = machine_file_path(files, file_name);
+    return path ? files.read(*path) : std::nullopt;
+}
+
+bool write_machine_file(Files& files, std::string_view file_name, std::string_view content) {
+    const auto path = machine_file_path(files, file_name);
+    return path && files.replace(*path, content);
+}
+
+std::vector<std::string> read_machine_list(const Files& files) {
+    Text_reader reader(files.read(files.program_path(file_names::machine_list)));
+    std::vector<std::string> names;
+    std::string line;
+    while (reader.line(line)) {
+        if (!line.empty()) {
+            names.push_back(line);
+        }
+    }
+    return names;
+}
+
+bool write_machine_list(Files& files, const std::vector<std::string>& names) {
+    Text_writer writer;
+    for (const std::string& name : names) {
+        writer.line(one_line(name));
+    }
+    return files.replace(files.program_path(file_names::machine_list), writer.text());
+}
+
+bool remove_from_machine_list(Files& files, std::string_view name) {
+    const std::string list_path = files.program_path(file_names::machine_list);
+    if (!files.exists(list_path)) {
+        return true;
+    }
+    const auto content = files.read(list_path);
+    if (!content) {
+        return false;
+    }
+    Text_reader reader(content);
+    Text_writer writer;
+    std::string line;
+    while (reader.line(line)) {
+        if (line != name) {
+            writer.line(line);
+        }
+    }
+    const std::string scratch_path = files.program_path(file_names::machine_list_temporary);
+    return files.replace(scratch_path, writer.text()) && files.rename(scratch_path, list_path);
+}
+
+std::string read_switchbox_text(const Files& files, std::string_view machine) {
+    Text_reader reader(read_machine_file(files, switchbox_name(machine)));
+    std::string text;
+    reader.line(text);
+    return text;
+}
+
+}  // namespace kelvane

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "frame/machine_file_names.h"
+#include "frame/shared_state.h"
+#include "platform/files.h"
+
+namespace kelvane {
+
+/// "\Editor COM port settings for NAME" for every machine, the built-in one included.
+[[nodiscard]] std::string named_port_settings_name(std::string_view machine);
+/// The path of a file that has a machine's name in its own; no value when that cannot be the name
+/// of one file in the program directory (a separator in the machine's name, for instance).
+[[nodiscard]] std::optional<std::string> machine_file_path(const Files& files,
+                                                           std::string_view file_name);
+
+/// The content of such a file; no value when it cannot be named or read.
+[[nodiscard]] std::optional<std::string> read_machine_file(const Files& files,
+                                                           std::string_view file_name);
+
+/// Writes such a file whole or not at all.
+[[nodiscard]] bool write_machine_file(Files& files, std::string_view file_name,
+                                      std::string_view content);
+
+/// The names of the list file in its order, without empty lines; none when the file is missing.
+[[nodiscard]] std::vector<std::string> read_machine_list(const Files& files);
+
+/// Makes the list file hold just these names (the built-in machine's is not among them).
+[[nodiscard]] bool write_machine_list(Files& files, const std::vector<std::string>& names);
+
+/// Takes every line equal to `name` out of the list file, all others staying as they are. The new
+/// list is complete in the scratch file before the old one goes. True when there is no list.
+[[nodiscard]] bool remove_from_machine_list(Files& files, std::string_view name);
+
+/// The switchbox select codes of a machine: its file's first line; empty without a file.
+[[nodiscard]] std::string read_switchbox_text(const Files& files, std::string_view machine);
+
+}  // namespace kelvane

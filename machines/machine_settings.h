@@ -1,0 +1,113 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "platform/basic_text.h"
+
+namespace kelvane {
+
+/// Tape codes by the number of line 4 of the settings file, which is also the column of the code
+/// tables.
+enum Tape_code : int { ascii_even = 0, ascii_odd = 1, ascii_no_parity = 2, eia = 3 };
+
+/// Handshakes by the number of line 5.
+enum Handshake : int { handshake_none = 0, xon_xoff = 1, rts_cts = 2, handshake_both = 3 };
+
+/// Ends of block by the number of line 6.
+enum End_of_block : int {
+    eob_unknown = -1,  ///< the line holds none of the numbers below
+    eob_lf = 0,
+    eob_cr = 1,
+    eob_lf_cr = 2,
+    eob_cr_lf = 3,
+    eob_custom = 4,
+};
+
+inline constexpr int lowest_com_port = 1;
+inline constexpr int highest_com_port = 128;
+
+/// What the operator can choose from, in the order of the lists and of the files' numbers.
+inline constexpr std::array<std::string_view, 12> baud_rates = {"115200", "57600", "38400", "28800",
+                                                                "19200",  "9600",  "4800",  "2400",
+                                                                "1200",   "600",   "300",   "110"};
+inline constexpr std::array<std::string_view, 3> stop_bit_choices = {"2", "1.5", "1"};
+inline constexpr std::array<std::string_view, 4> tape_code_names = {"ASCII even", "ASCII odd",
+                                                                    "ASCII none", "EIA RS244"};
+inline constexpr std::array<std::string_view, 4> handshake_names = {"None", "Xon/Xoff", "RTS/CTS",
+                                                                    "Both"};
+inline constexpr std::array<std::string_view, 5> end_of_block_names = {"LF", "CR", "LF/CR", "CR/LF",
+                                                                       "Custom:"};
+
+/// True when `index` is a position of a table of choices.
+template <std::size_t Size>
+constexpr bool is_choice(const std::array<std::string_view, Size>&, int index) {
+    return index >= 0 && index < static_cast<int>(Size);
+}
+
+/// The choice at `index`; empty ("unset") when there is none.
+template <std::size_t Size>
+constexpr std::string_view choice(const std::array<std::string_view, Size>& choices, int index) {
+    return is_choice(choices, index) ? choices[static_cast<std::size_t>(index)]
+                                     : std::string_view();
+}
+
+/// One machine's record: what its settings file of 25 lines holds. The start values are those of a
+/// new machine. Texts are kept as the file has them; who uses one takes its number or decodes its
+/// control characters.
+struct MachineSettings {
+    int com_port = lowest_com_port;     ///< as read: may lie outside 1..128
+    int baud_index = 3;                 ///< in `baud_rates`; as read: may lie outside
+    int stop_bits_index = 2;            ///< in `stop_bit_choices`; as read: may lie outside
+    int tape_code = ascii_even;         ///< always a `Tape_code`
+    int handshake = xon_xoff;           ///< always a `Handshake`
+    int end_of_block = eob_cr_lf;       ///< an `End_of_block`
+    std::string custom_end_of_block;    ///< meaningful with `eob_custom`; control notation
+    std::string leader = "%LFCR";       ///< sent before the program; control notation
+    std::string trailer = "%";          ///< sent after it; control notation
+    bool ignore_before = true;          ///< received data before the first end of block
+    bool ignore_after = true;           ///< received data after the last one
+    bool man_readables = false;         ///< a leader that can be read on the tape
+    std::string handshake_check = "5";  ///< characters between two looks; never empty or 0
+    bool auto_code_recognition = true;  ///< of received data
+    std::string skip_starting_with;     ///< sending
+    std::string timeout = "3";          ///< end of a reception, in seconds
+    bool until_aborted = false;         ///< a reception ends only by Stop
+    std::string send_mask;              ///< characters never sent; control notation
+    std::string skip_up_to;             ///< receiving; control notation
+    int separate_files = 0;             ///< 1: a received file per program number
+    std::string character_delay = "0";  ///< ms
+    bool delete_blank_lines = false;    ///< sending
+    bool tv_parity = false;             ///< lines padded to an even length
+    std::string block_delay = "0";      ///< ms
+    std::string receive_mask;           ///< characters never stored; control notation
+    std::string skip_lines_containing;  ///< sending
+    bool eight_data_bits = false;
+};
+
+inline constexpr int settings_line_count = 25;
+
+/// What the bare number v of an old file's first line stands for. The two readers have never agreed
+/// and old files rely on either.
+enum class Old_port_form {
+    list_position,  ///< the dialog's: position 12 + v of the list from 128 down, port 116 - v
+    from_four,      ///< a transfer's: port 4 - v
+};
+
+/// Takes the lines of a settings file in order and returns how many there were, 25 at most. What
+/// has no line, or a line that says nothing valid (a tape code of 7), keeps its value in
+/// `settings`. Any bytes are safe to read.
+int read_machine_settings(Text_reader& reader, Old_port_form old_form, MachineSettings& settings);
+
+/// The 25 lines. Line ends inside a text cannot be stored and are left out.
+[[nodiscard]] std::string machine_settings_text(const MachineSettings& settings);
+
+/// The time-out as it is stored: "3" for an empty text, "65" for a value above 65, else the text.
+[[nodiscard]] std::string stored_timeout(const std::string& text);
+
+/// `text` without line ends, so that it stays one line of a file.
+[[nodiscard]] std::string one_line(std::string_view text);
+
+}  // namespace kelvane
