@@ -1,0 +1,93 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/desktop_services.h"
+#include "platform/file_dialog.h"
+#include "platform/form.h"
+#include "platform/message_box.h"
+#include "support/virtual_loop.h"
+
+namespace kelvane::testing {
+
+/// Answers from a queue and records; a box that nobody expects, and an expectation that no box
+/// meets, fail the test.
+class Scripted_message_box : public Message_box {
+  public:
+    ~Scripted_message_box() override;
+    Message_answer show(const Message& message) override;
+
+    /// The next box must hold `part` in its text or title, and is answered so; `meanwhile` runs
+    /// while it is open.
+    void expect(std::string part, Message_answer answer = Message_answer::ok,
+                std::function<void()> meanwhile = {});
+    [[nodiscard]] const std::vector<Message>& shown() const { return shown_; }
+
+  private:
+    struct Expectation {
+        std::string part;
+        Message_answer answer;
+        std::function<void()> meanwhile;
+    };
+    std::deque<Expectation> expected_;
+    std::vector<Message> shown_;
+};
+
+/// Windows that are only remembered. While a modal window is open the loop runs on; a test acts in
+/// it by events of the loop or by `when_shown`.
+class Recorded_windows : public Window_system {
+  public:
+    explicit Recorded_windows(Virtual_loop& loop) : loop_(loop) {}
+    void show(Form& form, bool modal) override;
+    void hide(Form& form) override;
+    void wait_while_visible(const Form& form) override;
+    void repaint(Form&) override {}
+    void set_hourglass(bool on) override { hourglass = on; }
+    void end_program() override { ended = true; }
+
+    /// Runs `action` as an event once a form of this name is shown.
+    void when_shown(const std::string& form_name, std::function<void()> action);
+    bool ended = false;
+    bool hourglass = false;
+    /// "show NAME", "modal NAME", "hide NAME" in order.
+    std::vector<std::string> log;
+
+  private:
+    Virtual_loop& loop_;
+    std::map<std::string, std::function<void()>> actions_;
+};
+
+/// Answers from a queue; an empty queue is the operator's Cancel.
+class Scripted_file_dialog : public File_dialog {
+  public:
+    [[nodiscard]] std::optional<std::string> choose_file(File_purpose purpose) override;
+    [[nodiscard]] std::optional<std::string> choose_folder(const std::string& start) override;
+    std::deque<std::string> answers;
+    std::vector<File_purpose> asked;
+    std::function<void()> meanwhile;  ///< runs while the dialog is open
+};
+
+/// A desktop with a fixed date, a command line and a count of beeps.
+class Recorded_desktop : public Desktop_services {
+  public:
+    void beep() override { ++beeps; }
+    [[nodiscard]] std::string date_text() const override { return "21.11.26"; }
+    [[nodiscard]] std::string time_text() const override { return "10:30"; }
+    [[nodiscard]] std::string stamp_text(std::time_t) const override { return "09.09.01 03:46"; }
+    [[nodiscard]] std::string command_line() const override { return command; }
+    [[nodiscard]] bool another_instance_runs() override { return another_runs; }
+    [[nodiscard]] std::vector<Serial_device> serial_devices() const override { return devices; }
+
+    int beeps = 0;
+    std::string command;
+    bool another_runs = false;
+    std::vector<Serial_device> devices;
+};
+
+}  // namespace kelvane::testing

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/platform.h"
+#include "support/desktop_doubles.h"
+#include "support/memory_files.h"
+#include "support/recording_printer.h"
+#include "support/scripted_machine.h"
+#include "support/virtual_loop.h"
+
+namespace kelvane::testing {
+
+/// All doubles together, as a platform to build the program or a single form on.
+struct Headless_platform {
+    Virtual_loop loop;
+    Recorded_windows windows{loop};
+    Scripted_message_box boxes;
+    Scripted_file_dialog file_dialog;
+    Recording_printer printer;
+    Scripted_machine machine{loop};
+    Recorded_desktop desktop;
+    Memory_files files;
+    Platform platform{loop, windows, boxes, file_dialog, printer, machine, desktop, files};
+};
+
+}  // namespace kelvane::testing
