@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kelvane {
 
@@ -34,6 +35,9 @@ class Printer {
 
     /// True when a typeface of just this name is installed.
     [[nodiscard]] virtual bool font_available(const std::string& name) const = 0;
+
+    /// The installed typefaces of fixed width, sorted.
+    [[nodiscard]] virtual std::vector<std::string> fixed_fonts() const = 0;
 
     /// True when `draw_barcode` has what it needs on this system.
     [[nodiscard]] virtual bool can_draw_barcodes() const = 0;

@@ -21,15 +21,11 @@ constexpr int first_line_under_barcode = 5;
 constexpr int first_line_under_header = 11;
 constexpr int first_line_under_barcode_and_header = 16;
 
-int page_lines(const Listing_layout& layout) {
+int page_lines(const Page_layout& layout) {
     return std::max(layout.lines_per_page, 1);
 }
 
-int margin_columns(const Listing_layout& layout) {
-    return std::clamp(layout.margin, 0, widest_margin);
-}
-
-int line_characters(const Listing_layout& layout) {
+int line_characters(const Page_layout& layout) {
     const int given = layout.line_numbers ? columns_given_to_numbers : 0;
     return std::max(layout.line_length, 1 + given) - given;
 }
@@ -48,12 +44,13 @@ std::string number_text(std::size_t number) {
 /// the page that is printed next.
 class Composer {
   public:
-    Composer(const Listing_source& source, const Listing_layout& layout)
+    Composer(const Listing_source& source, const Page_layout& layout, bool barcode_room)
         : source_(source),
           layout_(layout),
+          barcode_room_(barcode_room),
           lines_(page_lines(layout)),
           characters_(static_cast<std::size_t>(line_characters(layout))),
-          margin_(static_cast<std::size_t>(margin_columns(layout)), ' ') {}
+          margin_(static_cast<std::size_t>(listing_margin(layout)), ' ') {}
 
     Listing compose(const std::function<bool()>& proceed) {
         start_first_page();
@@ -75,8 +72,8 @@ class Composer {
 
   private:
     void start_first_page() {
-        printed_ = layout_.barcode_room ? first_line_under_barcode : first_line;
-        buffer_ = layout_.barcode_room ? std::string() : std::string(page_top);
+        printed_ = barcode_room_ ? first_line_under_barcode : first_line;
+        buffer_ = barcode_room_ ? std::string() : std::string(page_top);
     }
 
     void put_header_line(std::string_view label, std::string_view value) {
@@ -94,8 +91,7 @@ class Composer {
         put_header_line("Lines:   ", number_text(lines));
         put_header_line("Pages:   ", number_text(pages));
         buffer_.append("\n\n\n");
-        printed_ =
-            layout_.barcode_room ? first_line_under_barcode_and_header : first_line_under_header;
+        printed_ = barcode_room_ ? first_line_under_barcode_and_header : first_line_under_header;
     }
 
     /// Fills the page with program lines. False at the end of the file or when no page can follow.
@@ -165,7 +161,8 @@ class Composer {
     }
 
     const Listing_source& source_;
-    const Listing_layout& layout_;
+    const Page_layout& layout_;
+    const bool barcode_room_;
     const int lines_;
     const std::size_t characters_;
     const std::string margin_;
@@ -183,9 +180,9 @@ int text_rows(std::string_view page) {
 
 }  // namespace
 
-Listing compose_listing(const Listing_source& source, const Listing_layout& layout,
+Listing compose_listing(const Listing_source& source, const Page_layout& layout, bool barcode_room,
                         const std::function<bool()>& proceed) {
-    return Composer(source, layout).compose(proceed);
+    return Composer(source, layout, barcode_room).compose(proceed);
 }
 
 std::string program_description(std::string_view content) {
@@ -199,14 +196,19 @@ std::string program_description(std::string_view content) {
     return std::string(text.substr(0, text.find_first_of(")\n\r")));
 }
 
-int listing_columns(const Listing_layout& layout) {
+int listing_margin(const Page_layout& layout) {
+    constexpr int widest = 200;
+    return std::clamp(layout.margin, 0, widest);
+}
+
+int listing_columns(const Page_layout& layout) {
     const int number = layout.line_numbers ? static_cast<int>(line_number_width) : 0;
-    const int body = margin_columns(layout) + number + line_characters(layout);
+    const int body = listing_margin(layout) + number + line_characters(layout);
     constexpr int footer = static_cast<int>(footer_indent) + 10;  // "Page 10000"
     return layout.page_numbers ? std::max(body, footer) : body;
 }
 
-int listing_rows(const Listing& listing, const Listing_layout& layout, int barcode_rows) {
+int listing_rows(const Listing& listing, const Page_layout& layout, int barcode_rows) {
     int fullest = 1;
     int above = barcode_rows;
     for (const std::string& page : listing.pages) {

@@ -1,0 +1,253 @@
+#include "print/page_layout_form.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "frame/file_names.h"
+#include "platform/basic_text.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr int picture_barcode_rows = 6;
+
+bool is_digit(char key) {
+    return key >= '0' && key <= '9';
+}
+
+std::optional<int> number_in(std::string_view text, Value_range range) {
+    constexpr std::size_t most_digits = 4;
+    if (text.empty() || text.size() > most_digits ||
+        !std::all_of(text.begin(), text.end(), is_digit)) {
+        return std::nullopt;
+    }
+    const int number = whole_number(text);
+    if (number < range.lowest || number > range.highest) {
+        return std::nullopt;
+    }
+    return number;
+}
+
+std::string range_text(Value_range range) {
+    return "A whole number from " + decimal(range.lowest) + " to " + decimal(range.highest);
+}
+
+Number_field number_field(const char* name, const char* caption, const char* reason,
+                          Value_range range, int Page_layout::*value) {
+    return {Text_box(name, caption), Label(reason), range, value};
+}
+
+/// A program that fills a page of any layout, with a long line now and then.
+std::string sample_program() {
+    std::string text = "%\nO1000 (SAMPLE)\n";
+    for (int block = 1; block <= lines_per_page_range.highest; ++block) {
+        text += "N" + decimal(block * 10) + " G01 X" + decimal(block) + ".5 Y-20. F200";
+        constexpr int long_every = 9;
+        text += block % long_every == 0 ? " (" + std::string(100, 'X') + ")\n" : "\n";
+    }
+    return text;
+}
+
+std::vector<std::string> rows_of(const std::string& page) {
+    std::vector<std::string> rows;
+    Text_reader reader(page);
+    for (std::string row; reader.line(row);) {
+        rows.push_back(row);
+    }
+    return rows;
+}
+
+}  // namespace
+
+void Page_picture::set_page(std::vector<std::string> rows, int columns, int barcode_rows) {
+    rows_ = std::move(rows);
+    columns_ = columns;
+    barcode_rows_ = barcode_rows;
+    changed();
+}
+
+Page_layout_form_lite::Page_layout_form_lite(Kelvane_lite_form& window, Printer& printer,
+                                             Program_listing& listing)
+    : Form(window.platform.windows, "Page_layout_form_lite", "Page layout"),
+      Lines_per_page(number_field("Lines_per_page", "&Lines per page", "Lines_per_page_reason",
+                                  lines_per_page_range, &Page_layout::lines_per_page)),
+      line_length(number_field("line_length", "&Characters per line", "line_length_reason",
+                               line_length_range, &Page_layout::line_length)),
+      margin(number_field("margin", "Left &margin, characters", "margin_reason", margin_range,
+                          &Page_layout::margin)),
+      Printer_fontsize(number_field("Printer_fontsize", "Font &size, points",
+                                    "Printer_fontsize_reason", font_size_range,
+                                    &Page_layout::font_size)),
+      window_(window),
+      printer_(printer),
+      listing_(listing) {
+    Printer_font_reason.plain = true;
+    attach_handlers();
+}
+
+std::array<Number_field*, 4> Page_layout_form_lite::number_fields() {
+    return {&Lines_per_page, &line_length, &margin, &Printer_fontsize};
+}
+
+void Page_layout_form_lite::attach_handlers() {
+    const auto changed = [this] { values_changed(); };
+    for (Number_field* field : number_fields()) {
+        field->box.accepts_key = is_digit;
+        field->box.selects_all_on_focus = true;
+        field->box.on_change = changed;
+    }
+    Printer_font.on_change = changed;
+    Printer_font_list.on_mouse_down = [this] {
+        Printer_font.set_text(Printer_font_list.selected_text());
+    };
+    for (Check_box* box : {&Printer_fontbold, &Printer_fontitalic, &Print_description,
+                           &Print_line_numbers, &Print_page_numbers, &Print_reverse_order}) {
+        box->on_click = changed;
+    }
+    make_exclusive(Barcode_file, Barcode_path);
+    make_exclusive(Barcode_path, Barcode_file);
+    Preview_button.on_click = [this] { preview(); };
+    Defaults_button.on_click = [this] { show_layout(Page_layout{}); };
+    OK_button.on_click = [this] { accept(); };
+    Cancel_button.on_click = [this] { unload(); };
+}
+
+void Page_layout_form_lite::make_exclusive(Check_box& one, Check_box& other) {
+    one.on_click = [this, &one, &other] {
+        if (one.checked()) {
+            other.set_checked(false);
+        }
+        values_changed();
+    };
+}
+
+void Page_layout_form_lite::on_load() {
+    preview_path_.clear();
+    Printer_font_list.set_items(printer_.fixed_fonts());
+    show_layout(page_layout_of(window_.state));
+}
+
+void Page_layout_form_lite::show_layout(const Page_layout& layout) {
+    showing_ = true;
+    for (Number_field* field : number_fields()) {
+        field->box.set_text(decimal(layout.*field->value));
+    }
+    Printer_font.set_text(layout.font);
+    Printer_fontbold.set_checked(layout.bold);
+    Printer_fontitalic.set_checked(layout.italic);
+    Print_description.set_checked(layout.description);
+    Print_line_numbers.set_checked(layout.line_numbers);
+    Print_page_numbers.set_checked(layout.page_numbers);
+    Print_reverse_order.set_checked(layout.reverse_order);
+    Barcode_file.set_checked(layout.barcode_file);
+    Barcode_path.set_checked(layout.barcode_path);
+    showing_ = false;
+    values_changed();
+}
+
+std::optional<Page_layout> Page_layout_form_lite::checked_layout() {
+    Page_layout layout{
+        .description = Print_description.checked(),
+        .line_numbers = Print_line_numbers.checked(),
+        .page_numbers = Print_page_numbers.checked(),
+        .font = Printer_font.text(),
+        .bold = Printer_fontbold.checked(),
+        .italic = Printer_fontitalic.checked(),
+        .reverse_order = Print_reverse_order.checked(),
+        .barcode_file = Barcode_file.checked(),
+        .barcode_path = Barcode_path.checked(),
+    };
+    bool complete = font_can_be_named();
+    for (const Number_field* field : number_fields()) {
+        const auto number = number_in(field->box.text(), field->range);
+        complete = complete && number;
+        layout.*field->value = number.value_or(field->range.lowest);
+    }
+    return complete ? std::optional(layout) : std::nullopt;
+}
+
+bool Page_layout_form_lite::font_can_be_named() const {
+    const std::string& name = Printer_font.text();
+    return name.find_first_not_of(' ') != std::string::npos &&
+           std::none_of(name.begin(), name.end(),
+                        [](char c) { return c == '"' || (c >= '\0' && c < ' '); });
+}
+
+std::string Page_layout_form_lite::font_reason() const {
+    if (!font_can_be_named()) {
+        return "The name of a font, without double quotes";
+    }
+    return printer_.font_available(Printer_font.text())
+               ? std::string()
+               : "Not installed here; a font of fixed width is used in its place";
+}
+
+void Page_layout_form_lite::values_changed() {
+    if (showing_) {
+        return;
+    }
+    for (Number_field* field : number_fields()) {
+        const bool taken = number_in(field->box.text(), field->range).has_value();
+        field->reason.set_caption(taken ? std::string() : range_text(field->range));
+    }
+    Printer_font_reason.set_caption(font_reason());
+    preview_hint.set_caption({});
+    if (const auto layout = checked_layout()) {
+        draw(*layout);
+    }
+}
+
+void Page_layout_form_lite::draw(const Page_layout& layout) {
+    const Desktop_services& desktop = window_.platform.desktop;
+    const std::string now = desktop.date_text() + " " + desktop.time_text();
+    const Listing listing = compose_listing(
+        {sample_program(), window_.platform.files.program_path("\\SAMPLE.NC"), now, now}, layout,
+        layout.wants_barcode(), [] { return true; });
+    if (!listing.pages.empty()) {
+        picture.set_page(rows_of(listing.pages.front()), listing_columns(layout),
+                         layout.wants_barcode() ? picture_barcode_rows : 0);
+    }
+}
+
+void Page_layout_form_lite::accept() {
+    const auto layout = checked_layout();
+    if (!layout) {
+        return;
+    }
+    Files& files = window_.platform.files;
+    if (!files.replace(files.program_path(file_names::page_layout), page_layout_text(*layout))) {
+        window_.box("Can't write the page layout\n" + files.last_error());
+        return;
+    }
+    set_page_layout(window_.state, *layout);
+    unload();
+}
+
+void Page_layout_form_lite::preview() {
+    const auto layout = checked_layout();
+    if (!layout) {
+        preview_hint.set_caption("Correct the values first");
+    } else if (!listing_.may_start()) {
+        preview_hint.set_caption("Not while a transfer or a listing is going on");
+    } else if (const auto path = preview_path()) {
+        preview_hint.set_caption({});
+        listing_.Preview_listing(*path, *layout);
+    }
+}
+
+std::optional<std::string> Page_layout_form_lite::preview_path() {
+    for (const std::string& path : {window_.state.filename, preview_path_}) {
+        if (window_.platform.files.exists(path)) {
+            return path;
+        }
+    }
+    const auto chosen = window_.platform.file_dialog.choose_file(File_purpose::open);
+    if (!chosen || !window_.platform.files.exists(*chosen)) {
+        return std::nullopt;
+    }
+    preview_path_ = *chosen;
+    return preview_path_;
+}
+
+}  // namespace kelvane

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "print/program_listing.h"
+
+namespace kelvane {
+
+/// A small picture of page 1: the rows of its text, to be shown far too small to be read.
+class Page_picture : public Control {
+  public:
+    using Control::Control;
+    /// `barcode_rows` rows above the text belong to the bar codes, half of them to each.
+    void set_page(std::vector<std::string> rows, int columns, int barcode_rows);
+    [[nodiscard]] const std::vector<std::string>& rows() const { return rows_; }
+    /// Columns that the page is wide, margin included.
+    [[nodiscard]] int columns() const { return columns_; }
+    [[nodiscard]] int barcode_rows() const { return barcode_rows_; }
+
+  private:
+    std::vector<std::string> rows_;
+    int columns_ = 1;
+    int barcode_rows_ = 0;
+};
+
+/// One number of the layout: its field, the reason why the field's text is refused (empty when it
+/// is not), and where the number belongs.
+struct Number_field {
+    Text_box box;
+    Label reason;
+    Value_range range;
+    int Page_layout::*value;
+};
+
+/// The page layout dialog: edits the layout that is in force and its settings file. Values that
+/// cannot be taken are refused beside their fields while they are typed; the picture shows the last
+/// layout without such values.
+class Page_layout_form_lite : public Form {
+  public:
+    Page_layout_form_lite(Kelvane_lite_form& window, Printer& printer, Program_listing& listing);
+
+    Number_field Lines_per_page;
+    Number_field line_length;
+    Number_field margin;
+    Number_field Printer_fontsize;
+    Text_box Printer_font{"Printer_font", "&Font"};
+    Label Printer_font_reason{"Printer_font_reason"};
+    /// The installed fonts of fixed width; choosing one puts it into `Printer_font`.
+    List_box Printer_font_list{"Printer_font_list", "Installed fonts of fixed &width"};
+    Check_box Printer_fontbold{"Printer_fontbold", "&Bold"};
+    Check_box Printer_fontitalic{"Printer_fontitalic", "&Italic"};
+    Check_box Print_description{"Print_description", "File's &particulars on page 1"};
+    Check_box Print_line_numbers{"Print_line_numbers", "Line &numbers"};
+    Check_box Print_page_numbers{"Print_page_numbers", "Pa&ge numbers"};
+    Check_box Print_reverse_order{"Print_reverse_order", "Last page fi&rst"};
+    Check_box Barcode_file{"Barcode_file", "Bar codes of the fi&le name"};
+    Check_box Barcode_path{"Barcode_path", "Bar codes of the pa&th"};
+    Page_picture picture{"picture", "Page 1 in small"};
+    /// Why a preview cannot be shown now; empty otherwise.
+    Label preview_hint{"preview_hint"};
+    Button Preview_button{"Preview_button", "Pre&view..."};
+    Button Defaults_button{"Defaults_button", "&Defaults"};
+    Button OK_button{"OK_button", "OK"};
+    Button Cancel_button{"Cancel_button", "Cancel"};
+
+    [[nodiscard]] std::array<Number_field*, 4> number_fields();
+
+  protected:
+    void on_load() override;
+
+  private:
+    void attach_handlers();
+    void make_exclusive(Check_box& one, Check_box& other);
+    void show_layout(const Page_layout& layout);
+    [[nodiscard]] std::optional<Page_layout> checked_layout();
+    [[nodiscard]] bool font_can_be_named() const;
+    [[nodiscard]] std::string font_reason() const;
+    void values_changed();
+    void draw(const Page_layout& layout);
+    void accept();
+    void preview();
+    [[nodiscard]] std::optional<std::string> preview_path();
+
+    Kelvane_lite_form& window_;
+    Printer& printer_;
+    Program_listing& listing_;
+    std::string preview_path_;  ///< chosen for the preview, when no command has a file yet
+    bool showing_ = false;      ///< the fields are being filled
+};
+
+}  // namespace kelvane
