@@ -29,6 +29,10 @@ inline constexpr std::string_view scratch = "\\scratchpad data 5";
 inline constexpr std::string_view scratch_converted = "\\scratchpad data 5b";
 /// Result of a binary receive.
 inline constexpr std::string_view received_binary = "\\Received Binary data";
+/// Options of the resequencing; the spelling is the name by which existing files are found.
+inline constexpr std::string_view resequence_options = "\\Reseqence data";
+/// New text of a resequencing, until it is in its place.
+inline constexpr std::string_view scratch_resequenced = "\\scratchpad data 6";
 /// Which device a COM number is wired to, "COM3=/dev/ttyUSB0" a line.
 inline constexpr std::string_view serial_port_devices = "\\Serial port devices";
 

@@ -1,0 +1,106 @@
+#include "resequence/resequence_run.h"
+
+#include <utility>
+
+#include "frame/file_names.h"
+#include "resequence/report.h"
+
+namespace kelvane {
+
+Resequence_run::Resequence_run(Kelvane_lite_form& window, resequence_form_lite& form)
+    : window_(window), form_(form) {
+    form_.Resequence_button.on_click = [this] { Resequence_button_Click(); };
+}
+
+void Resequence_run::Resequence_button_Click() {
+    if (form_.running == 1) {
+        return;
+    }
+    const Running_work::Scope at_work(window_.work);
+    form_.running = 1;
+    window_.platform.windows.set_hourglass(true);
+    run();
+    window_.platform.windows.set_hourglass(false);
+    form_.running = 0;
+}
+
+void Resequence_run::run() {
+    const Resequence_options options = form_.options();
+    if (options.maximum_with_gotos()) {
+        show_refusal(Maximum_with_gotos{});
+        return;
+    }
+    Files& files = window_.platform.files;
+    const std::string filename = window_.state.filename;
+    const auto program = files.read(files.program_path(file_names::scratch));
+    if (!program) {
+        report(failure_report(filename, "Its working copy cannot be read" + system_reason()));
+        end();
+        return;
+    }
+    const auto result =
+        resequence(*program, options, [this](int percent) { return goes_on(percent); });
+    if (const auto* done = std::get_if<Resequenced>(&result)) {
+        const Failure failure = put_in_place(done->text, filename);
+        report(failure.empty() ? success_report(filename, backup_path(filename))
+                               : failure_report(filename, failure));
+    } else if (std::holds_alternative<Fault>(result)) {
+        report(failure_report(filename, refusal_text(result)));
+    } else if (!std::holds_alternative<Resequence_cancelled>(result)) {
+        show_refusal(result);
+        return;
+    }
+    end();
+}
+
+bool Resequence_run::goes_on(int percent) {
+    window_.set_progress(percent);
+    window_.platform.loop.process_pending();
+    return window_.state.escape != 1 && window_.state.IOsend_cancel != 1;
+}
+
+/// The dialog stays open, so that the operator can change the options.
+void Resequence_run::show_refusal(const Resequence_result& result) {
+    window_.set_progress(0);
+    window_.platform.windows.set_hourglass(false);
+    window_.box(refusal_text(result), Message_icon::exclamation, Message_buttons::ok,
+                "Resequence error");
+}
+
+Resequence_run::Failure Resequence_run::put_in_place(const std::string& text,
+                                                     const std::string& filename) {
+    Files& files = window_.platform.files;
+    const std::string backup = backup_path(filename);
+    const std::string staged = files.program_path(file_names::scratch_resequenced);
+    if (!files.replace(staged, text)) {
+        return "The new text cannot be written to '" + staged + "'" + system_reason();
+    }
+    const std::string kept = "\nThe new text is in '" + staged + "'.";
+    if (!files.copy(filename, backup)) {
+        return "Its backup '" + backup + "' cannot be written" + system_reason() + kept;
+    }
+    if (!files.replace(filename, text)) {
+        return "The file cannot be written" + system_reason() + "\nIts backup is '" + backup +
+               "'." + kept;
+    }
+    files.remove(staged);
+    files.remove(files.program_path(file_names::scratch));
+    return {};
+}
+
+std::string Resequence_run::system_reason() const {
+    const std::string reason = window_.platform.files.last_error();
+    return reason.empty() ? "." : ": " + reason + ".";
+}
+
+void Resequence_run::report(const std::string& text) {
+    window_.show_text(text + window_.Text1.text());
+}
+
+void Resequence_run::end() {
+    window_.set_progress(0);
+    form_.unload();
+    window_.platform.desktop.beep();
+}
+
+}  // namespace kelvane

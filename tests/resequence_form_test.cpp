@@ -1,0 +1,298 @@
+// The dialog, its options file and what its button does to the operator's files.
+
+#include "resequence/resequence_form.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "frame/main_window.h"
+#include "platform/basic_text.h"
+#include "resequence/preview.h"
+#include "resequence/resequence_run.h"
+#include "support/headless_platform.h"
+
+namespace kelvane {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+constexpr const char* rule = "--------------------------------------------------\n";
+
+class Resequencing : public ::testing::Test {
+  protected:
+    Resequencing() {
+        shop.files.add_folder("/parts");
+        window.state.filename = "/parts/PART.NC";
+        window.show_text("before");
+    }
+
+    /// The program and its working copy, and the dialog in front of them.
+    void open(const std::string& program) {
+        shop.files.put(window.state.filename, program);
+        shop.files.put(copy, program);
+        form.show();
+    }
+
+    /// Clears all options but the numbers' own, so that programs stay short.
+    void plain() {
+        form.chk_leading_zeros.set_checked(false);
+        form.chk_add_space.set_checked(false);
+    }
+
+    [[nodiscard]] std::string file(const std::string& path) const {
+        return shop.files.content(path);
+    }
+
+    kelvane::testing::Headless_platform shop;
+    Kelvane_lite_form window{shop.platform};
+    resequence_form_lite form{shop.windows, shop.files, window.state};
+    Resequence_run run{window, form};
+
+    const std::string options_file = shop.files.program_path("\\Reseqence data");
+    const std::string copy = shop.files.program_path("\\scratchpad data 5");
+    const std::string staged = shop.files.program_path("\\scratchpad data 6");
+};
+
+constexpr const char* default_options =
+    "0\r\n0\r\n 0 \r\n 0 \r\n 0 \r\n 0 \r\n 1 \r\n 1 \r\n 1 \r\n10\r\n10\r\n 1 \r\n3\r\n 3 \r\n"
+    " 0 \r\n\r\nN\r\n 0 \r\n 0 \r\n 0 \r\n 0 \r\n";
+
+TEST_F(Resequencing, options_are_kept_but_the_maximum) {
+    form.load();
+    EXPECT_FALSE(shop.files.exists(options_file));
+    form.close();
+    EXPECT_EQ(file(options_file), default_options);
+
+    form.load();
+    form.chk_gotos.set_checked(false);
+    form.Maximum_txt.set_text("9990");
+    form.chk_t_codes.set_value(2);
+    form.Chk_HwithW.set_checked(true);
+    form.N_character_txt.set_text("BN");
+    form.unload();
+    const std::string written = file(options_file);
+    form.load();
+    EXPECT_EQ(form.Maximum_txt.text(), "");
+    EXPECT_EQ(form.chk_t_codes.value(), 2);
+    EXPECT_EQ(form.N_character_txt.text(), "BN");
+    EXPECT_TRUE(form.Chk_HwithW.checked());
+    form.unload();
+    EXPECT_EQ(file(options_file), written);
+
+    shop.files.fail("replace", "Reseqence data");
+    form.load();
+    form.start_txt.set_text("1");
+    form.unload();
+    EXPECT_EQ(file(options_file), written);
+}
+
+/// The default file with one line changed; lines count from 1.
+std::string options_with(int changed, const std::string& text) {
+    Text_reader reader(default_options);
+    Text_writer writer;
+    std::string line;
+    for (int number = 1; reader.line(line); ++number) {
+        writer.line(number == changed ? text : line);
+    }
+    return writer.text();
+}
+
+TEST_F(Resequencing, reads_what_other_hands_wrote) {
+    struct Case {
+        const char* name;
+        std::string file;
+        std::string expected;  // start, character, added text, digits, "H" box, gotos box
+    };
+    const Case cases[] = {
+        {"as written", default_options, "10|N||3|0|1"},
+        {"a check box as the character", options_with(17, "1"), "10|N||3|0|1"},
+        {"a cleared one", options_with(17, " 0 "), "10|N||3|0|1"},
+        {"no character", options_with(17, ""), "10|||3|0|1"},
+        {"a comma ends a field", options_with(16, "A,H"), "10|H|A|3|0|1"},
+        {"cut short", "0\r\n0\r\n 1 \r\n 1 \r\n 1 \r\n 1 \r\n 1 \r\n 0 \r\n", "10|N||3|0|0"},
+        {"digits as they stand", options_with(13, "12"), "10|N||12|0|1"},
+        {"no box value", options_with(19, "77"), "10|N||3|0|1"},
+        {"rubbish", "\xFF\r\n\"\r\n,,,,,,,,,", "10|N||3|0|1"},
+    };
+    for (const Case& c : cases) {
+        shop.files.put(options_file, c.file);
+        form.load();
+        EXPECT_EQ(form.start_txt.text() + "|" + form.N_character_txt.text() + "|" +
+                      form.Add_to_txt.text() + "|" + form.digits_txt.text() + "|" +
+                      decimal(form.Chk_HwithW.value()) + "|" + decimal(form.chk_gotos.value()),
+                  c.expected)
+            << c.name;
+        form.unload();
+    }
+}
+
+TEST_F(Resequencing, controls_move_each_other) {
+    form.load();
+    form.VScroll1.set_value(5);
+    EXPECT_EQ(form.digits_txt.text(), "5");
+    form.digits_txt.set_text("12");
+    EXPECT_EQ(form.VScroll1.value(), 8);
+    EXPECT_EQ(form.digits_txt.text(), "12");
+    form.start_txt.type_key('5');
+    form.start_txt.type_key('-');
+    EXPECT_EQ(form.options().start, 105);
+    form.chk_gotos.click();
+    form.Maximum_txt.set_text("12345678901");
+    EXPECT_EQ(form.options().maximum, 12345678901);
+    form.chk_gotos.click();
+    EXPECT_EQ(form.Maximum_txt.text(), "");
+    form.Add_to_txt.set_text(";");
+    EXPECT_EQ(form.options().add_to, "");
+    form.chk_Add_to.click();
+    EXPECT_EQ(form.options().add_to, ";");
+}
+
+TEST_F(Resequencing, shows_what_will_become) {
+    open("%\r\nN1G0\r\nGOTO1\r\n");
+    EXPECT_THAT(form.preview_before.items(), ElementsAre("%", "N1G0", "GOTO1"));
+    EXPECT_THAT(form.preview_after.items(), ElementsAre("%", "N010 G0", "N020 GOTO010 "));
+    plain();
+    EXPECT_THAT(form.preview_after.items(), ElementsAre("%", "N10G0", "N20GOTO10"));
+    form.Maximum_txt.set_text("99");
+    EXPECT_EQ(form.preview_note.caption(),
+              "Can't set maximum N# when resequencing GOTO statements");
+    form.chk_gotos.click();
+    EXPECT_THAT(form.preview_after.items(), ElementsAre("%", "N10G0", "N20GOTO1"));
+    EXPECT_EQ(form.preview_note.caption(), "");
+}
+
+TEST_F(Resequencing, preview_of_a_great_program_takes_its_start) {
+    std::string program = "GOTO5\n" + std::string(500, 'X') + "\n";
+    while (program.size() <= whole_preview_length) {
+        program += "Y\n";
+    }
+    Resequence_options options;
+    options.gotos = true;
+    const Resequence_preview preview = preview_resequencing(program, options);
+    ASSERT_EQ(preview.after.size(), 40U);
+    EXPECT_EQ(preview.after[0], "N10GOTO5");
+    EXPECT_EQ(preview.after[1], "N20" + std::string(197, 'X') + "...");
+    EXPECT_EQ(preview.after[39], "N400Y");
+    EXPECT_THAT(preview.note, HasSubstr("not shown"));
+}
+
+TEST_F(Resequencing, puts_the_result_in_the_place_of_the_file) {
+    shop.files.put("/parts/PART.bak", "an older one");
+    open("N1G0X1\r\nGOTO1\r\n");
+    form.Resequence_button.click();
+    EXPECT_EQ(file("/parts/PART.NC"), "N010 G0X1\r\nN020 GOTO010 \r\n");
+    EXPECT_EQ(file("/parts/PART.bak"), "N1G0X1\r\nGOTO1\r\n");
+    EXPECT_EQ(window.Text1.text(),
+              std::string("File /parts/PART.NC has been resequenced.\n"
+                          "The original file in now named '/parts/PART.bak'.\n") +
+                  rule + "before");
+    EXPECT_FALSE(shop.files.exists(copy));
+    EXPECT_FALSE(shop.files.exists(staged));
+    EXPECT_TRUE(shop.files.exists(options_file));
+    EXPECT_FALSE(form.loaded());
+    EXPECT_FALSE(shop.windows.hourglass);
+    EXPECT_EQ(window.ProgressBar1.value(), 0);
+    EXPECT_EQ(shop.desktop.beeps, 1);
+    EXPECT_EQ(form.running, 0);
+}
+
+TEST_F(Resequencing, a_failure_leaves_the_original_whole_and_says_so) {
+    struct Case {
+        const char* operation;
+        const char* path_end;
+        const char* said;
+        const char* backup;
+    };
+    const Case cases[] = {
+        {"read", "data 5", "working copy cannot be read", "old"},
+        {"replace", "data 6", "cannot be written to", "old"},
+        {"copy", "PART.bak", "Its backup '/parts/PART.bak' cannot be written", "old"},
+        {"replace", "PART.NC", "Its backup is '/parts/PART.bak'", "N1X\r\n"},
+    };
+    for (const Case& c : cases) {
+        shop.files.put("/parts/PART.bak", "old");
+        open("N1X\r\n");
+        shop.files.fail(c.operation, c.path_end);
+        form.Resequence_button.click();
+        shop.files.repair();
+        EXPECT_EQ(file("/parts/PART.NC"), "N1X\r\n") << c.path_end;
+        EXPECT_EQ(file("/parts/PART.bak"), c.backup) << c.path_end;
+        EXPECT_TRUE(shop.files.exists(copy)) << c.path_end;
+        EXPECT_THAT(window.Text1.text(), HasSubstr(c.said));
+        EXPECT_THAT(window.Text1.text(), HasSubstr("is as it was"));
+        EXPECT_FALSE(form.visible());
+        EXPECT_FALSE(shop.windows.hourglass);
+    }
+}
+
+TEST_F(Resequencing, a_refusal_is_said_in_a_box_and_the_dialog_stays) {
+    open("N1X\r\nGOTO2\r\nGOTO 3 M1\r\n");
+    const auto refused = [this](const char* text) {
+        shop.boxes.expect(text, Message_answer::ok,
+                          [this] { EXPECT_FALSE(shop.windows.hourglass); });
+        form.Resequence_button.click();
+        EXPECT_EQ(shop.boxes.shown().back().text, text);
+        EXPECT_EQ(shop.boxes.shown().back().title, "Resequence error");
+        EXPECT_EQ(shop.boxes.shown().back().icon, Message_icon::exclamation);
+        EXPECT_TRUE(form.visible());
+        EXPECT_EQ(file("/parts/PART.NC"), "N1X\r\nGOTO2\r\nGOTO 3 M1\r\n");
+        EXPECT_FALSE(shop.files.exists("/parts/PART.bak"));
+    };
+    refused("Cannot resolve GOTO2\nwith an existing N-number.");
+    form.Maximum_txt.set_text("50");
+    refused("Can't set maximum N# when\nresequencing GOTO statements");
+    EXPECT_EQ(shop.desktop.beeps, 0);
+
+    form.Maximum_txt.set_text({});
+    shop.files.put(copy, "N2X\r\nGOTO2\r\nGOTO 3 M1\r\n");
+    refused("Cannot resolve GOTO 3 \nwith an existing N-number");
+    form.chk_gotos.click();
+    form.Resequence_button.click();
+    EXPECT_FALSE(form.visible());
+}
+
+TEST_F(Resequencing, too_many_targets_are_said_in_the_editor) {
+    std::string program;
+    for (int number = 1; number <= 1001; ++number) {
+        program += "N" + decimal(number) + "GOTO" + decimal(number) + "\r\n";
+    }
+    open(program);
+    form.Resequence_button.click();
+    EXPECT_EQ(file("/parts/PART.NC"), program);
+    EXPECT_THAT(window.Text1.text(), HasSubstr("Subscript out of range"));
+    EXPECT_FALSE(form.visible());
+}
+
+TEST_F(Resequencing, stops_when_asked_and_starts_only_once) {
+    std::string program;
+    for (int line = 0; line < 20'000; ++line) {
+        program += "N1G1X1\r\n";
+    }
+    const std::function<void()> stops[] = {[this] { window.Stop_button.click(); },
+                                           [this] { form.Cancel_button.click(); },
+                                           [this] { form.close(); }};
+    for (const auto& stop : stops) {
+        window.state.escape = window.state.IOsend_cancel = 0;
+        open(program);
+        int presses = 0;
+        shop.loop.after({}, [&] {
+            EXPECT_TRUE(form.visible());
+            EXPECT_TRUE(shop.windows.hourglass);
+            form.Resequence_button.click();  // a second run must not begin inside the first
+            ++presses;
+            stop();
+        });
+        form.Resequence_button.click();
+        EXPECT_EQ(presses, 1);
+        EXPECT_EQ(file("/parts/PART.NC"), program);
+        EXPECT_FALSE(shop.files.exists("/parts/PART.bak"));
+        EXPECT_EQ(window.Text1.text(), "before");
+        EXPECT_FALSE(form.visible());
+        EXPECT_EQ(form.running, 0);
+    }
+    EXPECT_EQ(shop.desktop.beeps, 3);
+}
+
+}  // namespace
+}  // namespace kelvane
