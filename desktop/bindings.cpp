@@ -1,0 +1,305 @@
+#include "desktop/bindings.h"
+
+#include <QAbstractButton>
+#include <QAbstractSlider>
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QProgressBar>
+#include <QRadioButton>
+#include <QSignalBlocker>
+#include <QSpinBox>
+#include <QTimer>
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <utility>
+
+#include "desktop/event_filter.h"
+
+namespace kelvane {
+
+namespace {
+
+using Refresh = std::function<void()>;
+
+/// Runs `refresh` now and after every change of the control, as long as `target` exists.
+void keep_fresh(Control& control, QObject& target, const Refresh& refresh) {
+    target.setObjectName(to_screen(control.name()));
+    refresh();
+    control.observe(refresh);
+    QObject::connect(&target, &QObject::destroyed, [&control] { control.observe({}); });
+}
+
+/// A widget that has not been put in its window yet must not be told to show itself: it would
+/// become a window of its own. So only a difference is told.
+void refresh_visible(const Control& control, QWidget& widget) {
+    const bool hidden = widget.isHidden() && widget.testAttribute(Qt::WA_WState_ExplicitShowHide);
+    if (hidden == control.visible()) {
+        widget.setVisible(control.visible());
+    }
+}
+
+/// Binds what all controls show, and what `refresh_more` adds to it. The widget's own signals are
+/// silent meanwhile, so that they report the operator's doings only. The function that is returned
+/// makes the widget show the control's values again.
+Refresh bind_widget(Control& control, QWidget& widget, Refresh refresh_more) {
+    const Refresh refresh = [&control, &widget, more = std::move(refresh_more)] {
+        const QSignalBlocker silent(widget);
+        refresh_visible(control, widget);
+        widget.setEnabled(control.enabled());
+        more();
+    };
+    keep_fresh(control, widget, refresh);
+    return refresh;
+}
+
+void refresh_caption(const Control& control, QAbstractButton& widget) {
+    if (!control.caption().empty()) {
+        widget.setText(to_screen(control.caption()));
+    }
+    widget.setAccessibleName(without_access_key(widget.text()));
+}
+
+bool is_enter(const QEvent& event) {
+    if (event.type() != QEvent::KeyPress) {
+        return false;
+    }
+    const int key = static_cast<const QKeyEvent&>(event).key();
+    return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
+/// True for a key press that types a character which the control refuses, or which it cannot hold.
+bool is_refused_key(const Text_box& control, const QEvent& event, Text_form form) {
+    if (event.type() != QEvent::KeyPress) {
+        return false;
+    }
+    const QString typed = static_cast<const QKeyEvent&>(event).text();
+    if (typed.isEmpty() || !typed.at(0).isPrint()) {
+        return false;
+    }
+    const std::string keys = from_screen(typed, form);
+    const bool refused =
+        control.accepts_key &&
+        !std::all_of(keys.begin(), keys.end(), [&](char key) { return control.accepts_key(key); });
+    return refused || to_screen(keys, form) != typed;
+}
+
+void refresh_text(const Text_box& control, QLineEdit& widget, Text_form form) {
+    const QString text = to_screen(control.text(), form);
+    if (widget.text() != text) {
+        const int cursor = widget.cursorPosition();
+        widget.setText(text);
+        widget.setCursorPosition(cursor);
+    }
+}
+
+/// Fills `widget` with the control's items when they are not those it was filled with.
+template <typename List>
+void refresh_items(const List_box& control, List& widget, unsigned& filled_with) {
+    if (filled_with == control.revision()) {
+        return;
+    }
+    filled_with = control.revision();
+    widget.clear();
+    for (const std::string& item : control.items()) {
+        widget.addItem(to_screen(item));
+    }
+}
+
+void refresh_selection(const List_box& control, QListWidget& widget) {
+    if (widget.currentRow() != control.selected()) {
+        widget.setCurrentRow(control.selected());
+    }
+    if (control.selected() < 0) {
+        widget.clearSelection();
+    } else {
+        widget.item(control.selected())->setSelected(true);
+    }
+}
+
+/// The row that the operator has selected, -1 for none. (The current row alone is no choice: a list
+/// that gets the focus has one.)
+int selected_row(const QListWidget& widget) {
+    const auto selected = widget.selectedItems();
+    return selected.isEmpty() ? -1 : widget.row(selected.first());
+}
+
+template <typename Widget, typename Changed>
+void bind_scroll_bar(Scroll_bar& control, Widget& widget, Changed changed) {
+    widget.setRange(control.minimum(), control.maximum());
+    bind_widget(control, widget, [&control, &widget] { widget.setValue(control.value()); });
+    QObject::connect(&widget, changed, [&control](int value) { control.set_value(value); });
+}
+
+}  // namespace
+
+void bind(Button& control, QAbstractButton& widget) {
+    bind_widget(control, widget, [&control, &widget] { refresh_caption(control, widget); });
+    QObject::connect(&widget, &QAbstractButton::clicked, [&control] { control.click(); });
+}
+
+void bind(Button& control, QAction& item) {
+    keep_fresh(control, item, [&control, &item] {
+        item.setText(to_screen(control.caption()));
+        item.setEnabled(control.enabled());
+        item.setVisible(control.visible());
+    });
+    QObject::connect(&item, &QAction::triggered, [&control] { control.click(); });
+}
+
+void bind(Check_box& control, QCheckBox& widget) {
+    const Refresh refresh = bind_widget(control, widget, [&control, &widget] {
+        constexpr Qt::CheckState states[] = {Qt::Unchecked, Qt::Checked, Qt::PartiallyChecked};
+        refresh_caption(control, widget);
+        widget.setCheckState(states[control.value()]);
+        widget.setTristate(control.value() == 2);
+    });
+    QObject::connect(&widget, &QCheckBox::clicked, [&control, refresh] {
+        control.click();
+        refresh();
+    });
+}
+
+void bind(Option_button& control, QRadioButton& widget) {
+    const Refresh refresh = bind_widget(control, widget, [&control, &widget] {
+        refresh_caption(control, widget);
+        // Within a group Qt would not let the last checked option go.
+        widget.setAutoExclusive(false);
+        widget.setChecked(control.value());
+        widget.setAutoExclusive(true);
+    });
+    QObject::connect(&widget, &QRadioButton::clicked, [&control, refresh] {
+        control.click();
+        refresh();
+    });
+}
+
+void bind(Text_box& control, QLineEdit& widget, Text_form form) {
+    const Refresh refresh = bind_widget(
+        control, widget, [&control, &widget, form] { refresh_text(control, widget, form); });
+    QObject::connect(&widget, &QLineEdit::textEdited,
+                     [&control, form, refresh](const QString& text) {
+                         control.set_text(from_screen(text, form));
+                         refresh();
+                     });
+    Event_filter::install(widget, [&control, &widget, form](QEvent& event) {
+        if (event.type() == QEvent::FocusIn && control.selects_all_on_focus) {
+            // A mouse press sets its caret only after the focus has come.
+            QTimer::singleShot(0, &widget, &QLineEdit::selectAll);
+        }
+        if (is_enter(event) && control.on_enter) {
+            control.press_enter();
+            return true;
+        }
+        return is_refused_key(control, event, form);
+    });
+}
+
+void bind(List_box& control, QListWidget& widget) {
+    const auto filled_with = std::make_shared<unsigned>(control.revision() - 1);
+    const Refresh refresh = bind_widget(control, widget, [&control, &widget, filled_with] {
+        refresh_items(control, widget, *filled_with);
+        refresh_selection(control, widget);
+    });
+    // A press on another row reports the selection and then the press; it is one choice.
+    const auto chosen = std::make_shared<bool>(false);
+    const auto choose = [&control, &widget, chosen, refresh] {
+        *chosen = true;
+        if (const int row = selected_row(widget); row >= 0) {
+            control.choose(row);
+            refresh();
+        }
+    };
+    QObject::connect(&widget, &QListWidget::itemSelectionChanged, choose);
+    QObject::connect(&widget, &QListWidget::itemPressed, [chosen, choose] {
+        if (!*chosen) {
+            choose();
+        }
+    });
+    QObject::connect(&widget, &QListWidget::itemDoubleClicked,
+                     [&control] { control.double_click(); });
+    Event_filter::install(*widget.viewport(), [chosen](QEvent& event) {
+        *chosen = *chosen && event.type() != QEvent::MouseButtonPress;
+        return false;
+    });
+    Event_filter::install(widget, [&control](QEvent& event) {
+        const bool double_click = is_enter(event) && control.on_double_click;
+        if (double_click) {
+            control.double_click();
+        }
+        return double_click;
+    });
+}
+
+void bind(List_box& control, QComboBox& widget) {
+    const auto filled_with = std::make_shared<unsigned>(control.revision() - 1);
+    const Refresh refresh = bind_widget(control, widget, [&control, &widget, filled_with] {
+        refresh_items(control, widget, *filled_with);
+        widget.setCurrentIndex(control.selected());
+    });
+    QObject::connect(&widget, &QComboBox::activated, [&control, refresh](int row) {
+        control.choose(row);
+        refresh();
+    });
+}
+
+void bind(Label& control, QLabel& widget) {
+    widget.setTextFormat(Qt::PlainText);
+    bind_widget(control, widget, [&control, &widget] {
+        QString text = to_screen(control.caption());
+        const bool marks_shown = widget.buddy() != nullptr;
+        if (marks_shown && control.plain) {
+            text.replace("&", "&&");
+        } else if (!marks_shown && !control.plain) {
+            text = without_access_key(text);
+        }
+        widget.setText(text);
+    });
+}
+
+void bind(Scroll_bar& control, QSpinBox& widget) {
+    widget.setKeyboardTracking(false);
+    bind_scroll_bar(control, widget, &QSpinBox::valueChanged);
+}
+
+void bind(Scroll_bar& control, QAbstractSlider& widget) {
+    bind_scroll_bar(control, widget, &QAbstractSlider::valueChanged);
+}
+
+void bind(Progress_bar& control, QProgressBar& widget) {
+    widget.setRange(0, 100);
+    widget.setAccessibleName(without_access_key(to_screen(control.caption())));
+    bind_widget(control, widget, [&control, &widget] { widget.setValue(control.value()); });
+}
+
+void bind_frame(Control& control, QWidget& widget) {
+    bind_widget(control, widget, [&control, &widget] {
+        auto* group = qobject_cast<QGroupBox*>(&widget);
+        if (group != nullptr && !control.caption().empty()) {
+            group->setTitle(to_screen(control.caption()));
+        }
+    });
+}
+
+void finish_dialog(QWidget& dialog) {
+    for (const QLabel* label : dialog.findChildren<QLabel*>()) {
+        QWidget* buddy = label->buddy();
+        if (buddy != nullptr && buddy->accessibleName().isEmpty()) {
+            QString name = without_access_key(label->text());
+            buddy->setAccessibleName(name.remove(':').trimmed());
+        }
+    }
+    for (QAbstractButton* button : dialog.findChildren<QAbstractButton*>()) {
+        if (button->accessibleName().isEmpty()) {
+            button->setAccessibleName(without_access_key(button->text()));
+        }
+    }
+}
+
+}  // namespace kelvane

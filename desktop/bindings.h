@@ -1,0 +1,64 @@
+#pragma once
+
+#include "desktop/qt_text.h"
+#include "platform/controls.h"
+
+class QAbstractButton;
+class QAbstractSlider;
+class QAction;
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QListWidget;
+class QProgressBar;
+class QRadioButton;
+class QSpinBox;
+class QWidget;
+
+namespace kelvane {
+
+// How a dialog is written. Its file offers one function,
+//
+//     std::unique_ptr<QDialog> make_select_device_dialog(select_device_form_lite& form);
+//
+// which makes a QDialog without a parent, lays widgets out (layouts, no pixels), binds each to its
+// control with one of the functions below, gives every label its buddy, and ends with
+// `finish_dialog`. Nothing else: no logic, no exec(), no accept() or reject(), no values copied.
+// Values go from a control to its widget whenever the control changes, and what the operator does
+// goes to the control, whose handlers do the work. Title, Escape, close button and showing are
+// `Qt_windows`'s affair; it learns of the window by
+//
+//     windows.add(form, make_select_device_dialog);
+//
+// A binding lasts as long as its widget, and the control must live at least as long. A widget gets
+// the control's name as its object name, by which tests find it.
+
+/// A push button; its caption (with access key) is the control's.
+void bind(Button& control, QAbstractButton& widget);
+/// A menu item.
+void bind(Button& control, QAction& item);
+void bind(Check_box& control, QCheckBox& widget);
+/// The options of one group share a parent widget of their own (a QGroupBox), so that the arrow
+/// keys go from one to the other.
+void bind(Option_button& control, QRadioButton& widget);
+/// Typed characters are filtered by `accepts_key`, pasted text is not. Enter presses the dialog's
+/// default button unless the control has an `on_enter`.
+void bind(Text_box& control, QLineEdit& widget, Text_form form = Text_form::latin1);
+/// A mouse press or a key that moves the selection is a choice; Enter is a double click.
+void bind(List_box& control, QListWidget& widget);
+void bind(List_box& control, QComboBox& widget);
+/// A control that has a caption is shown with it; an access key works when `widget` has a buddy.
+void bind(Label& control, QLabel& widget);
+void bind(Scroll_bar& control, QSpinBox& widget);
+void bind(Scroll_bar& control, QAbstractSlider& widget);
+void bind(Progress_bar& control, QProgressBar& widget);
+
+/// A frame or group box that is shown and enabled with `control`, its title the caption.
+void bind_frame(Control& control, QWidget& widget);
+
+/// To be called when all widgets stand: gives each that has no accessible name the text of the
+/// label whose buddy it is, or its own caption.
+void finish_dialog(QWidget& dialog);
+
+}  // namespace kelvane

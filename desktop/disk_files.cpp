@@ -1,0 +1,255 @@
+#include "desktop/disk_files.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <functional>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace kelvane {
+
+namespace {
+
+constexpr std::size_t copy_block = 1U << 16U;
+constexpr mode_t new_file_mode = 0666;
+
+/// An open file that is closed again on every way out.
+class Handle {
+  public:
+    explicit Handle(int descriptor) : descriptor_(descriptor) {}
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+    ~Handle() {
+        if (descriptor_ >= 0) {
+            ::close(descriptor_);
+        }
+    }
+    [[nodiscard]] bool ok() const { return descriptor_ >= 0; }
+    [[nodiscard]] int get() const { return descriptor_; }
+    /// Closes now; some file systems report a failed write only here.
+    bool close() { return ::close(std::exchange(descriptor_, -1)) == 0; }
+
+  private:
+    int descriptor_;
+};
+
+Handle open_file(const std::string& path, int flags) {
+    return Handle(::open(path.c_str(), flags | O_CLOEXEC, new_file_mode));
+}
+
+bool write_all(int descriptor, std::string_view content) {
+    while (!content.empty()) {
+        const ssize_t written = ::write(descriptor, content.data(), content.size());
+        if (written < 0 && errno != EINTR) {
+            return false;
+        }
+        content.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
+    }
+    return true;
+}
+
+/// Appends up to `most` further bytes to `content`; false when reading failed.
+bool read_some(int descriptor, std::string& content, std::size_t most) {
+    while (most > 0) {
+        const std::size_t old_size = content.size();
+        const std::size_t block = std::min(most, copy_block);
+        content.resize(old_size + block);
+        const ssize_t got = ::read(descriptor, content.data() + old_size, block);
+        content.resize(old_size + static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+        if (got == 0 || (got < 0 && errno != EINTR)) {
+            return got == 0;
+        }
+        most -= content.size() - old_size;
+    }
+    return true;
+}
+
+/// The file that a chain of links ends at, so that replacing keeps the links.
+std::string link_target(const std::string& path) {
+    const std::unique_ptr<char, void (*)(void*)> real(::realpath(path.c_str(), nullptr), std::free);
+    return real ? std::string(real.get()) : path;
+}
+
+/// A new name's entry is safe only when its folder is on the disk too. Some file systems cannot
+/// sync a folder, which is no reason to call the file unwritten.
+void sync_folder_of(const std::string& path) {
+    const std::string folder = folder_of(path);
+    const Handle handle = open_file(folder.empty() ? "." : folder, O_RDONLY | O_DIRECTORY);
+    if (handle.ok()) {
+        ::fsync(handle.get());
+    }
+}
+
+/// The access rights that the file at `path` has, or those of a new file.
+mode_t mode_for(const std::string& path) {
+    struct stat old {};
+    if (::stat(path.c_str(), &old) == 0) {
+        return old.st_mode & 07777U;
+    }
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    return new_file_mode & ~mask;
+}
+
+/// Lets `write` fill a temporary file beside `path`, which then takes the place of `path`.
+bool replace_by(const std::string& path, const std::function<bool(int)>& write) {
+    const std::string target = link_target(path);
+    std::string temporary = target + ".XXXXXX";
+    Handle handle(::mkostemp(temporary.data(), O_CLOEXEC));
+    if (!handle.ok()) {
+        return false;
+    }
+    const bool done = write(handle.get()) && ::fchmod(handle.get(), mode_for(target)) == 0 &&
+                      ::fsync(handle.get()) == 0 && handle.close() &&
+                      ::rename(temporary.c_str(), target.c_str()) == 0;
+    if (!done) {
+        const int error = errno;
+        ::unlink(temporary.c_str());
+        errno = error;
+        return false;
+    }
+    sync_folder_of(target);
+    return true;
+}
+
+bool copy_content(int from, int to) {
+    std::string block;
+    while (true) {
+        block.clear();
+        if (!read_some(from, block, copy_block) || !write_all(to, block)) {
+            return false;
+        }
+        if (block.empty()) {
+            return true;
+        }
+    }
+}
+
+std::optional<struct stat> look_at(const std::string& path) {
+    struct stat found {};
+    return ::stat(path.c_str(), &found) == 0 ? std::optional(found) : std::nullopt;
+}
+
+}  // namespace
+
+Disk_files::Disk_files(std::string program_directory)
+    : program_directory_(std::move(program_directory)) {}
+
+bool Disk_files::failed() const {
+    return failed(errno);
+}
+
+bool Disk_files::failed(int error) const {
+    last_error_ = std::strerror(error);
+    return false;
+}
+
+bool Disk_files::exists(const std::string& path) const {
+    const auto found = look_at(path);
+    return found && !S_ISDIR(found->st_mode);
+}
+
+bool Disk_files::is_folder(const std::string& path) const {
+    const auto found = look_at(path);
+    return found && S_ISDIR(found->st_mode);
+}
+
+std::optional<std::string> Disk_files::read(const std::string& path) const {
+    return read_start(path, std::string::npos);
+}
+
+std::optional<std::string> Disk_files::read_start(const std::string& path,
+                                                  std::size_t count) const {
+    const Handle handle = open_file(path, O_RDONLY | O_NONBLOCK);
+    std::string content;
+    if (const auto size = length(path)) {
+        content.reserve(std::min<std::size_t>(*size + copy_block, count));
+    }
+    if (!handle.ok() || !read_some(handle.get(), content, count)) {
+        failed();
+        return std::nullopt;
+    }
+    return content;
+}
+
+bool Disk_files::replace(const std::string& path, std::string_view content) {
+    return replace_by(path, [&](int to) { return write_all(to, content); }) || failed();
+}
+
+bool Disk_files::append(const std::string& path, std::string_view content) {
+    const auto old_length = length(path);
+    Handle handle = open_file(path, O_WRONLY | O_APPEND | O_CREAT);
+    if (!handle.ok()) {
+        return failed();
+    }
+    if (write_all(handle.get(), content)) {
+        return handle.close() || failed();
+    }
+    failed();
+    if (!old_length) {
+        ::unlink(path.c_str());
+    } else if (::ftruncate(handle.get(), static_cast<off_t>(*old_length)) != 0) {
+        failed();
+    }
+    return false;
+}
+
+bool Disk_files::copy(const std::string& from, const std::string& to) {
+    const Handle source = open_file(from, O_RDONLY | O_NONBLOCK);
+    if (!source.ok()) {
+        return failed();
+    }
+    return replace_by(to, [&](int target) { return copy_content(source.get(), target); }) ||
+           failed();
+}
+
+bool Disk_files::rename(const std::string& from, const std::string& to) {
+    if (!exists(from)) {
+        return failed(is_folder(from) ? EISDIR : ENOENT);
+    }
+    return ::rename(from.c_str(), to.c_str()) == 0 || failed();
+}
+
+bool Disk_files::remove(const std::string& path) {
+    return ::unlink(path.c_str()) == 0 || errno == ENOENT || errno == ENOTDIR || failed();
+}
+
+std::optional<std::uint64_t> Disk_files::length(const std::string& path) const {
+    const auto found = look_at(path);
+    if (!found || S_ISDIR(found->st_mode)) {
+        return std::nullopt;
+    }
+    return static_cast<std::uint64_t>(found->st_size);
+}
+
+std::optional<std::time_t> Disk_files::stamp(const std::string& path) const {
+    const auto found = look_at(path);
+    if (!found || S_ISDIR(found->st_mode)) {
+        return std::nullopt;
+    }
+    return found->st_mtime;
+}
+
+std::string find_program_directory() {
+    QString folder = QFile::decodeName(qgetenv("KELVANE_LITE_DIRECTORY"));
+    if (folder.isEmpty()) {
+        const QString beside = QCoreApplication::applicationDirPath();
+        const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+        const bool writable = ::access(QFile::encodeName(beside).constData(), W_OK) == 0;
+        folder = writable ? beside : QDir(data).filePath("kelvane-lite");
+    }
+    folder = QDir::cleanPath(QDir::current().absoluteFilePath(folder));
+    QDir().mkpath(folder);
+    return QFile::encodeName(folder).toStdString();
+}
+
+}  // namespace kelvane

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string>
+
+#include "platform/files.h"
+
+namespace kelvane {
+
+/// The files of the disk, by the system's own calls: a path's bytes reach the system as they are,
+/// whether or not they are text in the user's character set, and a failed sync is noticed.
+class Disk_files : public Files {
+  public:
+    /// `program_directory` exists and has no separator at its end.
+    explicit Disk_files(std::string program_directory);
+
+    [[nodiscard]] std::string program_directory() const override { return program_directory_; }
+    [[nodiscard]] bool exists(const std::string& path) const override;
+    [[nodiscard]] bool is_folder(const std::string& path) const override;
+    [[nodiscard]] std::optional<std::string> read(const std::string& path) const override;
+    [[nodiscard]] std::optional<std::string> read_start(const std::string& path,
+                                                        std::size_t count) const override;
+    [[nodiscard]] bool replace(const std::string& path, std::string_view content) override;
+    [[nodiscard]] bool append(const std::string& path, std::string_view content) override;
+    [[nodiscard]] bool copy(const std::string& from, const std::string& to) override;
+    [[nodiscard]] bool rename(const std::string& from, const std::string& to) override;
+    bool remove(const std::string& path) override;
+    [[nodiscard]] std::optional<std::uint64_t> length(const std::string& path) const override;
+    [[nodiscard]] std::optional<std::time_t> stamp(const std::string& path) const override;
+    [[nodiscard]] std::string last_error() const override { return last_error_; }
+
+  private:
+    bool failed() const;
+    bool failed(int error) const;
+
+    std::string program_directory_;
+    mutable std::string last_error_;
+};
+
+/// Where the program keeps its own files: `KELVANE_LITE_DIRECTORY` when that is set, else the
+/// executable's folder when it can be written, else the user's data folder. It is created when it
+/// is missing.
+std::string find_program_directory();
+
+}  // namespace kelvane

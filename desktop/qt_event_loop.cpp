@@ -1,0 +1,108 @@
+#include "desktop/qt_event_loop.h"
+
+#include <QAbstractEventDispatcher>
+#include <QCoreApplication>
+#include <QSocketNotifier>
+#include <algorithm>
+#include <cstdint>
+#include <sys/timerfd.h>
+#include <unistd.h>
+#include <utility>
+
+namespace kelvane {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Nothing reports a change of CTS or of the clock on the wall: waiting loops look again so often.
+constexpr Clock_time longest_sleep = 20ms;
+/// So often a working loop lets windows repaint and buttons be pressed.
+constexpr Clock_time pending_interval = 10ms;
+
+bool dispatch(QEventLoop::ProcessEventsFlags flags) {
+    return QCoreApplication::eventDispatcher()->processEvents(flags);
+}
+
+itimerspec after(Clock_time delay) {
+    // A delay of zero would switch the timer off.
+    const auto nanoseconds = std::chrono::nanoseconds(std::max(delay, Clock_time(1))).count();
+    itimerspec spec{};
+    spec.it_value.tv_sec = static_cast<time_t>(nanoseconds / 1'000'000'000);
+    spec.it_value.tv_nsec = static_cast<long>(nanoseconds % 1'000'000'000);
+    return spec;
+}
+
+}  // namespace
+
+Qt_event_loop::Qt_event_loop()
+    : start_(std::chrono::steady_clock::now()),
+      timer_handle_(::timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)),
+      wake_(std::make_unique<QSocketNotifier>(timer_handle_, QSocketNotifier::Read)) {
+    QObject::connect(wake_.get(), &QSocketNotifier::activated, [this] { wake_timer_fired(); });
+    timers().on_changed = [this] { set_wake_timer(); };
+}
+
+Qt_event_loop::~Qt_event_loop() {
+    timers().on_changed = nullptr;
+    wake_.reset();
+    ::close(timer_handle_);
+}
+
+Clock_time Qt_event_loop::now() const {
+    return std::chrono::duration_cast<Clock_time>(std::chrono::steady_clock::now() - start_);
+}
+
+void Qt_event_loop::process_events() {
+    const bool timer_ran = run_due_timers();
+    const Clock_time sleep = std::min(
+        longest_sleep, sleep_limit ? sleep_limit().value_or(longest_sleep) : longest_sleep);
+    if (timer_ran || sleep <= 0ms) {
+        dispatch(QEventLoop::AllEvents);
+        return;
+    }
+    const auto outer_end = std::exchange(sleep_end_, now() + sleep);
+    set_wake_timer();
+    dispatch(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    // The timer stays set: at worst it fires once for nothing and is then set for what is due.
+    sleep_end_ = outer_end;
+}
+
+void Qt_event_loop::process_pending() {
+    if (now() < next_pending_) {
+        return;
+    }
+    run_due_timers();
+    dispatch(QEventLoop::AllEvents);
+    next_pending_ = now() + pending_interval;
+}
+
+/// Each timer that is due now runs once; one that falls due meanwhile waits for the next round.
+bool Qt_event_loop::run_due_timers() {
+    const Clock_time round = now();
+    bool any = false;
+    while (timers().run_next(round)) {
+        any = true;
+    }
+    return any;
+}
+
+void Qt_event_loop::set_wake_timer() {
+    std::optional<Clock_time> wake = timers().next_due();
+    if (sleep_end_ && (!wake || *sleep_end_ < *wake)) {
+        wake = sleep_end_;
+    }
+    const itimerspec spec = wake ? after(*wake - now()) : itimerspec{};
+    ::timerfd_settime(timer_handle_, 0, &spec, nullptr);
+}
+
+void Qt_event_loop::wake_timer_fired() {
+    std::uint64_t expirations = 0;
+    if (::read(timer_handle_, &expirations, sizeof expirations) > 0) {
+        sleep_end_.reset();
+        run_due_timers();
+        set_wake_timer();
+    }
+}
+
+}  // namespace kelvane

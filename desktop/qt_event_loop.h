@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QObject>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "platform/event_loop.h"
+
+class QSocketNotifier;
+
+namespace kelvane {
+
+/// The event loop on Qt's dispatcher. The timers run wherever window events are handled: in the
+/// yields, in the application's own loop and inside system dialogs. One kernel timer wakes the
+/// dispatcher, because Qt's timers count whole milliseconds and a fast line wants parts of one.
+///
+/// Made after the application object; there is one.
+class Qt_event_loop : public Event_loop {
+  public:
+    Qt_event_loop();
+    ~Qt_event_loop() override;
+
+    void process_events() override;
+    void process_pending() override;
+    [[nodiscard]] Clock_time now() const override;
+
+    /// Asked before each sleep: how long nothing is due on the port; no value when nothing is going
+    /// on there. 0 or less forbids the sleep.
+    std::function<std::optional<Clock_time>()> sleep_limit;
+
+  private:
+    bool run_due_timers();
+    void set_wake_timer();
+    void wake_timer_fired();
+
+    std::chrono::steady_clock::time_point start_;
+    int timer_handle_;
+    std::unique_ptr<QSocketNotifier> wake_;
+    std::optional<Clock_time> sleep_end_;
+    Clock_time next_pending_{};
+};
+
+}  // namespace kelvane

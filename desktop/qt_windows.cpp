@@ -1,0 +1,128 @@
+#include "desktop/qt_windows.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QKeyEvent>
+#include <algorithm>
+#include <utility>
+
+#include "desktop/event_filter.h"
+#include "desktop/qt_text.h"
+
+namespace kelvane {
+
+namespace {
+
+/// Hands the operator's wish to close the window to the form, which hides or unloads it.
+bool close_by_form(Form& form, const QWidget& window, QEvent& event) {
+    if (event.type() == QEvent::Close) {
+        event.ignore();
+        form.close();
+        return true;
+    }
+    const bool escape = event.type() == QEvent::KeyPress &&
+                        static_cast<const QKeyEvent&>(event).key() == Qt::Key_Escape;
+    if (escape && qobject_cast<const QDialog*>(&window) != nullptr) {
+        form.close();
+        return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+void Qt_windows::add_builder(Form& form, std::function<std::unique_ptr<QWidget>()> make) {
+    entries_.push_back({&form, std::move(make), nullptr});
+}
+
+Qt_windows::Entry* Qt_windows::entry_of(const Form& form) {
+    const auto found = std::find_if(entries_.begin(), entries_.end(),
+                                    [&](const Entry& entry) { return entry.form == &form; });
+    return found == entries_.end() ? nullptr : &*found;
+}
+
+void Qt_windows::build(Entry& entry) {
+    entry.window = entry.make();
+    QWidget& window = *entry.window;
+    window.setObjectName(to_screen(entry.form->name()));
+    window.setWindowTitle(to_screen(entry.form->caption()));
+    QWidget* main_window = front_window();
+    if (main_window != nullptr && main_window != &window) {
+        window.setParent(main_window, window.windowFlags());
+    }
+    Event_filter::install(window, [&form = *entry.form, &window](QEvent& event) {
+        return close_by_form(form, window, event);
+    });
+}
+
+QWidget* Qt_windows::window_of(const Form& form) {
+    Entry* entry = entry_of(form);
+    if (entry != nullptr && !entry->window) {
+        build(*entry);
+    }
+    return entry == nullptr ? nullptr : entry->window.get();
+}
+
+QWidget* Qt_windows::front_window() const {
+    return entries_.empty() ? nullptr : entries_.front().window.get();
+}
+
+void Qt_windows::show(Form& form, bool modal) {
+    QWidget* window = window_of(form);
+    if (window == nullptr) {
+        return;
+    }
+    if (window->isHidden()) {
+        window->setWindowModality(modal ? Qt::ApplicationModal : Qt::NonModal);
+    }
+    window->show();
+    window->raise();
+    window->activateWindow();
+}
+
+void Qt_windows::hide(Form& form) {
+    Entry* entry = entry_of(form);
+    if (entry != nullptr && entry->window) {
+        entry->window->hide();
+    }
+}
+
+void Qt_windows::wait_while_visible(const Form& form) {
+    while (form.visible() && !ended_) {
+        loop_.process_events();
+    }
+}
+
+void Qt_windows::repaint(Form& form) {
+    Entry* entry = entry_of(form);
+    if (entry != nullptr && entry->window) {
+        entry->window->setWindowTitle(to_screen(form.caption()));
+        entry->window->repaint();
+    }
+}
+
+void Qt_windows::set_hourglass(bool on) {
+    if (on == std::exchange(hourglass_, on)) {
+        return;
+    }
+    if (on) {
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    } else {
+        QApplication::restoreOverrideCursor();
+    }
+}
+
+void Qt_windows::end_program() {
+    ended_ = true;
+    // Not quit(), which asks the windows first: they are closed already, or refuse.
+    QCoreApplication::exit(0);
+}
+
+void Qt_windows::clear() {
+    // The main window goes last: it owns the others.
+    while (!entries_.empty()) {
+        entries_.pop_back();
+    }
+}
+
+}  // namespace kelvane
