@@ -9,7 +9,7 @@
 namespace kelvane {
 namespace {
 
-using testing::ElementsAre;
+using ::testing::ElementsAre;
 
 Listing compose(const std::string& content, const Page_layout& layout, bool barcode_room = false) {
     return compose_listing({content, "/nc/P.NC", "C", "P"}, layout, barcode_room,

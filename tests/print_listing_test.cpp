@@ -1,0 +1,157 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "print/program_listing.h"
+#include "support/headless_platform.h"
+
+namespace kelvane {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+class Print_listing : public ::testing::Test {
+  protected:
+    Print_listing() {
+        system.files.put(path, "A\nB\nC\n");
+        window.state.filename = path;
+        window.state.Lines_per_page = 2;
+        window.state.margin = 1;
+        window.state.Print_description = 0;
+        window.state.Print_line_numbers = 0;
+        window.state.Print_page_numbers = 0;
+    }
+
+    const std::string path = "/nc/part-1.nc";
+    testing::Headless_platform system;
+    Kelvane_lite_form window{system.platform};
+    testing::Recording_printer& printer = system.printer;
+    Program_listing listing{window, printer};
+    const std::string page_1 = "\n\n A\n B\n";
+    const std::string page_2 = "\n\n C\n\n";
+    const std::string bars =
+        "[GET-PART-1.NC]\n *GET-PART-1.NC*\n[PUT-PART-1.NC]\n *PUT-PART-1.NC*\n";
+};
+
+TEST_F(Print_listing, prints_in_the_layouts_font_and_says_where_to) {
+    window.state.Printer_fontbold = true;
+    window.state.Print_first_page_only = 1;
+    std::vector<std::string> log;
+    printer.on_print = [&] { log.push_back(window.Text1.text()); };
+    listing.Print_listing();
+    EXPECT_THAT(printer.pages, ElementsAre(page_1, page_2));
+    EXPECT_THAT(log, ElementsAre("Printing page 1", "Printing page 2"));
+    EXPECT_EQ(printer.title, "part-1.nc");
+    EXPECT_EQ(printer.font_name, "Courier");
+    EXPECT_THAT(printer.sizes, ElementsAre(12, 10));
+    EXPECT_TRUE(printer.font_bold && !printer.font_italic);
+    EXPECT_EQ(printer.documents_ended, 1);
+    EXPECT_EQ(window.Text1.text(), "");
+    EXPECT_EQ(window.state.Print_first_page_only, 0);
+    EXPECT_THAT(window.status_label.caption(), HasSubstr("Listing sent to Test printer"));
+}
+
+TEST_F(Print_listing, particulars_hold_the_dates) {
+    window.state.Print_description = 1;
+    listing.Print_listing();
+    EXPECT_THAT(printer.pages.front(), HasSubstr(" File:     /nc/part-1.nc\n"));
+    EXPECT_THAT(printer.pages.front(), HasSubstr(" Created:  09.09.01 03:46\n"));
+    EXPECT_THAT(printer.pages.front(), HasSubstr(" Printed:  21.11.26 10:30\n"));
+}
+
+TEST_F(Print_listing, reverse_order_with_drawn_bar_codes) {
+    window.state.Lines_per_page = 6;
+    window.state.Print_reverse_order = 1;
+    window.state.Barcode_file = 1;
+    printer.draws_barcodes = true;
+    listing.Print_listing();
+    EXPECT_THAT(printer.pages, ElementsAre("\n\n C\n\n\n\n\n\n", bars + " A\n B\n"));
+}
+
+TEST_F(Print_listing, bar_codes_of_the_path_in_the_installed_font) {
+    printer.installed_font = "Code39OneInchTT-Regular";
+    window.state.Barcode_path = 1;
+    window.state.Lines_per_page = 8;
+    listing.Print_listing();
+    const std::string name = "-/NC/PART-1.NC*\n";
+    EXPECT_THAT(printer.pages, ElementsAre(" *GET" + name + " *GET" + name + " *PUT" + name +
+                                           " *PUT" + name + " A\n B\n C\n\n"));
+    EXPECT_THAT(printer.sizes, ElementsAre(12, 10, 20, 10, 20, 10));
+    EXPECT_EQ(printer.font_name, "Courier");
+}
+
+TEST_F(Print_listing, what_cannot_be_a_bar_code_is_said_and_the_listing_is_printed) {
+    struct Case {
+        const char* path;
+        bool drawn;
+        bool too_fine;
+        const char* said;
+    };
+    const Case cases[] = {
+        {"/nc/part-1.nc", false, false, "Can't print barcode\nBarcode font not installed"},
+        {"/nc/a_b(1).nc", true, false,
+         "Can't print barcode\nCode 39 has no bars for these characters:  _()"},
+        {"/nc/part-1.nc", true, true, "Can't print barcode\ntoo fine"},
+    };
+    window.state.Barcode_file = 1;
+    for (const Case& c : cases) {
+        system.files.put(c.path, "A\nB\nC\n");
+        window.state.filename = c.path;
+        printer.draws_barcodes = c.drawn;
+        printer.bars_too_fine = c.too_fine;
+        system.boxes.expect(c.said);
+        const int before = printer.documents_ended;
+        listing.Print_listing();
+        EXPECT_EQ(printer.documents_ended, before + 1) << c.said;
+        EXPECT_THAT(printer.pages.back(), HasSubstr(" C\n"));
+    }
+}
+
+TEST_F(Print_listing, what_ends_it_early_prints_nothing) {
+    window.state.filename = "/nc/missing.nc";
+    listing.Print_listing();
+    system.boxes.expect("Can't print listing\nout of paper");
+    window.state.filename = path;
+    printer.works = false;
+    listing.Print_listing();
+    printer.works = true;
+    std::string lines;
+    for (int line = 0; line < 20001; ++line) {
+        lines += "N\n";
+    }
+    system.files.put(path, lines);
+    system.boxes.expect("Can't print listing\nSubscript out of range");
+    listing.Print_listing();
+    system.files.fail("read", "part-1.nc");
+    system.boxes.expect("Can't print listing");
+    listing.Print_listing();
+    EXPECT_EQ(printer.documents_ended, 0);
+}
+
+TEST_F(Print_listing, stop_while_composing_or_printing_drops_the_document) {
+    system.loop.after(Clock_time{0}, [&] { window.Stop_button.click(); });
+    listing.Print_listing();
+    EXPECT_THAT(printer.pages, IsEmpty());
+    printer.on_print = [&] { window.Stop_button.click(); };
+    listing.Print_listing();
+    EXPECT_TRUE(printer.aborted);
+    EXPECT_EQ(printer.documents_ended, 0);
+    EXPECT_EQ(printer.pages.size(), 2U);
+    EXPECT_FALSE(window.Stop_button.enabled());
+    EXPECT_EQ(window.Stop_button.caption(), "Stop");
+    EXPECT_EQ(window.state.Stopped, 0);
+}
+
+TEST_F(Print_listing, preview_leaves_a_transfer_alone) {
+    window.state.busy = 1;
+    listing.Preview_listing(path, page_layout_of(window.state));
+    EXPECT_THAT(printer.pages, IsEmpty());
+    window.state.busy = 0;
+    listing.Preview_listing(path, page_layout_of(window.state));
+    EXPECT_THAT(printer.pages, ElementsAre(page_1, page_2));
+    EXPECT_EQ(printer.destination, Print_destination::preview);
+}
+
+}  // namespace
+}  // namespace kelvane
