@@ -1,5 +1,7 @@
 #include "machines/machine_files.h"
 
+#include <algorithm>
+
 #include "frame/file_names.h"
 #include "machines/machine_settings.h"
 #include "platform/basic_text.h"
@@ -37,6 +39,17 @@ std::vector<std::string> read_machine_list(const Files& files) {
         }
     }
     return names;
+}
+
+std::vector<std::string> machine_list_items(const Files& files) {
+    std::vector<std::string> items = read_machine_list(files);
+    items.insert(items.begin(), default_machine);
+    return items;
+}
+
+int machine_position(const std::vector<std::string>& items, std::string_view machine) {
+    const auto found = std::find(items.begin(), items.end(), machine);
+    return found == items.end() ? 0 : static_cast<int>(found - items.begin());
 }
 
 bool write_machine_list(Files& files, const std::vector<std::string>& names) {

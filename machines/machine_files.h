@@ -29,6 +29,12 @@ namespace kelvane {
 /// The names of the list file in its order, without empty lines; none when the file is missing.
 [[nodiscard]] std::vector<std::string> read_machine_list(const Files& files);
 
+/// What the dialogs list: the built-in machine, then the names of the list file.
+[[nodiscard]] std::vector<std::string> machine_list_items(const Files& files);
+
+/// Position of the first of `items` that is `machine`; 0 when it is not among them.
+[[nodiscard]] int machine_position(const std::vector<std::string>& items, std::string_view machine);
+
 /// Makes the list file hold just these names (the built-in machine's is not among them).
 [[nodiscard]] bool write_machine_list(Files& files, const std::vector<std::string>& names);
 

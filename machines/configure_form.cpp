@@ -1,0 +1,282 @@
+#include "machines/configure_form.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "machines/machine_files.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr int guard_interval = 750;
+constexpr int device_interval = 2000;
+// Ports that a machine without a readable file shows, at the form's start and after a click.
+constexpr int start_port = 1;
+constexpr int clicked_port = 113;
+// Lines of a settings file up to which a field has been read.
+constexpr int end_of_block_line = 6;
+
+constexpr std::string_view illegal_title = "This setting is illegal!";
+constexpr std::string_view illegal_eight_bits =
+    "Caution! The setting of 8 data bits + EVEN pariy or 8 data bits + ODD parity is illegal.\n"
+    "In most cases, you should set 7 data bits + even parity (or) 7 data bits + odd parity\n"
+    "We recommend that you use 8 data bits only if the tape code setting is NO parity or EIA\n"
+    "Continue with this setting non-standard setting anyway?";
+constexpr std::string_view illegal_seven_bits =
+    "Caution! The setting of 7 data bits + NO pariy or 7 data bits + EIA code is illegal.\n"
+    "In most cases, you should set 8 data bits + ASCII No parity (or) 8 data bits + EIA tape code\n"
+    "We recommend that you use 7 data bits only if the tape code setting is ASCII Even parity or "
+    "ASCII Odd parity\n"
+    "Continue with this setting non-standard setting anyway?";
+
+/// Adding a machine writes a file of its bare name into the current directory. That must be
+/// possible, must not hit a machine's settings should that directory be the program's own, and a
+/// file that is there already must be such a settings file.
+bool may_write_bare_file(const Files& files, const std::string& name) {
+    const std::string_view own_file = file_names::port_settings.substr(1);
+    if (!can_be_file_name(name) || upper_case(name).starts_with(upper_case(own_file))) {
+        return false;
+    }
+    constexpr std::size_t enough = 64;
+    const std::string start = files.read_start(name, enough).value_or("");
+    return !files.exists(name) ||
+           (start.starts_with("COM") && start.find("\nBAUD") != std::string::npos);
+}
+
+/// Position of the last box that is set, or `otherwise`.
+template <std::size_t Size>
+int last_checked(const std::array<Check_box*, Size>& boxes, int otherwise) {
+    const auto found = std::find_if(boxes.rbegin(), boxes.rend(),
+                                    [](const Check_box* box) { return box->checked(); });
+    return found == boxes.rend() ? otherwise : static_cast<int>(boxes.rend() - found) - 1;
+}
+
+}  // namespace
+
+configure_IO_lite::configure_IO_lite(Platform& platform, const Shared_state& state,
+                                     Configure_IO_advanced_lite& advanced)
+    : Form(platform.windows, "configure_IO_lite", "Configure serial port"),
+      Timer1(platform.loop, guard_interval),
+      device_timer(platform.loop, device_interval),
+      platform_(platform),
+      state_(state),
+      advanced_(advanced),
+      wiring_(platform.files) {
+    attach_groups();
+    attach_wiring();
+    IO_device_lst.on_mouse_down = [this] { machine_clicked(); };
+    New_name_txt.on_enter = [this] { add_machine(); };
+    New_name_txt.on_change = [this] { name_changed(); };
+    name_hint.plain = true;
+    Command2.on_click = [this] { add_machine(); };
+    Command3.on_click = [this] { delete_machine(); };
+    Advanced_button.on_click = [this] { advanced_.show(); };
+    apply_button.on_click = [this] { apply(); };
+    cancel_button.on_click = [this] { unload(); };
+    for (const std::string_view baud : baud_rates) {
+        BAUD_lst.add(std::string(baud));
+    }
+    for (const std::string_view stop_bits : stop_bit_choices) {
+        stopbits_lst.add(std::string(stop_bits));
+    }
+}
+
+void configure_IO_lite::on_load() {
+    advanced_.load();
+    std::vector<std::string> ports;
+    for (int port = highest_com_port; port >= lowest_com_port; --port) {
+        ports.push_back(Str(port));
+    }
+    COM_lst.set_items(std::move(ports));
+    New_name_txt.set_text("");
+    wiring_.forget();
+    read_switchbox_codes(default_machine);
+    IO_device_lst.set_items(machine_list_items(platform_.files));
+    load_current_machine();
+    refresh_devices();
+    Timer1.set_enabled(true);
+    device_timer.set_enabled(true);
+}
+
+void configure_IO_lite::on_unload() {
+    Timer1.set_enabled(false);
+    device_timer.set_enabled(false);
+    advanced_.unload();
+}
+
+void configure_IO_lite::load_current_machine() {
+    const int position = machine_position(IO_device_lst.items(), state_.IO_device_name);
+    IO_device_lst.select(position);
+    auto content =
+        read_machine_file(platform_.files, named_port_settings_name(IO_device_lst.selected_text()));
+    if (!content) {
+        IO_device_lst.select(0);
+        content = read_machine_file(platform_.files, port_settings_name(default_machine));
+    }
+    load_record(std::move(content), start_port);
+}
+
+void configure_IO_lite::machine_clicked() {
+    const std::string machine = IO_device_lst.selected_text();
+    read_switchbox_codes(machine);
+    load_record(read_machine_file(platform_.files, port_settings_name(machine)), clicked_port);
+}
+
+void configure_IO_lite::read_switchbox_codes(const std::string& machine) {
+    advanced_.Switchbox_txt.set_text(read_switchbox_text(platform_.files, machine));
+}
+
+/// Resets every field, with `port` for the COM number, and takes the file's lines over that.
+void configure_IO_lite::load_record(std::optional<std::string> content, int port) {
+    MachineSettings settings;
+    settings.com_port = port;
+    settings.skip_up_to = advanced_.skip_upto_txt.text();
+    settings.separate_files = advanced_.Chk_Separate_files.value();
+    show_settings(settings, settings_line_count);
+    Text_reader reader(std::move(content));
+    const int lines_read = read_machine_settings(reader, Old_port_form::list_position, settings);
+    show_settings(settings, lines_read);
+    show_wiring();
+}
+
+/// What the boxes' handlers bring about with the tape code stays where the file had no line of its
+/// own for it. Positions that do not exist leave the lists as they are.
+void configure_IO_lite::show_settings(const MachineSettings& settings, int lines_read) {
+    if (settings.com_port >= lowest_com_port && settings.com_port <= highest_com_port) {
+        COM_lst.select(highest_com_port - settings.com_port);
+    }
+    if (is_choice(baud_rates, settings.baud_index)) {
+        BAUD_lst.select(settings.baud_index);
+    }
+    if (is_choice(stop_bit_choices, settings.stop_bits_index)) {
+        stopbits_lst.select(settings.stop_bits_index);
+    }
+    code_boxes_[static_cast<std::size_t>(settings.tape_code)]->set_checked(true);
+    handshake_boxes_[static_cast<std::size_t>(settings.handshake)]->set_checked(true);
+    if (lines_read >= end_of_block_line) {
+        show_end_of_block(settings);
+    }
+    advanced_.show_settings(settings);
+    if (lines_read == settings_line_count) {
+        (settings.eight_data_bits ? Opt_8_bits : Opt_7_bits).set_value(true);
+    }
+}
+
+void configure_IO_lite::show_end_of_block(const MachineSettings& settings) {
+    for (int code = eob_lf; code <= eob_custom; ++code) {
+        end_of_block_boxes_[static_cast<std::size_t>(code)]->set_checked(code ==
+                                                                         settings.end_of_block);
+    }
+    Custom_EOB_txt.set_text(settings.custom_end_of_block);
+    Custom_EOB_txt.set_enabled(settings.end_of_block == eob_custom && !chk_EIA.checked());
+}
+
+int configure_IO_lite::shown_com_port() const {
+    return highest_com_port - std::max(COM_lst.selected(), 0);
+}
+
+MachineSettings configure_IO_lite::shown_settings() const {
+    MachineSettings settings;
+    advanced_.put_settings(settings);
+    settings.com_port = shown_com_port();
+    settings.baud_index = BAUD_lst.selected();
+    settings.stop_bits_index = stopbits_lst.selected();
+    settings.tape_code = last_checked(code_boxes_, ascii_even);
+    settings.handshake = last_checked(handshake_boxes_, xon_xoff);
+    settings.end_of_block = last_checked(end_of_block_boxes_, eob_lf_cr);
+    settings.custom_end_of_block = Custom_EOB_txt.text();
+    settings.eight_data_bits = Opt_8_bits.value();
+    return settings;
+}
+
+void configure_IO_lite::saveit(const std::string& path) {
+    if (advanced_.Timeout_txt.text().empty()) {
+        advanced_.Timeout_txt.set_text(stored_timeout(""));
+    }
+    const auto& items = IO_device_lst.items();
+    // Nothing is said of a failure: the form closes as if all had been saved.
+    const bool saved =
+        !path.empty() && platform_.files.replace(path, machine_settings_text(shown_settings()));
+    const bool listed = write_machine_list(platform_.files, {items.begin() + 1, items.end()});
+    static_cast<void>(saved && listed);
+}
+
+bool configure_IO_lite::confirm_data_bits() {
+    const bool parity = chk_even.checked() || chk_odd.checked();
+    const bool none = chk_no.checked() || chk_EIA.checked();
+    const auto confirmed = [this](std::string_view text) {
+        return platform_.message_box.show({std::string(text), std::string(illegal_title),
+                                           Message_icon::exclamation, Message_buttons::yes_no}) ==
+               Message_answer::yes;
+    };
+    return !(Opt_8_bits.value() && parity && !confirmed(illegal_eight_bits)) &&
+           !(Opt_7_bits.value() && none && !confirmed(illegal_seven_bits));
+}
+
+void configure_IO_lite::apply() {
+    if (!confirm_data_bits() || !loaded()) {
+        return;
+    }
+    Files& files = platform_.files;
+    const bool is_default = IO_device_lst.selected() <= 0;
+    const std::string machine = is_default ? default_machine : IO_device_lst.selected_text();
+    saveit(machine_file_path(
+               files, is_default ? port_settings_name(machine) : named_port_settings_name(machine))
+               .value_or(""));
+    Text_writer switchbox;
+    switchbox.line(one_line(advanced_.Switchbox_txt.text()));
+    const bool saved = write_machine_file(files, switchbox_name(machine), switchbox.text());
+    static_cast<void>(wiring_.store() && saved);
+    unload();
+}
+
+void configure_IO_lite::name_changed() {
+    const std::string& name = New_name_txt.text();
+    const bool possible = name.empty() || can_be_file_name(name);
+    name_hint.set_caption(possible ? "" : "This cannot be part of a file name.");
+}
+
+void configure_IO_lite::add_machine() {
+    const std::string name = New_name_txt.text();
+    if (name.empty()) {
+        return;
+    }
+    const auto& items = IO_device_lst.items();
+    if (std::any_of(items.begin(), items.end(), [&](const std::string& item) {
+            return upper_case(item) == upper_case(name);
+        })) {
+        platform_.message_box.show({"I/O device name is already in the list", "List entry error",
+                                    Message_icon::exclamation, Message_buttons::ok});
+        return;
+    }
+    IO_device_lst.add(name);
+    New_name_txt.set_text("");
+    IO_device_lst.select(static_cast<int>(IO_device_lst.count()) - 1);
+    saveit(may_write_bare_file(platform_.files, name) ? name : "");
+}
+
+void configure_IO_lite::delete_machine() {
+    if (IO_device_lst.selected() <= 0) {
+        return;
+    }
+    const int position = IO_device_lst.selected();
+    const std::string machine = IO_device_lst.selected_text();
+    if (platform_.message_box.show({"Warning - You are about to delete\n"
+                                    "the COM port settings for: " +
+                                        machine,
+                                    "Delete entry?", Message_icon::exclamation,
+                                    Message_buttons::ok_cancel}) != Message_answer::ok ||
+        !loaded()) {
+        return;
+    }
+    IO_device_lst.remove(position);
+    IO_device_lst.select(0);
+    const auto settings_path =
+        machine_file_path(platform_.files, named_port_settings_name(machine));
+    if (remove_from_machine_list(platform_.files, machine) && settings_path) {
+        platform_.files.remove(*settings_path);
+    }
+}
+
+}  // namespace kelvane

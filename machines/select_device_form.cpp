@@ -1,0 +1,32 @@
+#include "machines/select_device_form.h"
+
+#include "machines/machine_files.h"
+
+namespace kelvane {
+
+select_device_form_lite::select_device_form_lite(Window_system& windows, const Files& files,
+                                                 Shared_state& state)
+    : Form(windows, "select_device_form_lite", "Select I/O device"), files_(files), state_(state) {
+    Command1.on_click = [this] { select(); };
+    IO_device_lst.on_double_click = [this] { select(); };
+    Command2.on_click = [this] { unload(); };
+}
+
+void select_device_form_lite::on_load() {
+    IO_device_lst.set_items(machine_list_items(files_));
+    IO_device_lst.select(machine_position(IO_device_lst.items(), state_.IO_device_name));
+}
+
+void select_device_form_lite::select() {
+    if (IO_device_lst.selected() < 0) {
+        return;
+    }
+    state_.IO_device = IO_device_lst.selected();
+    state_.IO_device_name = IO_device_lst.selected_text();
+    if (on_selected) {
+        on_selected();
+    }
+    unload();
+}
+
+}  // namespace kelvane
