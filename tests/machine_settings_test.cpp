@@ -1,0 +1,211 @@
+#include "machines/machine_settings.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <random>
+
+#include "machines/machine_files.h"
+#include "machines/port_devices.h"
+#include "support/memory_files.h"
+
+namespace kelvane::testing {
+namespace {
+
+constexpr const char* new_machine_file =
+    "COM1\r\nBAUD 1\r\n 2\r\n 0\r\n 1\r\n 3\r\n%LFCR\r\n%\r\nYES\r\nYES\r\nNO\r\n5\r\nYES\r\n\r\n"
+    "3\r\n\r\n\r\n 0 \r\n0\r\nNO\r\nNO\r\n0\r\n\r\n\r\nFalse\r\n";
+
+std::vector<std::string> lines_of(const std::string& text) {
+    Text_reader reader(text);
+    std::vector<std::string> lines;
+    for (std::string line; reader.line(line);) {
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+int read_into(MachineSettings& settings, const std::string& text,
+              Old_port_form form = Old_port_form::list_position) {
+    Text_reader reader(text);
+    return read_machine_settings(reader, form, settings);
+}
+
+TEST(Machine_settings, a_new_machine_has_its_25_lines) {
+    EXPECT_EQ(machine_settings_text(MachineSettings()), new_machine_file);
+}
+
+// Reads a file of which one line differs from a new machine's, and writes it again.
+TEST(Machine_settings, every_line_is_taken_as_its_form_says) {
+    struct Case {
+        std::size_t line;
+        const char* read;
+        const char* written;
+    };
+    const std::vector<Case> cases = {
+        {1, "COM128", "COM128"}, {1, "COM 3", "COM3"},
+        {1, "3", "COM113"},      {1, "com3", "COM116"},
+        {2, "BAUD-2", "BAUD-2"}, {2, "BAUD 9", "BAUD 9"},
+        {2, "0", "BAUD 2"},      {2, "7", "BAUD 9"},
+        {3, " 1", " 1"},         {4, "3", " 3"},
+        {4, "4", " 0"},          {4, "2.5", " 0"},
+        {4, "-1", " 0"},         {5, "3 or so", " 3"},
+        {5, "nine", " 0"},       {5, "9", " 1"},
+        {6, "", " 0"},           {6, "4%", "4%"},
+        {6, "4", "4"},           {6, "4 7", "4 7"},
+        {6, "47", "-1"},         {6, "4.5", "-1"},
+        {7, "<27>%", "<27>%"},   {9, "yes", "NO"},
+        {9, "YES ", "NO"},       {12, "", "5"},
+        {12, "x", "5"},          {12, "20 each", "20 each"},
+        {15, "*10", "*10"},      {15, "*", "*3"},
+        {15, "", "3"},           {15, "65", "65"},
+        {15, "66", "65"},        {15, "ten", "ten"},
+        {18, "1", " 1 "},        {25, "TRUE", "True"},
+        {25, "true ", "False"},
+    };
+    for (const Case& c : cases) {
+        std::vector<std::string> lines = lines_of(new_machine_file);
+        lines[c.line - 1] = c.read;
+        Text_writer file;
+        for (const std::string& line : lines) {
+            file.line(line);
+        }
+        MachineSettings settings;
+        EXPECT_EQ(read_into(settings, file.text()), settings_line_count);
+        EXPECT_EQ(lines_of(machine_settings_text(settings))[c.line - 1], c.written)
+            << "line " << c.line << " \"" << c.read << "\"";
+    }
+}
+
+TEST(Machine_settings, a_transfer_counts_old_ports_down_from_four) {
+    MachineSettings settings;
+    read_into(settings, "1\n", Old_port_form::from_four);
+    EXPECT_EQ(settings.com_port, 3);
+    EXPECT_EQ(choice(baud_rates, settings.baud_index), "28800") << "its line is missing";
+    read_into(settings, "COM9\nBAUD 10\n", Old_port_form::from_four);
+    EXPECT_EQ(settings.com_port, 9);
+    EXPECT_EQ(choice(baud_rates, settings.baud_index), "") << "unset";
+}
+
+TEST(Machine_settings, what_was_written_reads_back_byte_for_byte) {
+    std::mt19937 random(20);
+    const auto below = [&random](int count) {
+        return static_cast<int>(random() % static_cast<unsigned>(count));
+    };
+    const auto text = [&] {
+        std::string result;
+        for (int length = below(9); length > 0; --length) {
+            result += static_cast<char>(below(256));
+        }
+        return one_line(result);
+    };
+    for (int round = 0; round < 500; ++round) {
+        MachineSettings settings;
+        settings.com_port = 1 + below(128);
+        settings.baud_index = below(12);
+        settings.stop_bits_index = below(3);
+        settings.tape_code = below(4);
+        settings.handshake = below(4);
+        settings.end_of_block = below(5);
+        settings.custom_end_of_block = "<" + text();
+        settings.handshake_check = decimal(1 + below(20));
+        settings.timeout = decimal(below(90));
+        settings.separate_files = below(2);
+        for (auto field : {&MachineSettings::leader, &MachineSettings::trailer,
+                           &MachineSettings::skip_starting_with, &MachineSettings::send_mask,
+                           &MachineSettings::skip_up_to, &MachineSettings::character_delay,
+                           &MachineSettings::block_delay, &MachineSettings::receive_mask,
+                           &MachineSettings::skip_lines_containing}) {
+            settings.*field = text();
+        }
+        for (auto flag : {&MachineSettings::ignore_before, &MachineSettings::ignore_after,
+                          &MachineSettings::man_readables, &MachineSettings::auto_code_recognition,
+                          &MachineSettings::until_aborted, &MachineSettings::delete_blank_lines,
+                          &MachineSettings::tv_parity, &MachineSettings::eight_data_bits}) {
+            settings.*flag = below(2) == 1;
+        }
+        const std::string written = machine_settings_text(settings);
+        MachineSettings back;
+        ASSERT_EQ(read_into(back, written), settings_line_count);
+        ASSERT_EQ(machine_settings_text(back), written);
+        ASSERT_EQ(back.leader, settings.leader);
+        ASSERT_EQ(back.skip_lines_containing, settings.skip_lines_containing);
+    }
+}
+
+TEST(Machine_settings, absurd_files_leave_valid_codes) {
+    std::mt19937 random(21);
+    std::vector<std::string> files = {"", std::string(1'000'000, '9'),
+                                      "COM" + std::string(400, '9')};
+    std::string huge;
+    for (int line = 0; line < settings_line_count; ++line) {
+        huge += (line % 2 == 0 ? "-" : "") + std::string(1000, '9') + "\n";
+    }
+    files.push_back(huge);
+    for (int round = 0; round < 300; ++round) {
+        std::string bytes;
+        for (int count = 0; count < 400; ++count) {
+            bytes += random() % 8 == 0 ? '\n' : static_cast<char>(random());
+        }
+        files.push_back(bytes);
+    }
+    for (const std::string& file : files) {
+        MachineSettings settings;
+        read_into(settings, file, Old_port_form::from_four);
+        read_into(settings, file);
+        EXPECT_TRUE(is_choice(tape_code_names, settings.tape_code));
+        EXPECT_TRUE(is_choice(handshake_names, settings.handshake));
+        EXPECT_NE(Val(settings.handshake_check), 0);
+    }
+}
+
+TEST(Machine_files, the_list_skips_blank_lines_and_a_delete_takes_every_equal_line) {
+    Memory_files files;
+    const std::string list = "/kelvane/Editor IO device list";
+    EXPECT_THAT(machine_list_items(files), ::testing::ElementsAre("(default)"));
+    files.put(list, "Mill\r\n\r\nLathe\nMill\r\nmill");
+    EXPECT_THAT(read_machine_list(files), ::testing::ElementsAre("Mill", "Lathe", "Mill", "mill"));
+
+    files.fail("replace", "(tempfile)");
+    EXPECT_FALSE(remove_from_machine_list(files, "Mill"));
+    EXPECT_EQ(read_machine_list(files).size(), 4U) << "the old list stays";
+    files.repair();
+    EXPECT_TRUE(remove_from_machine_list(files, "Mill"));
+    EXPECT_EQ(files.content(list), "\r\nLathe\r\nmill\r\n");
+    EXPECT_THAT(files.names(), ::testing::ElementsAre(list)) << "no scratch file is left";
+}
+
+TEST(Machine_files, a_name_with_a_separator_reaches_no_file) {
+    Memory_files files;
+    files.add_folder("/kelvane/Editor COM port settings for ..");
+    const std::string name = port_settings_name("../../etc/x");
+    EXPECT_EQ(name, "\\Editor COM port settings for ../../etc/x");
+    EXPECT_FALSE(machine_file_path(files, name));
+    EXPECT_FALSE(write_machine_file(files, name, "x"));
+    EXPECT_TRUE(files.names().empty());
+    EXPECT_EQ(machine_file_path(files, port_settings_name("..")),
+              "/kelvane/Editor COM port settings for ..");
+}
+
+TEST(Port_devices, lines_are_found_and_replaced_and_all_others_stay) {
+    struct Case {
+        const char* text;
+        const char* device;   // of COM3
+        const char* rewired;  // COM3 to /dev/x
+    };
+    const std::vector<Case> cases = {
+        {"", "/dev/ttyS2", "COM3=/dev/x\r\n"},
+        {"COM3=/dev/a\n", "/dev/a", "COM3=/dev/x\r\n"},
+        {" com3 = /dev/a b \r\nCOM3=/dev/b\r\n", "/dev/a b", "COM3=/dev/x\r\n"},
+        {"# mine\nCOM30=/dev/a", "/dev/ttyS2", "# mine\nCOM30=/dev/a\r\nCOM3=/dev/x\r\n"},
+        {"COM3\nCOM3=\n\nCOM4=/d\n", "/dev/ttyS2", "COM3\nCOM3=/dev/x\r\n\nCOM4=/d\n"},
+        {"COM3=/dev/id=1\n", "/dev/id=1", "COM3=/dev/x\r\n"},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(device_of_port(c.text, 3), c.device) << c.text;
+        EXPECT_EQ(text_with_device(c.text, 3, "/dev/x"), c.rewired) << c.text;
+    }
+    EXPECT_EQ(text_with_device("a\nCOM3=/dev/a\nb", 3, " "), "a\nb");
+}
+
+}  // namespace
+}  // namespace kelvane::testing
