@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+namespace kelvane {
+
+/// The modules of a Code 39 bar code of `text` from left to right, start and stop characters
+/// included, quiet zones not: true is a bar. Empty when a character has none in Code 39 or the text
+/// is too long for one code.
+std::vector<bool> code39_modules(std::string_view text);
+
+}  // namespace kelvane

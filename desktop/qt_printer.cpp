@@ -1,0 +1,257 @@
+#include "desktop/qt_printer.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QFontDatabase>
+#include <QPainter>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QPrinterInfo>
+#include <QTemporaryDir>
+#include <algorithm>
+#include <utility>
+
+#include "desktop/code39_bars.h"
+#include "desktop/print_preview.h"
+#include "desktop/qt_text.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr const char* stand_in_file = "\\Program listing.pdf";
+constexpr double page_margin_mm = 10;
+
+/// Makes the printing service spool into `folder` while it lives, in place of the system's folder
+/// for temporary files.
+class Spool_folder {
+  public:
+    explicit Spool_folder(const QString& folder)
+        : was_set_(qEnvironmentVariableIsSet(variable)), before_(qgetenv(variable)) {
+        qputenv(variable, QFile::encodeName(folder));
+    }
+    Spool_folder(const Spool_folder&) = delete;
+    Spool_folder& operator=(const Spool_folder&) = delete;
+    ~Spool_folder() {
+        if (was_set_) {
+            qputenv(variable, before_);
+        } else {
+            qunsetenv(variable);
+        }
+    }
+
+  private:
+    static constexpr const char* variable = "TMPDIR";
+    bool was_set_;
+    QByteArray before_;
+};
+
+bool is_complete_pdf(const std::string& content) {
+    constexpr std::size_t tail = 16;
+    const std::size_t start = content.size() - std::min(content.size(), tail);
+    return content.find("%%EOF", start) != std::string::npos;
+}
+
+}  // namespace
+
+/// The document in work. Members end in reverse order: the painter before its printer.
+struct Qt_printer::Document {
+    Print_destination destination = Print_destination::paper;
+    QTemporaryDir spool;
+    QString pdf_target;  ///< the PDF file to write; empty for a real printer
+    std::shared_ptr<QPrinter> printer;
+    QPainter painter;
+    Print_fit fit;
+    Print_page page;                ///< the page in work
+    std::vector<Print_page> pages;  ///< of a preview
+};
+
+Qt_printer::Qt_printer(Files& files) : files_(files) {}
+
+Qt_printer::~Qt_printer() {
+    abort_document();
+}
+
+void Qt_printer::set_font_name(const std::string& name) {
+    font_.name = to_screen(name);
+}
+
+void Qt_printer::set_font_size(int points) {
+    font_.points = std::max(points, 1);
+}
+
+bool Qt_printer::font_available(const std::string& name) const {
+    return font_installed(to_screen(name));
+}
+
+std::vector<std::string> Qt_printer::fixed_fonts() const {
+    std::vector<std::string> names;
+    for (QString family : QFontDatabase::families()) {
+        if (QFontDatabase::isFixedPitch(family) && !QFontDatabase::isPrivateFamily(family)) {
+            names.push_back(from_screen(family.section(" [", 0, 0)));
+        }
+    }
+    std::sort(names.begin(), names.end());
+    names.erase(std::unique(names.begin(), names.end()), names.end());
+    return names;
+}
+
+std::shared_ptr<QPrinter> Qt_printer::system_printer() const {
+    const QPrinterInfo info = QPrinterInfo::defaultPrinter();
+    auto printer = info.isNull() ? std::make_shared<QPrinter>(QPrinter::HighResolution)
+                                 : std::make_shared<QPrinter>(info, QPrinter::HighResolution);
+    if (info.isNull()) {
+        printer->setOutputFormat(QPrinter::PdfFormat);
+        printer->setOutputFileName(QFile::decodeName(files_.program_path(stand_in_file).c_str()));
+    }
+    printer->setPageMargins(
+        QMarginsF(page_margin_mm, page_margin_mm, page_margin_mm, page_margin_mm),
+        QPageLayout::Millimeter);
+    return printer;
+}
+
+void Qt_printer::select_printer() {
+    const auto printer = system_printer();
+    if (chosen_ && chosen_->outputFormat() == QPrinter::NativeFormat) {
+        printer->setPrinterName(chosen_->printerName());
+        printer->setPageLayout(chosen_->pageLayout());
+    }
+    QPrintDialog dialog(printer.get(), QApplication::activeWindow());
+    dialog.setObjectName("select_printer");
+    dialog.setWindowTitle("Select printer");
+    if (dialog.exec() == QDialog::Accepted) {
+        chosen_ = printer;
+    }
+}
+
+bool Qt_printer::begin_document(const std::string& title, Print_destination destination) {
+    abort_document();
+    last_error_.clear();
+    destination_.clear();
+    auto document = std::make_unique<Document>();
+    document->destination = destination;
+    document->printer = chosen_ ? chosen_ : system_printer();
+    document->printer->setDocName(to_screen(title));
+    if (destination == Print_destination::paper && !start_painting(*document)) {
+        return false;
+    }
+    document_ = std::move(document);
+    return true;
+}
+
+bool Qt_printer::start_painting(Document& document) {
+    QPrinter& printer = *document.printer;
+    if (!document.spool.isValid()) {
+        return failed(from_screen(document.spool.errorString()));
+    }
+    document.pdf_target = printer.outputFileName();
+    if (!document.pdf_target.isEmpty()) {
+        printer.setOutputFileName(document.spool.filePath("listing.pdf"));
+    } else if (!printer.isValid()) {
+        return failed("The printer " + from_screen(printer.printerName()) + " is not there");
+    }
+    const Spool_folder spool(document.spool.path());
+    if (!document.painter.begin(&printer)) {
+        return failed("The printer " + from_screen(printer.printerName()) + " takes no document");
+    }
+    return true;
+}
+
+void Qt_printer::fit_page(int rows, int columns) {
+    if (document_) {
+        document_->fit = {font_, rows, columns};
+    }
+}
+
+bool Qt_printer::print(std::string_view text) {
+    if (!document_) {
+        return failed("No document is open");
+    }
+    document_->page.push_back({font_, std::string(text)});
+    return true;
+}
+
+bool Qt_printer::draw_barcode(std::string_view text, int rows, int columns) {
+    const auto modules = code39_modules(text);
+    if (!document_ || modules.empty()) {
+        return failed("Code 39 cannot hold the text " + std::string(text));
+    }
+    const Page_metrics metrics(*document_->printer, document_->fit);
+    if (metrics.module_width(font_, columns, modules.size()) == 0) {
+        return failed("The text is too long for bars that can be read: " + std::string(text));
+    }
+    document_->page.push_back({font_, std::string(text), rows, columns});
+    return true;
+}
+
+bool Qt_printer::new_page() {
+    if (!document_) {
+        return failed("No document is open");
+    }
+    if (document_->destination == Print_destination::preview) {
+        document_->pages.push_back(std::exchange(document_->page, {}));
+        return true;
+    }
+    return paint_page() && (document_->printer->newPage() || failed("The printer failed"));
+}
+
+bool Qt_printer::paint_page() {
+    const Print_page page = std::exchange(document_->page, {});
+    return Page_painter(*document_->printer, document_->painter, document_->fit).paint(page) ||
+           failed("The printer failed");
+}
+
+bool Qt_printer::end_document() {
+    if (!document_) {
+        return failed("No document is open");
+    }
+    if (document_->destination == Print_destination::paper) {
+        return paint_page() && finish_paper(*std::exchange(document_, nullptr));
+    }
+    const auto document = std::exchange(document_, nullptr);
+    document->pages.push_back(std::move(document->page));
+    show_print_preview(*document->printer, document->pages, document->fit);
+    return true;
+}
+
+bool Qt_printer::finish_paper(Document& document) {
+    const bool ended = document.painter.end();
+    if (document.pdf_target.isEmpty()) {
+        destination_ = from_screen(document.printer->printerName());
+        return (ended && document.printer->printerState() != QPrinter::Error) ||
+               failed("The printer " + destination_ + " refused the document");
+    }
+    const QString written = document.printer->outputFileName();
+    document.printer->setOutputFileName(document.pdf_target);
+    destination_ = from_screen(QFileInfo(document.pdf_target).fileName());
+    const auto content = files_.read(QFile::encodeName(written).toStdString());
+    if (!ended || !content || !is_complete_pdf(*content)) {
+        return failed("The temporary file of the listing could not be written");
+    }
+    return files_.replace(QFile::encodeName(document.pdf_target).toStdString(), *content) ||
+           failed("Can't write " + destination_ + ": " + files_.last_error());
+}
+
+void Qt_printer::abort_document() {
+    const auto document = std::exchange(document_, nullptr);
+    if (!document || !document->painter.isActive()) {
+        return;
+    }
+    // The printing service takes the spooled file when the painter ends, and has no call to keep it
+    // from that: without the file nothing is queued.
+    if (!document->printer->abort()) {
+        document->spool.remove();
+    }
+    document->painter.end();
+    if (!document->pdf_target.isEmpty()) {
+        document->printer->setOutputFileName(document->pdf_target);
+    }
+}
+
+bool Qt_printer::failed(std::string reason) {
+    last_error_ = std::move(reason);
+    return false;
+}
+
+}  // namespace kelvane

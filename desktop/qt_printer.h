@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QString>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "desktop/print_page.h"
+#include "platform/files.h"
+#include "platform/printer.h"
+
+class QPrinter;
+
+namespace kelvane {
+
+/// The printer on the system's printing service: the one chosen with `select_printer`, else the
+/// system's default, else the file "Program listing.pdf" in the program directory. A PDF file is
+/// written aside and takes its place when it is complete. Needs the application object.
+class Qt_printer : public Printer {
+  public:
+    explicit Qt_printer(Files& files);
+    Qt_printer(const Qt_printer&) = delete;
+    Qt_printer& operator=(const Qt_printer&) = delete;
+    ~Qt_printer() override;
+
+    void set_font_name(const std::string& name) override;
+    void set_font_size(int points) override;
+    void set_font_bold(bool bold) override { font_.bold = bold; }
+    void set_font_italic(bool italic) override { font_.italic = italic; }
+    [[nodiscard]] bool font_available(const std::string& name) const override;
+    [[nodiscard]] std::vector<std::string> fixed_fonts() const override;
+    [[nodiscard]] bool can_draw_barcodes() const override { return true; }
+    [[nodiscard]] bool begin_document(const std::string& title,
+                                      Print_destination destination) override;
+    void fit_page(int rows, int columns) override;
+    [[nodiscard]] bool print(std::string_view text) override;
+    [[nodiscard]] bool draw_barcode(std::string_view text, int rows, int columns) override;
+    [[nodiscard]] bool new_page() override;
+    [[nodiscard]] bool end_document() override;
+    void abort_document() override;
+    [[nodiscard]] std::string destination_name() const override { return destination_; }
+    [[nodiscard]] std::string last_error() const override { return last_error_; }
+    void select_printer() override;
+
+  private:
+    struct Document;
+    [[nodiscard]] std::shared_ptr<QPrinter> system_printer() const;
+    [[nodiscard]] bool start_painting(Document& document);
+    [[nodiscard]] bool paint_page();
+    [[nodiscard]] bool finish_paper(Document& document);
+    [[nodiscard]] bool failed(std::string reason);
+
+    Files& files_;
+    Print_font font_;
+    std::shared_ptr<QPrinter> chosen_;  ///< what Select printer chose; null until it did
+    std::unique_ptr<Document> document_;
+    std::string destination_;
+    std::string last_error_;
+};
+
+}  // namespace kelvane

@@ -1,0 +1,242 @@
+#include "desktop/qt_serial_port.h"
+
+#include <QFile>
+#include <QTimer>
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <iterator>
+#include <unistd.h>
+#include <utility>
+
+#include "desktop/serial_line.h"
+#include "frame/file_names.h"
+#include "machines/port_devices.h"
+
+namespace kelvane {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// The sender hands over its next chunk when no more than so many characters wait.
+constexpr std::size_t room_for_next = 2;
+/// CTS tells nobody that it has changed: a sender that waits for it looks so often.
+constexpr Clock_time cts_interval = 5ms;
+/// So often a driver is looked at that is slower than its line's nominal speed, or is held.
+constexpr Clock_time driver_interval = 1ms;
+/// At most so many bytes are read in one go, so that a line that never pauses cannot hold the rest
+/// of the program.
+constexpr std::size_t read_limit = 1U << 18U;
+
+QSerialPort::Parity parity_of(char letter) {
+    switch (letter) {
+        case 'E':
+            return QSerialPort::EvenParity;
+        case 'O':
+            return QSerialPort::OddParity;
+        case 'M':
+            return QSerialPort::MarkParity;
+        case 'S':
+            return QSerialPort::SpaceParity;
+        default:
+            return QSerialPort::NoParity;
+    }
+}
+
+}  // namespace
+
+Qt_serial_port::Qt_serial_port(Qt_event_loop& loop, const Files& files)
+    : loop_(loop), files_(files) {
+    loop_.sleep_limit = [this] { return sleep_limit(); };
+    // A line that has gone reports errors for ever. Closing it must wait until the report is over.
+    QObject::connect(&port_, &QSerialPort::errorOccurred,
+                     [this](QSerialPort::SerialPortError error) {
+                         if (error != QSerialPort::NoError && port_.isOpen()) {
+                             QTimer::singleShot(0, &port_, [this] { receive(); });
+                         }
+                     });
+}
+
+Qt_serial_port::~Qt_serial_port() {
+    close();
+    loop_.sleep_limit = nullptr;
+}
+
+std::string Qt_serial_port::device_of(int com_port) const {
+    const auto wiring = files_.read(files_.program_path(file_names::serial_port_devices));
+    return device_of_port(wiring.value_or(""), com_port);
+}
+
+Port_error Qt_serial_port::open(const Port_settings& settings) {
+    close();
+    lost_ = false;
+    error_text_.clear();
+    received_.clear();
+    settings_ = settings;
+    const auto line = parse_line_settings(settings.settings);
+    if (!line) {
+        error_text_ = "\"" + settings.settings + "\" is no setting of a serial line.";
+        return Port_error::bad_settings;
+    }
+    const std::string device = device_of(settings.com_port);
+    port_.setPortName(QFile::decodeName(device.c_str()));
+    set_frame(*line);
+    if (!port_.open(QIODevice::ReadWrite)) {
+        return open_failed(device);
+    }
+    prepare_open_line(*line);
+    return Port_error::none;
+}
+
+void Qt_serial_port::set_frame(const Line_settings& line) {
+    port_.setBaudRate(line.baud);
+    port_.setDataBits(static_cast<QSerialPort::DataBits>(line.data_bits));
+    port_.setParity(parity_of(line.parity));
+    port_.setStopBits(line.stop_bits == 1 ? QSerialPort::OneStop : QSerialPort::TwoStop);
+    port_.setFlowControl(QSerialPort::NoFlowControl);
+}
+
+Port_error Qt_serial_port::open_failed(const std::string& device) {
+    const bool refused = port_.error() == QSerialPort::PermissionError;
+    const Open_failure failure =
+        explain_open_failure(device, refused, port_.errorString().toStdString());
+    error_text_ = failure.text;
+    return failure.error;
+}
+
+void Qt_serial_port::prepare_open_line(const Line_settings& line) {
+    const auto handle = static_cast<int>(port_.handle());
+    port_.clear(QSerialPort::AllDirections);
+    set_driver_handshaking(handle, settings_);
+    set_modem_lines(handle, true);
+    ask_for_low_latency(handle);
+    received_.reserve(settings_.in_buffer_size);
+    characters_per_second_ = static_cast<double>(line.baud) / line.bits_per_character();
+    wire_.start(characters_per_second_);
+    driver_count_ = 0;
+    waits_for_cts_ = false;
+}
+
+void Qt_serial_port::close() {
+    if (!port_.isOpen()) {
+        return;
+    }
+    const auto handle = static_cast<int>(port_.handle());
+    const bool output_left = port_.bytesToWrite() > 0 || wire_.queued(loop_.now()) > 0 ||
+                             driver_queue(handle).value_or(0) > 0;
+    if (output_left) {
+        // With output left, the system's close can wait half a minute for a machine that holds us.
+        port_.clear(QSerialPort::Output);
+    }
+    set_modem_lines(handle, false);
+    port_.close();
+    received_.clear();
+}
+
+void Qt_serial_port::lose() {
+    const std::string kept = received_;
+    close();
+    received_ = kept;
+    lost_ = true;
+    error_text_ = device_of(settings_.com_port) +
+                  " has gone: the adapter was pulled out or the line hung up.";
+}
+
+void Qt_serial_port::store(const char* bytes, std::size_t count) {
+    if (settings_.null_discard) {
+        std::copy_if(bytes, bytes + count, std::back_inserter(received_),
+                     [](char byte) { return byte != '\0'; });
+    } else {
+        received_.append(bytes, count);
+    }
+}
+
+void Qt_serial_port::receive() {
+    if (!port_.isOpen()) {
+        return;
+    }
+    const QByteArray read_by_qt = port_.readAll();
+    store(read_by_qt.constData(), static_cast<std::size_t>(read_by_qt.size()));
+    // Bytes that have just come need not wait for the event loop: an Xoff among them is urgent.
+    const auto handle = static_cast<int>(port_.handle());
+    std::array<char, 4096> block{};
+    Line_look line = look_at_line(handle);
+    for (std::size_t total = 0; line.input && total < read_limit; line = look_at_line(handle)) {
+        const ssize_t count = ::read(handle, block.data(), block.size());
+        if (count <= 0) {
+            break;
+        }
+        store(block.data(), static_cast<std::size_t>(count));
+        total += static_cast<std::size_t>(count);
+    }
+    if (line.gone) {
+        lose();
+    }
+}
+
+std::size_t Qt_serial_port::in_buffer_count() {
+    receive();
+    return received_.size();
+}
+
+std::string Qt_serial_port::input(std::size_t most) {
+    receive();
+    const std::size_t count = most == 0 ? received_.size() : std::min(most, received_.size());
+    std::string taken = received_.substr(0, count);
+    received_.erase(0, count);
+    return taken;
+}
+
+std::size_t Qt_serial_port::out_buffer_count() {
+    if (!port_.isOpen()) {
+        return 0;
+    }
+    const auto in_driver = driver_queue(static_cast<int>(port_.handle()));
+    if (!in_driver) {
+        lose();
+        return 0;
+    }
+    driver_count_ = *in_driver + static_cast<std::size_t>(port_.bytesToWrite());
+    return std::max(driver_count_, wire_.queued(loop_.now()));
+}
+
+void Qt_serial_port::output(std::string_view bytes) {
+    if (!port_.isOpen() || bytes.empty()) {
+        return;
+    }
+    wire_.sent(bytes.size(), loop_.now());
+    if (port_.bytesToWrite() == 0) {
+        const auto handle = static_cast<int>(port_.handle());
+        const ssize_t written = ::write(handle, bytes.data(), bytes.size());
+        bytes.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
+    }
+    // What the driver has no room for goes through Qt's buffer, which refills the driver.
+    if (!bytes.empty()) {
+        port_.write(bytes.data(), static_cast<qint64>(bytes.size()));
+    }
+}
+
+bool Qt_serial_port::cts_holding() {
+    const bool holding = port_.isOpen() && clear_to_send(static_cast<int>(port_.handle()));
+    waits_for_cts_ = !holding;
+    return holding;
+}
+
+std::optional<Clock_time> Qt_serial_port::sleep_limit() {
+    if (!port_.isOpen()) {
+        return std::nullopt;
+    }
+    if (std::exchange(waits_for_cts_, false)) {
+        return cts_interval;
+    }
+    const Clock_time now = loop_.now();
+    const std::size_t queued = wire_.queued(now);
+    if (queued > 0) {
+        return wire_.time_until(queued > room_for_next ? room_for_next : 0, now);
+    }
+    const std::size_t late = std::exchange(driver_count_, 0);
+    return late > 0 ? std::optional(std::max(driver_interval, wire_.duration(late))) : std::nullopt;
+}
+
+}  // namespace kelvane

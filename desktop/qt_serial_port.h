@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QSerialPort>
+#include <optional>
+#include <string>
+
+#include "desktop/qt_event_loop.h"
+#include "desktop/wire_clock.h"
+#include "platform/files.h"
+#include "platform/serial_port.h"
+
+namespace kelvane {
+
+struct Line_settings;
+
+/// A serial port of this computer. Received bytes are taken without limit, so the buffer sizes of
+/// the settings are only the least that is kept.
+class Qt_serial_port : public Serial_comm {
+  public:
+    /// `files` has the file that wires COM numbers to devices. The loop's sleeps end in time for
+    /// the port from now on; the loop lives longer.
+    Qt_serial_port(Qt_event_loop& loop, const Files& files);
+    Qt_serial_port(const Qt_serial_port&) = delete;
+    Qt_serial_port& operator=(const Qt_serial_port&) = delete;
+    ~Qt_serial_port() override;
+
+    [[nodiscard]] Port_error open(const Port_settings& settings) override;
+    void close() override;
+    [[nodiscard]] bool is_open() const override { return port_.isOpen(); }
+    [[nodiscard]] bool lost() const override { return lost_; }
+    [[nodiscard]] std::string error_text() const override { return error_text_; }
+    [[nodiscard]] std::string device_of(int com_port) const override;
+    [[nodiscard]] double characters_per_second() const override { return characters_per_second_; }
+
+    [[nodiscard]] std::size_t in_buffer_count() override;
+    [[nodiscard]] std::string input(std::size_t most) override;
+    [[nodiscard]] std::size_t out_buffer_count() override;
+    void output(std::string_view bytes) override;
+    [[nodiscard]] bool cts_holding() override;
+
+  private:
+    void set_frame(const Line_settings& line);
+    Port_error open_failed(const std::string& device);
+    void prepare_open_line(const Line_settings& line);
+    void receive();
+    void store(const char* bytes, std::size_t count);
+    void lose();
+    [[nodiscard]] std::optional<Clock_time> sleep_limit();
+
+    Qt_event_loop& loop_;
+    const Files& files_;
+    QSerialPort port_;
+    Port_settings settings_;
+    Wire_clock wire_;
+    double characters_per_second_ = 0;
+    std::string received_;
+    std::string error_text_;
+    std::size_t driver_count_ = 0;  ///< as last asked for
+    bool waits_for_cts_ = false;    ///< CTS was low when last asked for
+    bool lost_ = false;
+};
+
+}  // namespace kelvane

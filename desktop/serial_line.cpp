@@ -1,0 +1,166 @@
+#include "desktop/serial_line.h"
+
+#include <cerrno>
+#include <charconv>
+#include <cstring>
+#include <fcntl.h>
+#include <grp.h>
+#include <linux/serial.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <termios.h>
+#include <unistd.h>
+#include <vector>
+
+namespace kelvane {
+
+namespace {
+
+constexpr int highest_baud = 4'000'000;
+
+std::vector<std::string_view> comma_fields(std::string_view text) {
+    std::vector<std::string_view> fields;
+    for (std::size_t comma = 0; comma != std::string_view::npos;) {
+        comma = text.find(',');
+        fields.push_back(text.substr(0, comma));
+        text.remove_prefix(comma == std::string_view::npos ? text.size() : comma + 1);
+    }
+    return fields;
+}
+
+std::optional<int> number_in(std::string_view text, int least, int most) {
+    int number = 0;
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    const bool fits = error == std::errc() && stop == end && number >= least && number <= most;
+    return fits ? std::optional(number) : std::nullopt;
+}
+
+std::string group_name(gid_t group) {
+    const struct group* entry = ::getgrgid(group);
+    return entry == nullptr ? std::to_string(group) : std::string(entry->gr_name);
+}
+
+/// The error with which the device refuses to be opened; 0 when it does not.
+int open_error(const std::string& device) {
+    const int handle = ::open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    if (handle < 0) {
+        return errno;
+    }
+    termios settings{};
+    const int error = ::tcgetattr(handle, &settings) == 0 ? 0 : errno;
+    ::close(handle);
+    return error;
+}
+
+Open_failure no_permission(const std::string& device, const struct stat& found) {
+    return {Port_error::no_permission,
+            "You have no permission to use " + device + ". It belongs to the group \"" +
+                group_name(found.st_gid) + "\": have yourself added to it, then log in again."};
+}
+
+}  // namespace
+
+int Line_settings::bits_per_character() const {
+    return 1 + data_bits + (parity == 'N' ? 0 : 1) + stop_bits;
+}
+
+std::optional<Line_settings> parse_line_settings(std::string_view text) {
+    const auto fields = comma_fields(text);
+    if (fields.size() != 4 || fields[1].size() != 1 ||
+        std::string_view("NEOMS").find(fields[1]) == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const auto baud = number_in(fields[0], 1, highest_baud);
+    const auto data_bits = number_in(fields[2], 5, 8);
+    const auto stop_bits = number_in(fields[3] == "1.5" ? "2" : fields[3], 1, 2);
+    if (!baud || !data_bits || !stop_bits) {
+        return std::nullopt;
+    }
+    return Line_settings{*baud, fields[1].front(), *data_bits, *stop_bits};
+}
+
+Line_look look_at_line(int handle) {
+    pollfd line{handle, POLLIN, 0};
+    if (::poll(&line, 1, 0) < 0) {
+        return {};
+    }
+    const unsigned events = static_cast<unsigned short>(line.revents);
+    return {(events & (POLLHUP | POLLERR | POLLNVAL)) != 0, (events & POLLIN) != 0};
+}
+
+std::optional<std::size_t> driver_queue(int handle) {
+    int count = 0;
+    if (::ioctl(handle, TIOCOUTQ, &count) == 0) {
+        return static_cast<std::size_t>(count);
+    }
+    return errno == EIO || errno == ENODEV || errno == ENXIO ? std::nullopt
+                                                             : std::optional<std::size_t>(0);
+}
+
+void set_driver_handshaking(int handle, const Port_settings& settings) {
+    termios line{};
+    if (::tcgetattr(handle, &line) != 0) {
+        return;
+    }
+    const Handshaking by = settings.handshaking;
+    const bool software = by == Handshaking::xon_xoff || by == Handshaking::both;
+    const bool hardware = by == Handshaking::rts_cts || by == Handshaking::both;
+    line.c_iflag &= ~static_cast<tcflag_t>(IXON | IXOFF | IXANY);
+    line.c_cflag &= ~static_cast<tcflag_t>(CRTSCTS);
+    line.c_iflag |= software ? static_cast<tcflag_t>(IXON | IXOFF) : 0;
+    line.c_cflag |= hardware ? static_cast<tcflag_t>(CRTSCTS) : 0;
+    line.c_cc[VSTART] = static_cast<cc_t>(settings.xon);
+    line.c_cc[VSTOP] = static_cast<cc_t>(settings.xoff);
+    ::tcsetattr(handle, TCSANOW, &line);
+}
+
+void set_modem_lines(int handle, bool on) {
+    const int lines = TIOCM_RTS | TIOCM_DTR;
+    ::ioctl(handle, on ? TIOCMBIS : TIOCMBIC, &lines);
+}
+
+bool clear_to_send(int handle) {
+    int lines = 0;
+    return ::ioctl(handle, TIOCMGET, &lines) != 0 || (lines & TIOCM_CTS) != 0;
+}
+
+void ask_for_low_latency(int handle) {
+    serial_struct port{};
+    if (::ioctl(handle, TIOCGSERIAL, &port) == 0) {
+        port.flags |= ASYNC_LOW_LATENCY;
+        ::ioctl(handle, TIOCSSERIAL, &port);
+    }
+}
+
+Open_failure explain_open_failure(const std::string& device, bool refused,
+                                  const std::string& system_text) {
+    struct stat found {};
+    const int error = ::stat(device.c_str(), &found) == 0 ? open_error(device) : errno;
+    switch (error) {
+        case ENOENT:
+        case ENOTDIR:
+        case ENXIO:
+        case ENODEV:
+        case EIO:
+        case ENOTTY:
+            return {Port_error::no_such_device,
+                    "There is no serial device " + device +
+                        ". Plug the adapter in, or choose another device for this port under "
+                        "Configure, Serial port."};
+        case EACCES:
+        case EPERM:
+            return no_permission(device, found);
+        case EBUSY:
+            return {Port_error::in_use, device + " is in use by another program."};
+        default:
+            break;
+    }
+    if (refused) {
+        return {Port_error::in_use, device + " is in use by another program."};
+    }
+    return {Port_error::other, device + ": " + system_text};
+}
+
+}  // namespace kelvane
