@@ -60,10 +60,8 @@ std::vector<std::string> rows_of(const std::string& page) {
 
 }  // namespace
 
-void Page_picture::set_page(std::vector<std::string> rows, int columns, int barcode_rows) {
-    rows_ = std::move(rows);
-    columns_ = columns;
-    barcode_rows_ = barcode_rows;
+void Page_picture::set_page(Page_sketch page) {
+    page_ = std::move(page);
     changed();
 }
 
@@ -205,8 +203,8 @@ void Page_layout_form_lite::draw(const Page_layout& layout) {
         {sample_program(), window_.platform.files.program_path("\\SAMPLE.NC"), now, now}, layout,
         layout.wants_barcode(), [] { return true; });
     if (!listing.pages.empty()) {
-        picture.set_page(rows_of(listing.pages.front()), listing_columns(layout),
-                         layout.wants_barcode() ? picture_barcode_rows : 0);
+        picture.set_page({rows_of(listing.pages.front()), listing_columns(layout),
+                          layout.wants_barcode() ? picture_barcode_rows : 0, layout.font_size});
     }
 }
 

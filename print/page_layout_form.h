@@ -9,21 +9,23 @@
 
 namespace kelvane {
 
-/// A small picture of page 1: the rows of its text, to be shown far too small to be read.
+/// Page 1 of a sample program.
+struct Page_sketch {
+    std::vector<std::string> rows;  ///< of its text
+    int columns = 1;                ///< what the page is wide at least, margin included
+    int barcode_rows = 0;           ///< rows above the text, half of them to each bar code
+    int points = 1;                 ///< size of the font, unless the page cannot take it
+};
+
+/// A small picture of a page, its text far too small to be read.
 class Page_picture : public Control {
   public:
     using Control::Control;
-    /// `barcode_rows` rows above the text belong to the bar codes, half of them to each.
-    void set_page(std::vector<std::string> rows, int columns, int barcode_rows);
-    [[nodiscard]] const std::vector<std::string>& rows() const { return rows_; }
-    /// Columns that the page is wide, margin included.
-    [[nodiscard]] int columns() const { return columns_; }
-    [[nodiscard]] int barcode_rows() const { return barcode_rows_; }
+    void set_page(Page_sketch page);
+    [[nodiscard]] const Page_sketch& page() const { return page_; }
 
   private:
-    std::vector<std::string> rows_;
-    int columns_ = 1;
-    int barcode_rows_ = 0;
+    Page_sketch page_;
 };
 
 /// One number of the layout: its field, the reason why the field's text is refused (empty when it

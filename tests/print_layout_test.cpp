@@ -101,15 +101,15 @@ TEST_F(Print_layout, a_file_that_cannot_be_written_keeps_layout_and_dialog) {
 
 TEST_F(Print_layout, the_picture_follows_the_fields) {
     form.load();
-    const std::size_t rows = form.picture.rows().size();
+    const std::size_t rows = form.picture.page().rows.size();
     form.Lines_per_page.box.set_text("40");
-    EXPECT_EQ(form.picture.rows().size(), rows - 15);
+    EXPECT_EQ(form.picture.page().rows.size(), rows - 15);
     form.margin.box.set_text("20");
-    EXPECT_EQ(form.picture.rows()[2].find("File:"), 20U);
-    EXPECT_EQ(form.picture.barcode_rows(), 0);
+    EXPECT_EQ(form.picture.page().rows[2].find("File:"), 20U);
+    EXPECT_EQ(form.picture.page().barcode_rows, 0);
     form.Barcode_file.click();
-    EXPECT_EQ(form.picture.rows()[0].find("File:"), 20U);
-    EXPECT_EQ(form.picture.barcode_rows(), 6);
+    EXPECT_EQ(form.picture.page().rows[0].find("File:"), 20U);
+    EXPECT_EQ(form.picture.page().barcode_rows, 6);
 }
 
 TEST_F(Print_layout, preview_shows_the_values_typed_and_keeps_the_old_ones) {
