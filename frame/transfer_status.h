@@ -35,6 +35,8 @@ class Transfer_status {
     void set_machine(std::string machine);
     /// A transfer begins: bytes and clock start at 0.
     void begin(std::string_view port);
+    /// The port of the transfer, as `begin` was told.
+    [[nodiscard]] const std::string& port() const { return port_; }
     void set(Activity activity);
     [[nodiscard]] Activity activity() const { return activity_; }
     void set_bytes(std::int64_t bytes) { bytes_ = bytes; }

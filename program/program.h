@@ -1,0 +1,54 @@
+#pragma once
+
+#include <memory>
+
+#include "frame/comm_form.h"
+#include "frame/directories_form.h"
+#include "frame/information.h"
+#include "frame/main_window.h"
+#include "machines/advanced_form.h"
+#include "machines/configure_form.h"
+#include "machines/select_device_form.h"
+#include "platform/platform.h"
+#include "print/page_layout_form.h"
+#include "print/program_listing.h"
+#include "receive/receive_loop.h"
+#include "resequence/resequence_form.h"
+#include "resequence/resequence_run.h"
+#include "transmit/code_tables.h"
+#include "transmit/transfer.h"
+
+namespace kelvane {
+
+/// Every form and routine of the program, built on a platform and joined: which menu command starts
+/// what is decided here and nowhere else.
+class Program {
+  public:
+    explicit Program(Platform& platform);
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    /// Start-up: loads the main window and, unless it has refused, shows it.
+    void start();
+
+    Kelvane_lite_form window;
+    Comm_form_lite comm_form;
+    const Code_tables code_tables;
+    Transfer transfer;
+    Receive_loop receive_loop;
+    Program_listing listing;
+    Configure_IO_advanced_lite advanced_form;
+    configure_IO_lite configure_form;
+    select_device_form_lite select_device_form;
+    Set_directory_form_lite set_directory_form;
+    directories_form_lite directories_form;
+    Page_layout_form_lite page_layout_form;
+    Thank_you_form_lite information_form;
+    resequence_form_lite resequence_form;
+    Resequence_run resequence_run;
+
+  private:
+    [[nodiscard]] Command_hooks hooks();
+};
+
+}  // namespace kelvane

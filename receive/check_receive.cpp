@@ -1,0 +1,57 @@
+// What a command-line receive does to its target before any data is taken.
+
+#include "receive/receive_loop.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr const char* write_test_name = "DummyfilenameforIOtest";
+
+}  // namespace
+
+bool Receive_loop::Check_receive() {
+    if (!folder_can_be_written()) {
+        end_job("Cannot write to folder " + folder_of(state_.filename));
+        return false;
+    }
+    if (!platform_.files.exists(state_.filename)) {
+        return true;
+    }
+    const Message_answer answer =
+        window_.box("File " + state_.filename +
+                        " already exists.\nDo you want to overwrite the "
+                        "exiting file?",
+                    Message_icon::exclamation, Message_buttons::yes_no, "Overwrite?");
+    if (answer != Message_answer::yes) {
+        window_.unload();
+        return false;
+    }
+    if (!keep_backup()) {
+        end_job("Cannot keep a backup of file " + state_.filename);
+        return false;
+    }
+    return true;
+}
+
+bool Receive_loop::folder_can_be_written() {
+    const std::string folder = folder_of(state_.filename);
+    if (folder.empty()) {
+        return true;
+    }
+    const std::string test = path_in(folder, write_test_name);
+    return platform_.files.replace(test, " ") && platform_.files.remove(test);
+}
+
+bool Receive_loop::keep_backup() {
+    return platform_.files.copy(state_.filename, backup_path(state_.filename)) &&
+           platform_.files.remove(state_.filename);
+}
+
+void Receive_loop::end_job(const std::string& text) {
+    const std::string reason = platform_.files.last_error();
+    window_.box(reason.empty() ? text : text + "\n" + reason);
+    window_.unload();
+}
+
+}  // namespace kelvane

@@ -1,0 +1,22 @@
+#include "transmit/switchbox.h"
+
+#include "machines/machine_files.h"
+#include "transmit/notation.h"
+
+namespace kelvane {
+
+Fault_or_ok Send_switchbox_codes(Kelvane_lite_form& window, Text_sender& sender, int code) {
+    window.platform.desktop.beep();
+    const std::string line =
+        read_switchbox_text(window.platform.files, window.state.IO_device_name);
+    if (line.empty()) {
+        return std::nullopt;
+    }
+    std::string codes;
+    if (const Fault_or_ok fault = parsit(line, code, codes)) {
+        return fault;
+    }
+    return sender.sendit2(codes, code);
+}
+
+}  // namespace kelvane
