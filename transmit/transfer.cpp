@@ -68,8 +68,7 @@ void Transfer::read_exclamation_delay() {
 void Transfer::make_readable_leader_strings(int mode) {
     readable_ = {{}, settings_.trailer, {}};
     if (mode == send && state_.TX_binary == 0 && settings_.readable_leader) {
-        readable_ =
-            make_readable_leader(name_of(state_.filename), state_.TX_code, settings_.trailer);
+        readable_ = readable_leader(state_.filename, state_.TX_code, settings_.trailer);
     }
 }
 
