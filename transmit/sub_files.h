@@ -1,0 +1,148 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/files.h"
+#include "transmit/sub_call.h"
+
+namespace kelvane {
+
+/// Why a program cannot be sent with its sub-files.
+struct Expansion_error {
+    std::string file;      ///< path of the file that holds the line
+    std::size_t line = 0;  ///< 1 is the first; 0: the file as a whole
+    std::string reason;    ///< a sentence for the operator
+
+    bool operator==(const Expansion_error&) const = default;
+};
+
+/// The text of the critical box: file, line number and reason, a line each.
+[[nodiscard]] std::string expansion_error_text(const Expansion_error& error);
+
+/// Levels of sub-files below the main program.
+inline constexpr std::size_t max_sub_depth = 7;
+
+/// More than this many bytes of expansion are refused: they could not be sent in a lifetime, and
+/// sums beyond would leave 64 bits.
+inline constexpr std::uint64_t max_expansion = 1'000'000'000'000'000;
+
+/// The program's lines one after the other, every call of a sub-file (see `parse_sub_call`)
+/// replaced by that file's lines:
+///
+///     (BEGINNING OF SUB FILE name)      once for all repeats, the name as the call has it
+///     the file's lines, as often as the call says, without those of `left_out_of_sub_file`
+///     (END OF SUB FILE name)
+///     ...
+///     (END OF MAIN PROGRAM)             last of all, when the main program called a sub-file
+///
+/// A program without calls passes unchanged. A name that is no absolute path is looked for beside
+/// the calling file, then in the default directory. A called file is treated as the working copy of
+/// a main program is: a tape image loses its parity bits.
+///
+/// Lines end at LF, with or without CR, or at CR in a text without any LF. The expansion is never
+/// built: in memory are the files that are open at the moment (one a level) and the calls that the
+/// files hold.
+class Sub_file_reader {
+  public:
+    /// `fileno` of `Get_next_line` that begins again from the first line.
+    static constexpr int reset = 9999;
+
+    explicit Sub_file_reader(const Files& files) : files_(files) {}
+
+    /// The main program is read from its working copy `main_copy`; `real_main` is the operator's
+    /// own file, whose name messages show and whose folder is the first to look in.
+    void open(std::string main_copy, std::string real_main, std::string default_directory);
+
+    /// Reads every file once and tries the whole expansion: an unreadable file, a missing sub-file,
+    /// a call of itself (directly or through others), an eighth level, a bad repeat count or an
+    /// expansion beyond `max_expansion`. No value: all is well and lines can be read.
+    [[nodiscard]] std::optional<Expansion_error> check();
+
+    /// The sum of (length + 2) of all lines that one pass gives, seam comments included. Valid
+    /// after a `check()` without error.
+    [[nodiscard]] std::uint64_t total() const { return total_; }
+    /// True when the main program calls a sub-file. Valid after `check()`.
+    [[nodiscard]] bool calls_sub_files() const { return main_ != nullptr && !main_->calls.empty(); }
+
+    /// With `reset` begins again and leaves `line` alone; with any other number the next line,
+    /// without its end. False at the end, before a successful `check()`, and after an `error()`.
+    bool Get_next_line(int fileno, std::string& line);
+
+    /// Byte offset in the working copy at which the line just returned begins; none for the lines
+    /// of called files, for seam comments and before the first line.
+    [[nodiscard]] std::optional<std::size_t> main_offset() const { return main_offset_; }
+
+    /// Why lines ended before the program did: a called file has gone, or has changed since
+    /// `check()` (two versions must not be mixed in one part).
+    [[nodiscard]] const std::optional<Expansion_error>& error() const { return error_; }
+
+  private:
+    struct Program_file;
+
+    struct Call_site {
+        std::size_t offset = 0;  ///< where its line begins
+        std::size_t line = 0;
+        Sub_call call;
+        const Program_file* target = nullptr;
+    };
+
+    struct Program_file {
+        std::string path;
+        std::size_t length = 0;
+        std::size_t hash = 0;
+        char line_end = '\n';
+        std::uint64_t own_bytes = 0;  ///< of the lines that are sent themselves
+        std::vector<Call_site> calls;
+    };
+
+    struct Level {
+        const Program_file* file = nullptr;
+        std::shared_ptr<const std::string> content;
+        std::string name;
+        int passes_left = 1;  ///< this one included
+        std::size_t position = 0;
+        std::size_t next_call = 0;
+        bool pass_gave_lines = false;
+    };
+
+    [[nodiscard]] std::shared_ptr<const std::string> sub_content(const std::string& path) const;
+    [[nodiscard]] std::string find(const std::string& name, const std::string& caller) const;
+    Program_file& index(const std::string& path, const std::string& content, bool is_main);
+    Program_file* target_of(const Program_file& caller, const Call_site& site);
+    [[nodiscard]] std::optional<std::uint64_t> measure(Program_file& file);
+    [[nodiscard]] std::optional<std::uint64_t> measure_call(const Program_file& caller,
+                                                            Call_site& site);
+    std::nullopt_t fail(const Program_file& file, std::size_t line, std::string reason);
+
+    void begin_again();
+    [[nodiscard]] bool enter(const Call_site& site, std::string& line);
+    [[nodiscard]] bool leave_pass(std::string& line);
+    [[nodiscard]] bool next_of_level(std::string& line);
+
+    const Files& files_;
+    std::string main_copy_;
+    std::string real_main_;
+    std::string default_directory_;
+
+    std::map<std::string, Program_file> known_;
+    const Program_file* main_ = nullptr;
+    std::shared_ptr<const std::string> main_content_;
+    std::uint64_t total_ = 0;
+
+    std::vector<const Program_file*> chain_;  ///< of `measure`: the main program first
+    std::map<std::pair<const Program_file*, std::size_t>, std::uint64_t> measured_;
+
+    std::vector<Level> levels_;
+    std::optional<std::size_t> main_offset_;
+    std::optional<Expansion_error> error_;
+};
+
+}  // namespace kelvane
