@@ -1,0 +1,187 @@
+// Start-up, shut-down, the command line and the main window's commands.
+
+#include <gtest/gtest.h>
+
+#include "frame/command_line.h"
+#include "frame/file_filter.h"
+#include "frame/resize_layout.h"
+#include "support/shop_floor.h"
+
+namespace kelvane::testing {
+namespace {
+
+using namespace std::chrono_literals;
+
+TEST(CommandLine, IsEventFileAndMachine) {
+    struct Case {
+        const char* line;
+        int command_line;
+        int event;
+        const char* file;
+        const char* machine;
+    };
+    const Case cases[] = {
+        {"", 0, 0, "", ""},
+        {"no bar", -1, 0, "", ""},
+        {"1|/nc/A.NC", -1, 1, "/nc/A.NC", ""},
+        {"2|/nc/A B.NC|My mill", -1, 2, "/nc/A B.NC", "My mill"},
+        {"3|/nc/A.NC|", -1, 3, "/nc/A.NC", ""},
+        {"x|", -1, 0, "", ""},
+        {"1|a|b|c", -1, 1, "a", "b|c"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.line);
+        Shared_state state;
+        parse_command_line(c.line, state);
+        EXPECT_EQ(state.Command_line, c.command_line);
+        EXPECT_EQ(state.Command_line_event, c.event);
+        EXPECT_EQ(state.Command_line_filename, c.file);
+        EXPECT_EQ(state.Command_line_machine, c.machine);
+    }
+}
+
+TEST(StartUp, ReadsItsFilesAndKeepsDefaultsForWhatIsMissing) {
+    Shop_floor shop;
+    Memory_files& files = shop.desk.files;
+    files.put("/kelvane/Kelvane Lite settings", " 2 \r\nLathe\r\n");
+    files.put("/kelvane/default directories", "/nc\r\n");
+    files.put("/kelvane/default file types", "NC|*.nc\r\nkept\r\n2\r\n1\r\n");
+    files.put("/kelvane/Editor page layout settings", "60,0,\"Mono, Bold\"\r\n");
+    shop.start();
+    EXPECT_EQ(shop.state().IO_device, 2);
+    EXPECT_EQ(shop.state().IO_device_name, "Lathe");
+    EXPECT_EQ(shop.desk.file_dialog.initial_directory, "/nc");
+    EXPECT_EQ(shop.desk.file_dialog.filter, "NC|*.nc");
+    EXPECT_EQ(shop.desk.file_dialog.filter_index, 2);
+    EXPECT_EQ(shop.state().Add_extension, 1);
+    EXPECT_EQ(shop.state().Lines_per_page, 60);
+    EXPECT_EQ(shop.state().Print_description, 0);
+    EXPECT_EQ(shop.state().line_length, 70);
+    EXPECT_EQ(shop.state().Printer_font, "Courier");
+    EXPECT_TRUE(shop.window().visible());
+}
+
+TEST(ShutDown, WritesTheSelectionAndUnloadsAll) {
+    Shop_floor shop;
+    shop.start();
+    shop.state().IO_device = 3;
+    shop.state().IO_device_name = "Mill";
+    shop.all().configure_form.show();
+    shop.window().close();
+    EXPECT_EQ(shop.desk.files.content("/kelvane/Kelvane Lite settings"), "3\r\nMill\r\n");
+    EXPECT_FALSE(shop.all().configure_form.loaded());
+    EXPECT_TRUE(shop.desk.windows.ended);
+    EXPECT_EQ(shop.state().escape, 1);
+}
+
+TEST(StartUp, RefusesASecondInstanceAndTouchesNothing) {
+    Shop_floor shop;
+    shop.desk.files.put("/kelvane/Kelvane Lite settings", "3\r\nMill\r\n");
+    shop.desk.desktop.another_runs = true;
+    shop.boxes().expect("Kelvane Lite is currently busy.\nTry sending your file later.");
+    shop.start("1|/nc/A.NC");
+    EXPECT_TRUE(shop.desk.windows.ended);
+    EXPECT_FALSE(shop.window().visible());
+    EXPECT_EQ(shop.desk.files.content("/kelvane/Kelvane Lite settings"), "3\r\nMill\r\n");
+}
+
+TEST(CommandJob, SelectsAddsAndRunsOnce) {
+    Shop_floor shop;
+    shop.machine_file("MILL");
+    shop.desk.files.put("/kelvane/Editor IO device list", "Lathe\r\nMILL\r\n");
+    shop.program("A.NC", "G0\r\n");
+    shop.machine().after(1s).runs([&] { shop.machine().sends(xon); });
+    shop.start("1|/nc/A.NC|mill");
+    EXPECT_TRUE(shop.window().visible());
+    shop.desk.loop.run_until([&] { return shop.desk.windows.ended; });
+    EXPECT_EQ(shop.received(), "G0\r\n");
+    EXPECT_EQ(shop.state().IO_device, 2);
+    EXPECT_EQ(shop.state().IO_device_name, "MILL");
+}
+
+TEST(CommandJob, AddsAnUnknownMachineWithoutSelectingIt) {
+    struct Case {
+        const char* what;
+        const char* list;
+        const char* list_file;
+        const char* list_after;
+    };
+    const Case cases[] = {
+        {"list exists", "Lathe", "/kelvane/Editor IO device list", "Lathe\r\nNew\r\n"},
+        {"no list", nullptr, "/kelvaneEditor IO device list", "(default)\r\nNew\r\n"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        Shop_floor shop;
+        shop.machine_file("(default)");
+        if (c.list != nullptr) {
+            shop.desk.files.put(c.list_file, c.list);
+        }
+        shop.start("9|/nc/A.NC|New");
+        shop.pass(200ms);
+        EXPECT_EQ(shop.desk.files.content(c.list_file), c.list_after);
+        EXPECT_EQ(shop.state().IO_device_name, "(default)");
+        EXPECT_TRUE(shop.desk.files.exists("/kelvane/Editor COM port settings for New"));
+    }
+}
+
+TEST(CommandJob, AMissingFileOrNameEndsTheProgram) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"3|/nc/NONE", "File /nc/NONE does not exist"}, {"1|", "No file name has been given"}};
+    for (const auto& [line, text] : cases) {
+        Shop_floor shop;
+        shop.boxes().expect(text);
+        shop.start(line);
+        shop.pass(200ms);
+        EXPECT_TRUE(shop.desk.windows.ended);
+    }
+}
+
+TEST(FileMenu, RefusesWhatIsMissingOrABackup) {
+    Shop_floor shop;
+    shop.boxes().expect("File /nc/NONE does not exist");
+    shop.menu(0, "NONE");
+    EXPECT_FALSE(shop.window().Send_button.enabled());
+    for (const char* name : {"A.bak", "A.BAK", "a.BaK"}) {
+        shop.program(name, "G0");
+        shop.boxes().expect("Can't resequence files with a .BAK extension");
+        shop.menu(3, name);
+    }
+    shop.start();
+    shop.window().FileMenuItem[0].click();
+    EXPECT_EQ(shop.boxes().shown().size(), 4U) << "a cancelled dialog says nothing";
+}
+
+TEST(FileMenu, CompletesNamesWithTheFiltersExtension) {
+    struct Case {
+        const char* path;
+        const char* filter;
+        const char* completed;
+    };
+    const Case cases[] = {
+        {"/nc/A", "NC|*.nc;*.tap|All|*", "/nc/A.nc"},
+        {"/nc/A.txt", "NC|*.nc", "/nc/A.txt"},
+        {"/n.c/A", "All|*.*|NC|*.nc", "/n.c/A.nc"},
+        {"/nc/A", "All|*", "/nc/A"},
+        {"/nc/A", "", "/nc/A"},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(with_extension(c.path, c.filter), c.completed) << c.filter;
+    }
+}
+
+TEST(ResizeLayout, KeepsOneRowUnderTheEditor) {
+    struct Case {
+        int width, height, bar, text_height, row;
+    };
+    const Case cases[] = {{800, 600, 20, 570, 575}, {800, 600, 25, 562, 568}, {300, 10, 20, 0, 5}};
+    for (const Case& c : cases) {
+        const auto layout = resize_layout(c.width, c.height, c.bar);
+        EXPECT_EQ(layout.text_width, c.width);
+        EXPECT_EQ(layout.text_height, c.text_height);
+        EXPECT_EQ(layout.row_top, c.row);
+    }
+}
+
+}  // namespace
+}  // namespace kelvane::testing

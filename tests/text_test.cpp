@@ -1,0 +1,188 @@
+// Pure functions on text: numbers, fields, tape codes, notation, recognition.
+
+#include <bit>
+#include <gtest/gtest.h>
+
+#include "platform/basic_text.h"
+#include "platform/files.h"
+#include "receive/code_convert.h"
+#include "transmit/code_tables.h"
+#include "transmit/notation.h"
+#include "transmit/scratch_copy.h"
+
+namespace kelvane {
+namespace {
+
+TEST(BasicText, NumbersOfTexts) {
+    const std::pair<const char*, double> cases[] = {
+        {"", 0},    {"  12", 12}, {"-3.5x", -3.5}, {"+7", 7},    {".5", 0.5}, {"1.2.3", 1.2},
+        {"1E5", 1}, {"abc", 0},   {"- 4", 0},      {"12 3", 12}, {"*30", 0},  {"-", 0},
+    };
+    for (const auto& [text, value] : cases) {
+        EXPECT_DOUBLE_EQ(Val(text), value) << text;
+    }
+    const std::pair<double, int> rounded[] = {{0.5, 0},   {1.5, 2},  {2.5, 2},          {-0.5, 0},
+                                              {-1.5, -2}, {2.51, 3}, {1e300, INT32_MAX}};
+    for (const auto& [value, whole] : rounded) {
+        EXPECT_EQ(CInt(value), whole) << value;
+    }
+    EXPECT_EQ(Val(std::string(1'000'000, '9')) > 1e200, true);
+}
+
+TEST(BasicText, FieldsEndAtCommasAndLineEnds) {
+    Text_reader reader(std::string("55, 1 ,\"a, b\" x,\r\nTrue\n#FALSE#\r\n9"));
+    int number = 0;
+    std::string text;
+    bool flag = false;
+    EXPECT_TRUE(reader.field_number(number) && number == 55);
+    EXPECT_TRUE(reader.field_number(number) && number == 1);
+    EXPECT_TRUE(reader.field(text) && text == "a, b");
+    EXPECT_TRUE(reader.field(text) && text.empty());
+    EXPECT_TRUE(reader.field_flag(flag) && flag);
+    EXPECT_TRUE(reader.field_flag(flag) && !flag);
+    EXPECT_TRUE(reader.field_number(number) && number == 9);
+    EXPECT_FALSE(reader.field_number(number));
+    EXPECT_EQ(number, 9);
+    EXPECT_TRUE(reader.failed());
+}
+
+TEST(Files, BackupNamesAreCutAtTheLastDotOfThePath) {
+    const std::pair<const char*, const char*> cases[] = {{"/nc/PART.NC", "/nc/PART.bak"},
+                                                         {"/nc/PART", "/nc/PART.bak"},
+                                                         {"/A.B/FILE", "/A.bak"},
+                                                         {"/nc/A.B.C", "/nc/A.B.bak"}};
+    for (const auto& [path, backup] : cases) {
+        EXPECT_EQ(backup_path(path), backup);
+    }
+}
+
+TEST(CodeTables, ParityHoldsInEveryColumnAndEiaComesBack) {
+    const Code_tables tables = Build_code_tables();
+    for (std::size_t c = 0; c < 128; ++c) {
+        const auto& row = tables.code_table[c];
+        EXPECT_EQ(std::popcount(row[0]) % 2, 0);
+        EXPECT_EQ(std::popcount(row[1]) % 2, 1);
+        EXPECT_EQ(row[2], c);
+        EXPECT_TRUE(row[3] == 0 || std::popcount(row[3]) % 2 == 1) << c;
+        for (const std::size_t column : {0U, 1U}) {
+            EXPECT_EQ(tables.reverse_code_table[row[column]][receive_ascii],
+                      static_cast<std::int16_t>(c));
+        }
+    }
+    struct Eia {
+        char sent;
+        int byte;
+        int comes_back;
+    };
+    const Eia cases[] = {{'A', 0x61, 'A'}, {'g', 0x67, 'G'}, {':', 0x46, 'O'},  {']', 0x7C, '{'},
+                         {'\n', 0x80, 10}, {'#', 0, ' '},    {'\t', 0x3E, 209}, {'0', 0x20, '0'}};
+    for (const Eia& c : cases) {
+        const auto byte = tables.code_table[static_cast<unsigned char>(c.sent)][3];
+        EXPECT_EQ(byte, c.byte) << c.sent;
+        EXPECT_EQ(tables.reverse_code_table[byte][receive_eia], c.comes_back) << c.sent;
+        EXPECT_EQ(tables.reverse_code_table[byte & ~0x10U][receive_eia], c.comes_back) << c.sent;
+    }
+}
+
+TEST(Notation, DecodesControlCharacters) {
+    struct Case {
+        const char* text;
+        int code;
+        std::string characters;
+        bool fault;
+    };
+    const Case cases[] = {
+        {"%LFCR", 0, "%\n\r", false},
+        {"%LFCR", 3, "%\n\n", false},
+        {"lf", 0, "lf", false},
+        {"ESCNUL", 0, std::string("\x1b\0", 2), false},
+        {"%<13><10>", 0, "%\r\n", false},
+        {"<18>", 3, "\x12", false},
+        {"a<b", 0, "a<b", false},
+        {"a>b", 0, "a>b", false},
+        {"<60>x", 0, "<x", false},
+        {"<60><62>", 0, std::string(1, '\0'), false},
+        {">a<", 0, "", true},
+        {"<62><13>", 0, "", true},
+        {"<300>", 0, "", true},
+        {"<-1>", 0, "", true},
+        {"<>", 0, std::string(1, '\0'), false},
+        {"LLFF", 0, "L\nF", false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.text);
+        std::string result;
+        EXPECT_EQ(parsit(c.text, c.code, result).has_value(), c.fault);
+        EXPECT_EQ(result, c.characters);
+    }
+    std::string many;
+    for (int i = 0; i < 200'000; ++i) {
+        many += "<13>";
+    }
+    std::string result;
+    EXPECT_FALSE(parsit(many, 0, result));
+    EXPECT_EQ(result.size(), 200'000U);
+}
+
+TEST(Recognition, TheFirstByteThatDecidesDecides) {
+    const std::string leader(50, '\x80');
+    struct Case {
+        const char* what;
+        std::string data;
+        int column;  // -1: undecided
+        int end_of_block;
+    };
+    const Case cases[] = {
+        {"empty", "", -1, 0},
+        {"LF", "G0\nG1\r", 0, 10},
+        {"CR in even parity", "G0\x8d\n", 0, 141},
+        {"LF in odd parity", "G0\x8a", 0, 138},
+        {"a lone 128 first", "G0\x80\n", 1, 128},
+        {"a line end first", "G0\n\x80", 0, 10},
+        {"blank leader hides every 128", leader + "G0\x80G1", -1, 0},
+        {"blank leader, then ASCII", leader + "G0\r", 0, 13},
+        {"49 are no leader", leader.substr(1) + "G0\n", 1, 128},
+        {"beyond the sample", std::string(2048, 'A') + "\n", -1, 0},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        const auto code = recognise_code(c.data);
+        ASSERT_EQ(code.has_value(), c.column >= 0);
+        if (code) {
+            EXPECT_EQ(code->column, c.column);
+            EXPECT_EQ(code->end_of_block, c.end_of_block);
+        }
+    }
+}
+
+TEST(ScratchCopy, ConvertsTapeImagesAndBareLineFeedsOnly) {
+    const std::string text = "O0001 (PART)\r\nG0X1Y2\r\nM30\r\n";
+    std::string even_image;
+    for (const char c : text) {
+        const bool odd = std::popcount(static_cast<unsigned>(c)) % 2 != 0;
+        even_image += static_cast<char>(odd ? c | 0x80 : c);
+    }
+    struct Case {
+        const char* what;
+        std::string content;
+        Copy_kind kind;
+    };
+    const Case cases[] = {
+        {"plain", text, Copy_kind::plain},
+        {"bare LF", "O1\nG0\r\n", Copy_kind::converted},
+        {"even parity image", even_image, Copy_kind::converted},
+        {"image with blank leader", std::string(30, '\0') + even_image, Copy_kind::converted},
+        {"accented comment", "(GEH\xC4USE F\xDCR K\xD6RPER)\r\n", Copy_kind::plain},
+        {"one accented letter", "\xE9", Copy_kind::plain},
+        {"CR only", "O1\rG0\r", Copy_kind::plain},
+        {"empty", "", Copy_kind::plain},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(copy_kind(c.content), c.kind) << c.what;
+    }
+    EXPECT_EQ(converted_copy(even_image), text);
+    EXPECT_EQ(converted_copy("a\nb\rc\r\n"), "a\r\nbc\r\n");
+}
+
+}  // namespace
+}  // namespace kelvane
