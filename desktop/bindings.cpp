@@ -60,8 +60,10 @@ Refresh bind_widget(Control& control, QWidget& widget, Refresh refresh_more) {
 }
 
 void refresh_caption(const Control& control, QAbstractButton& widget) {
-    if (!control.caption().empty()) {
-        widget.setText(to_screen(control.caption()));
+    const QString caption = to_screen(control.caption());
+    // A widget that shows the caption already may have an access key of its own in it.
+    if (!caption.isEmpty() && without_access_key(widget.text()) != without_access_key(caption)) {
+        widget.setText(caption);
     }
     widget.setAccessibleName(without_access_key(widget.text()));
 }

@@ -58,8 +58,8 @@ class configure_IO_lite : public Form {
     Text_box Custom_EOB_txt{"Custom_EOB_txt", "Custom:"};
 
     // --- The device behind the COM number. Changes are kept until Apply.
-    Text_box Device_txt{"Device_txt", "COM1 is wired to:"};
-    List_box Device_lst{"Device_lst", "Serial devices found now:"};
+    Text_box Device_txt{"Device_txt", "&Wired to:"};
+    List_box Device_lst{"Device_lst", "Devices &found now:"};
     /// What is to be said of the device: that it is not there, or that none is.
     Label device_hint{"device_hint"};
 

@@ -25,9 +25,7 @@ void configure_IO_lite::attach_wiring() {
 }
 
 void configure_IO_lite::show_wiring() {
-    const int port = shown_com_port();
-    Device_txt.set_caption("COM" + decimal(port) + " is wired to:");
-    Device_txt.set_text(wiring_.device(port));
+    Device_txt.set_text(wiring_.device(shown_com_port()));
     show_found_device();
 }
 

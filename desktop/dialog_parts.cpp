@@ -1,0 +1,123 @@
+#include "desktop/dialog_parts.h"
+
+#include <QCheckBox>
+#include <QFontMetrics>
+#include <QGridLayout>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QRadioButton>
+
+namespace kelvane {
+
+namespace {
+
+int width_of(const QWidget& widget, int characters) {
+    return widget.fontMetrics().horizontalAdvance(QString(characters, '0'));
+}
+
+template <typename Widget, typename Bound>
+Widget* bound(Bound& control, char key) {
+    auto* widget = new Widget;
+    widget->setText(with_access_key(control, key));
+    bind(control, *widget);
+    return widget;
+}
+
+}  // namespace
+
+QString with_access_key(const Control& control, char key) {
+    QString text = to_screen(control.caption());
+    const auto position = key == 0 ? -1 : text.indexOf(QLatin1Char(key));
+    return position < 0 ? text : text.insert(position, '&');
+}
+
+QCheckBox* check_box_of(Check_box& control, char key) {
+    return bound<QCheckBox>(control, key);
+}
+
+QRadioButton* option_of(Option_button& control, char key) {
+    return bound<QRadioButton>(control, key);
+}
+
+QPushButton* button_of(Button& control, char key) {
+    auto* button = bound<QPushButton>(control, key);
+    button->setAutoDefault(false);
+    return button;
+}
+
+QLineEdit* field_of(Text_box& control, int characters, Text_form form) {
+    auto* field = new QLineEdit;
+    bind(control, *field, form);
+    field->setMinimumWidth(width_of(*field, characters + 2));
+    return field;
+}
+
+QListWidget* list_of(List_box& control, int rows, int characters) {
+    auto* list = new QListWidget;
+    bind(control, *list);
+    constexpr int scroll_bar_and_margins = 5;
+    list->setMinimumWidth(width_of(*list, characters + scroll_bar_and_margins));
+    list->setMinimumHeight(rows * (list->fontMetrics().lineSpacing() + 2));
+    list->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Expanding);
+    return list;
+}
+
+QLabel* label_of(const Control& control, QWidget& widget, char key) {
+    auto* label = new QLabel(with_access_key(control, key));
+    label->setBuddy(&widget);
+    return label;
+}
+
+QLabel* hint_of(Label& control) {
+    auto* hint = new QLabel;
+    bind(control, *hint);
+    hint->setWordWrap(true);
+    hint->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+    hint->setMinimumHeight(hint->fontMetrics().lineSpacing());
+    QSizePolicy policy = hint->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    hint->setSizePolicy(policy);
+    return hint;
+}
+
+QGroupBox* group_of(const QString& title, QLayout* layout) {
+    auto* group = new QGroupBox(title);
+    group->setLayout(layout);
+    return group;
+}
+
+QHBoxLayout* row_of(std::initializer_list<QWidget*> widgets) {
+    auto* row = new QHBoxLayout;
+    for (QWidget* widget : widgets) {
+        row->addWidget(widget, widget == *widgets.begin() ? 1 : 0);
+    }
+    return row;
+}
+
+QVBoxLayout* column_of(std::initializer_list<QWidget*> widgets) {
+    auto* column = new QVBoxLayout;
+    for (QWidget* widget : widgets) {
+        column->addWidget(widget);
+    }
+    column->addStretch();
+    return column;
+}
+
+QVBoxLayout* labelled(const Control& control, QWidget& widget, char key) {
+    auto* column = new QVBoxLayout;
+    column->addWidget(label_of(control, widget, key));
+    column->addWidget(&widget, 1);
+    return column;
+}
+
+QDialogButtonBox* foot_of(std::initializer_list<QPushButton*> buttons) {
+    auto* foot = new QDialogButtonBox;
+    for (QPushButton* button : buttons) {
+        foot->addButton(button, QDialogButtonBox::ActionRole);
+        button->setDefault(button == *buttons.begin());
+    }
+    return foot;
+}
+
+}  // namespace kelvane
