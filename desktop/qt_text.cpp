@@ -1,17 +1,18 @@
 #include "desktop/qt_text.h"
 
-#include <QStringDecoder>
+#include <QByteArrayView>
 
 namespace kelvane {
 
+Text_form text_form_of(std::string_view bytes) {
+    const auto size = static_cast<qsizetype>(bytes.size());
+    return QByteArrayView(bytes.data(), size).isValidUtf8() ? Text_form::name : Text_form::latin1;
+}
+
 QString to_screen(std::string_view bytes, Text_form form) {
     const auto size = static_cast<qsizetype>(bytes.size());
-    if (form == Text_form::name) {
-        QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-        QString text = utf8(QByteArrayView(bytes.data(), size));
-        if (!utf8.hasError()) {
-            return text;
-        }
+    if (form == Text_form::name && text_form_of(bytes) == Text_form::name) {
+        return QString::fromUtf8(bytes.data(), size);
     }
     return QString::fromLatin1(bytes.data(), size);
 }

@@ -13,6 +13,9 @@ enum class Text_form {
     name,    ///< UTF-8 when the bytes are that, else Latin-1; for file and machine names, messages
 };
 
+/// `name` for bytes that are UTF-8 (plain ASCII included), else `latin1`.
+Text_form text_form_of(std::string_view bytes);
+
 /// The characters of `bytes`.
 QString to_screen(std::string_view bytes, Text_form form = Text_form::name);
 

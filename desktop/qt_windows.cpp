@@ -46,9 +46,9 @@ void Qt_windows::build(Entry& entry) {
     QWidget& window = *entry.window;
     window.setObjectName(to_screen(entry.form->name()));
     window.setWindowTitle(to_screen(entry.form->caption()));
-    QWidget* main_window = front_window();
-    if (main_window != nullptr && main_window != &window) {
-        window.setParent(main_window, window.windowFlags());
+    QWidget* owner = main_window();
+    if (owner != nullptr && owner != &window) {
+        window.setParent(owner, window.windowFlags());
     }
     Event_filter::install(window, [&form = *entry.form, &window](QEvent& event) {
         return close_by_form(form, window, event);
@@ -63,8 +63,16 @@ QWidget* Qt_windows::window_of(const Form& form) {
     return entry == nullptr ? nullptr : entry->window.get();
 }
 
-QWidget* Qt_windows::front_window() const {
+QWidget* Qt_windows::main_window() const {
     return entries_.empty() ? nullptr : entries_.front().window.get();
+}
+
+QWidget* Qt_windows::active_window() const {
+    if (QWidget* active = QApplication::activeWindow()) {
+        return active;
+    }
+    QWidget* owner = main_window();
+    return owner != nullptr && owner->isVisible() ? owner : nullptr;
 }
 
 void Qt_windows::show(Form& form, bool modal) {

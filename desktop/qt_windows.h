@@ -39,8 +39,9 @@ class Qt_windows : public Window_system {
     [[nodiscard]] bool ended() const { return ended_; }
     /// The form's window, built if need be; null for a form that has none.
     QWidget* window_of(const Form& form);
-    /// The main window if it has been built: what a message stands before.
-    [[nodiscard]] QWidget* front_window() const;
+    /// The window that a message or a system dialog stands before; null when none is shown.
+    [[nodiscard]] QWidget* active_window() const;
+    [[nodiscard]] bool hourglass() const { return hourglass_; }
     /// Ends all windows, so that the forms may end.
     void clear();
 
@@ -51,12 +52,29 @@ class Qt_windows : public Window_system {
         std::unique_ptr<QWidget> window;
     };
     Entry* entry_of(const Form& form);
+    [[nodiscard]] QWidget* main_window() const;
     void build(Entry& entry);
 
     Event_loop& loop_;
     std::vector<Entry> entries_;
     bool hourglass_ = false;
     bool ended_ = false;
+};
+
+/// Shows the usual pointer, in place of an hourglass, as long as it lives: for dialogs that a
+/// working routine shows.
+class Usual_pointer {
+  public:
+    explicit Usual_pointer(Qt_windows& windows) : windows_(windows), was_(windows.hourglass()) {
+        windows_.set_hourglass(false);
+    }
+    Usual_pointer(const Usual_pointer&) = delete;
+    Usual_pointer& operator=(const Usual_pointer&) = delete;
+    ~Usual_pointer() { windows_.set_hourglass(was_); }
+
+  private:
+    Qt_windows& windows_;
+    bool was_;
 };
 
 }  // namespace kelvane

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <functional>
+
+class QObject;
+
+namespace kelvane {
+
+/// From now on SIGTERM, SIGINT and SIGHUP run `close` from the event loop, as long as `owner`
+/// exists; there is one owner at a time.
+void on_end_signals(QObject& owner, std::function<void()> close);
+
+}  // namespace kelvane

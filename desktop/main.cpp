@@ -1,0 +1,96 @@
+#include <QApplication>
+#include <exception>
+#include <string>
+
+#include "desktop/advanced_dialog.h"
+#include "desktop/configure_dialog.h"
+#include "desktop/directories_dialog.h"
+#include "desktop/disk_files.h"
+#include "desktop/end_signals.h"
+#include "desktop/information_dialog.h"
+#include "desktop/main_window.h"
+#include "desktop/page_layout_dialog.h"
+#include "desktop/qt_desktop_services.h"
+#include "desktop/qt_event_loop.h"
+#include "desktop/qt_file_dialog.h"
+#include "desktop/qt_message_box.h"
+#include "desktop/qt_printer.h"
+#include "desktop/qt_serial_port.h"
+#include "desktop/qt_windows.h"
+#include "desktop/resequence_dialog.h"
+#include "desktop/select_device_dialog.h"
+#include "program/program.h"
+
+namespace {
+
+using namespace kelvane;
+
+/// The last defence: what no routine has caught ends the event in which it happened, not the
+/// program.
+class Application : public QApplication {
+  public:
+    using QApplication::QApplication;
+    bool notify(QObject* receiver, QEvent* event) override {
+        try {
+            return QApplication::notify(receiver, event);
+        } catch (const std::exception& fault) {
+            qCritical("Unexpected fault: %s", fault.what());
+        } catch (...) {
+            qCritical("Unexpected fault");
+        }
+        return true;
+    }
+};
+
+/// The arguments that Qt has left, byte for byte.
+std::string joined_arguments(int count, char** arguments) {
+    std::string joined;
+    for (int i = 1; i < count; ++i) {
+        joined += (i == 1 ? "" : " ") + std::string(arguments[i]);
+    }
+    return joined;
+}
+
+void add_windows(Qt_windows& windows, Program& program) {
+    windows.add(program.window, make_main_window);
+    windows.add(program.configure_form, make_configure_dialog);
+    windows.add(program.advanced_form, make_advanced_dialog);
+    windows.add(program.select_device_form, make_select_device_dialog);
+    windows.add(program.directories_form, make_directories_dialog);
+    windows.add(program.set_directory_form, make_set_directory_dialog);
+    windows.add(program.information_form, make_information_dialog);
+    windows.add(program.page_layout_form, make_page_layout_dialog);
+    windows.add(program.resequence_form, make_resequence_dialog);
+}
+
+/// Ends the windows while the forms that they show still exist.
+struct Window_end {
+    Qt_windows& windows;
+    ~Window_end() { windows.clear(); }
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    Application application(argc, argv);
+    Application::setApplicationName("kelvane-lite");
+    Application::setApplicationDisplayName(QString::fromLatin1(product_name.data()));
+    Application::setQuitOnLastWindowClosed(false);
+
+    Qt_event_loop loop;
+    Disk_files files(find_program_directory());
+    Qt_windows windows(loop);
+    Qt_message_box message_box(windows);
+    Qt_file_dialog file_dialog(windows);
+    Qt_printer printer(files);
+    Qt_serial_port port(loop, files);
+    Qt_desktop_services desktop(joined_arguments(argc, argv), files.program_directory());
+    Platform platform{loop, windows, message_box, file_dialog, printer, port, desktop, files};
+
+    Program program(platform);
+    const Window_end window_end{windows};
+    add_windows(windows, program);
+    on_end_signals(application, [&program] { program.window.close(); });
+    program.start();
+    return windows.ended() ? 0 : Application::exec();
+}

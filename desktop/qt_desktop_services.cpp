@@ -1,0 +1,93 @@
+#include "desktop/qt_desktop_services.h"
+
+#include <QApplication>
+#include <QCollator>
+#include <QDateTime>
+#include <QLocale>
+#include <QSerialPortInfo>
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+#include <utility>
+
+#include "desktop/qt_text.h"
+#include "platform/files.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr mode_t lock_mode = 0666;
+
+std::string short_date(const QDate& date) {
+    return from_screen(QLocale::system().toString(date, QLocale::ShortFormat), Text_form::name);
+}
+
+std::string short_time(const QTime& time) {
+    return from_screen(QLocale::system().toString(time, QLocale::ShortFormat), Text_form::name);
+}
+
+Serial_device device_of(const QSerialPortInfo& info) {
+    QStringList words = {info.description(), info.manufacturer()};
+    words.removeAll(QString());
+    words.removeDuplicates();
+    return {info.systemLocation().toStdString(), words.join(", ").toStdString()};
+}
+
+}  // namespace
+
+Qt_desktop_services::Qt_desktop_services(std::string command_line, std::string program_directory)
+    : command_line_(std::move(command_line)),
+      lock_path_(path_in(program_directory, "Kelvane Lite lock")) {}
+
+Qt_desktop_services::~Qt_desktop_services() {
+    if (lock_ >= 0) {
+        ::close(lock_);
+    }
+}
+
+void Qt_desktop_services::beep() {
+    QApplication::beep();
+}
+
+std::string Qt_desktop_services::date_text() const {
+    return short_date(QDate::currentDate());
+}
+
+std::string Qt_desktop_services::time_text() const {
+    return short_time(QTime::currentTime());
+}
+
+std::string Qt_desktop_services::stamp_text(std::time_t stamp) const {
+    const QDateTime time = QDateTime::fromSecsSinceEpoch(stamp);
+    return short_date(time.date()) + " " + short_time(time.time());
+}
+
+bool Qt_desktop_services::another_instance_runs() {
+    if (lock_ >= 0) {
+        return false;
+    }
+    lock_ = ::open(lock_path_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, lock_mode);
+    const bool taken = lock_ >= 0 && ::flock(lock_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    if (taken) {
+        ::close(std::exchange(lock_, -1));
+    }
+    return taken;
+}
+
+std::vector<Serial_device> Qt_desktop_services::serial_devices() const {
+    std::vector<Serial_device> devices;
+    for (const QSerialPortInfo& info : QSerialPortInfo::availablePorts()) {
+        devices.push_back(device_of(info));
+    }
+    QCollator by_number;
+    by_number.setNumericMode(true);
+    std::sort(devices.begin(), devices.end(), [&](const auto& a, const auto& b) {
+        return by_number.compare(to_screen(a.path), to_screen(b.path)) < 0;
+    });
+    return devices;
+}
+
+}  // namespace kelvane

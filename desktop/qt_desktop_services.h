@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+
+#include "platform/desktop_services.h"
+
+namespace kelvane {
+
+/// Sound, dates, arguments, devices, and the lock of the program directory.
+class Qt_desktop_services : public Desktop_services {
+  public:
+    /// `command_line` has Qt's own arguments taken out already.
+    Qt_desktop_services(std::string command_line, std::string program_directory);
+    Qt_desktop_services(const Qt_desktop_services&) = delete;
+    Qt_desktop_services& operator=(const Qt_desktop_services&) = delete;
+    ~Qt_desktop_services() override;
+
+    void beep() override;
+    [[nodiscard]] std::string date_text() const override;
+    [[nodiscard]] std::string time_text() const override;
+    [[nodiscard]] std::string stamp_text(std::time_t stamp) const override;
+    [[nodiscard]] std::string command_line() const override { return command_line_; }
+    /// The lock is the kernel's and ends with the process, however that ends.
+    [[nodiscard]] bool another_instance_runs() override;
+    [[nodiscard]] std::vector<Serial_device> serial_devices() const override;
+
+  private:
+    std::string command_line_;
+    std::string lock_path_;
+    int lock_ = -1;
+};
+
+}  // namespace kelvane

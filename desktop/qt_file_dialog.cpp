@@ -1,0 +1,83 @@
+#include "desktop/qt_file_dialog.h"
+
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <algorithm>
+#include <utility>
+
+#include "desktop/qt_text.h"
+#include "frame/file_filter.h"
+
+namespace kelvane {
+
+namespace {
+
+QString from_path(const std::string& path) {
+    return QFile::decodeName(QByteArray::fromStdString(path));
+}
+
+/// "NC programs", "*.nc;*.tap" as Qt has it: "NC programs (*.nc *.tap)".
+QString qt_filter(const std::pair<std::string, std::string>& pair) {
+    QString patterns = to_screen(pair.second);
+    return to_screen(pair.first) + " (" + patterns.replace(';', ' ') + ")";
+}
+
+}  // namespace
+
+QString Qt_file_dialog::first_folder() {
+    if (last_folder_.isEmpty() || shown_initial_directory_ != initial_directory) {
+        shown_initial_directory_ = initial_directory;
+        return from_path(initial_directory);
+    }
+    return last_folder_;
+}
+
+void Qt_file_dialog::set_filters(QFileDialog& dialog) const {
+    QStringList filters;
+    for (const auto& pair : filter_pairs(filter)) {
+        filters << qt_filter(pair);
+    }
+    if (filters.isEmpty()) {
+        return;
+    }
+    dialog.setNameFilters(filters);
+    const auto index = std::clamp<qsizetype>(filter_index - 1, 0, filters.size() - 1);
+    dialog.selectNameFilter(filters[index]);
+}
+
+std::optional<std::string> Qt_file_dialog::run(QFileDialog& dialog) {
+    const Usual_pointer usual_pointer(windows_);
+    if (windows_.ended() || dialog.exec() != QDialog::Accepted ||
+        dialog.selectedFiles().isEmpty()) {
+        return std::nullopt;
+    }
+    return QFile::encodeName(dialog.selectedFiles().first()).toStdString();
+}
+
+std::optional<std::string> Qt_file_dialog::choose_file(File_purpose purpose) {
+    const bool save = purpose == File_purpose::save;
+    QFileDialog dialog(windows_.active_window(), save ? "Save as" : "Open", first_folder());
+    dialog.setObjectName("file_dialog");
+    dialog.setOptions(QFileDialog::DontUseNativeDialog | QFileDialog::DontConfirmOverwrite);
+    dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    set_filters(dialog);
+    auto path = run(dialog);
+    if (path) {
+        last_folder_ = QFileInfo(from_path(*path)).path();
+        const auto chosen = dialog.nameFilters().indexOf(dialog.selectedNameFilter());
+        filter_index = static_cast<int>(std::max<qsizetype>(chosen, 0)) + 1;
+    }
+    return path;
+}
+
+std::optional<std::string> Qt_file_dialog::choose_folder(const std::string& start) {
+    QFileDialog dialog(windows_.active_window(), "Choose a folder", from_path(start));
+    dialog.setObjectName("folder_dialog");
+    dialog.setOptions(QFileDialog::DontUseNativeDialog | QFileDialog::ShowDirsOnly);
+    dialog.setFileMode(QFileDialog::Directory);
+    return run(dialog);
+}
+
+}  // namespace kelvane

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+
+#include "desktop/qt_windows.h"
+#include "platform/file_dialog.h"
+
+class QFileDialog;
+
+namespace kelvane {
+
+/// Qt's own file dialog: a desktop's would not let the operator name a file that does not exist
+/// when it is to be opened, which the program answers itself. It begins in the folder of the last
+/// choice, or in the initial directory when that has changed since.
+class Qt_file_dialog : public File_dialog {
+  public:
+    explicit Qt_file_dialog(Qt_windows& windows) : windows_(windows) {}
+    [[nodiscard]] std::optional<std::string> choose_file(File_purpose purpose) override;
+    [[nodiscard]] std::optional<std::string> choose_folder(const std::string& start) override;
+
+  private:
+    [[nodiscard]] QString first_folder();
+    void set_filters(QFileDialog& dialog) const;
+    [[nodiscard]] std::optional<std::string> run(QFileDialog& dialog);
+
+    Qt_windows& windows_;
+    std::string shown_initial_directory_;
+    QString last_folder_;
+};
+
+}  // namespace kelvane
