@@ -88,7 +88,7 @@ bool Console::interrupted() {
 }
 
 std::optional<Outcome> Console::idle() {
-    const std::optional<Outcome> end = line_.wait(never);
+    const std::optional<Outcome> end = line_.wait(orders_.empty() ? never : Clock::now());
     if (end && (*end != Outcome::stopped || end_requested)) {
         return end;
     }

@@ -77,20 +77,24 @@ std::optional<Outcome> Line::wait(Time until) {
     return end_reason();
 }
 
+bool Line::cut() const {
+    return settings_.hang_up_after > 0 && passed_ >= settings_.hang_up_after;
+}
+
 bool Line::room() const {
     return arrivals_.size() < read_ahead;
 }
 
 Time Line::next_event() const {
-    Time next = never;
+    Time next = cut() ? Time{} : never;
     if (!arrivals_.empty()) {
         const std::size_t refill = room() ? arrivals_.size() : read_ahead / 2;
         const std::size_t count = std::min(std::max<std::size_t>(look_after_, 1), refill);
-        next = arrivals_[count - 1].at;
+        next = std::min(next, arrivals_[count - 1].at);
     }
     if (!departures_.empty() && !blocked_) {
-        // Several characters a step at high speeds; the last of the step is on time.
-        const auto step = static_cast<std::size_t>(milliseconds(1) / character_time_);
+        // Several characters a step; the last of the step is on time.
+        const auto step = static_cast<std::size_t>(milliseconds(4) / character_time_);
         const std::size_t count = std::clamp<std::size_t>(step, 1, departures_.size());
         next = std::min(next, departures_[count - 1].at);
     }
@@ -142,7 +146,7 @@ void Line::take_from_terminal() {
 }
 
 std::optional<Arrival> Line::peek() const {
-    const bool arrived = !arrivals_.empty() && arrivals_.front().at <= Clock::now();
+    const bool arrived = !cut() && !arrivals_.empty() && arrivals_.front().at <= Clock::now();
     return arrived ? std::optional(arrivals_.front()) : std::nullopt;
 }
 
@@ -193,7 +197,7 @@ void Line::release_due() {
 }
 
 std::optional<Outcome> Line::end_reason() {
-    if (settings_.hang_up_after > 0 && passed_ >= settings_.hang_up_after) {
+    if (cut()) {
         terminal_.close();
         return Outcome::hung_up;
     }

@@ -74,6 +74,7 @@ class Line {
 
   private:
     [[nodiscard]] Time next_event() const;
+    [[nodiscard]] bool cut() const;
     [[nodiscard]] bool room() const;
     void sleep_until(Time until);
     void look_for_partner(bool present);

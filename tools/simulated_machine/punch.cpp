@@ -131,10 +131,10 @@ void Punch::hold(Time now) {
     }
 }
 
-// A step ahead of the line, so that waking late leaves no gap.
+// So far ahead of the line that waking late leaves no gap.
 void Punch::feed() {
     using std::chrono::milliseconds;
-    const auto per_step = static_cast<std::size_t>(milliseconds(4) / line_.character_time());
+    const auto per_step = static_cast<std::size_t>(milliseconds(50) / line_.character_time());
     const std::size_t ahead = options_.full_speed ? 4096 : std::max<std::size_t>(2, per_step);
     if (position_ == 0 && !tape_.empty()) {
         first_start_ = Clock::now();
