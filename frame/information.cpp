@@ -18,7 +18,7 @@ void Thank_you_form_lite::show_information(int item) {
     const Information_text& chosen = texts[static_cast<std::size_t>(item)];
     std::string body(chosen.body);
     if (item == 0) {
-        body.append("\nVersion ").append(program_version()).append("\n");
+        body.insert(body.find('\n'), "\n\nVersion " + std::string(program_version()));
     }
     set_caption(std::string(chosen.title));
     text.set_caption(std::move(body));
