@@ -27,7 +27,7 @@ std::string program(int targets) {
     std::string text;
     for (int line = 1; line <= line_count; ++line) {
         const std::string number = std::to_string(line);
-        text += "N" + number + " G1 X" + number + ".125 Y-3.21 F250";
+        text.append("N").append(number).append(" G1 X").append(number).append(".125 Y-3.21 F250");
         if (targets > 0 && line % 1000 == 0) {
             text += " GOTO" + std::to_string(line / 1000 % targets * 997 + 1);
         }

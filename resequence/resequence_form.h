@@ -24,7 +24,7 @@ class resequence_form_lite : public Form {
     Check_box chk_leading_zeros{"chk_leading_zeros", "leading zeros - # digits:"};
     Text_box digits_txt{"digits_txt"};
     Scroll_bar VScroll1{"VScroll1", 1, 8};  ///< follows `digits_txt`, and moves it
-    Text_box N_character_txt{"N_character_txt", "Character(s) to use as \"N\":"};
+    Text_box N_character_txt{"N_character_txt", R"(Character(s) to use as "N":)"};
     Check_box chk_add_space{"chk_add_space", "Add space after N number"};
     Check_box Chk_Ns_only{"Chk_Ns_only", "Only lines with N-numbers"};
     Check_box chk_t_codes{"chk_t_codes", "Only lines with T-codes"};
@@ -34,9 +34,9 @@ class resequence_form_lite : public Form {
     Check_box chk_comments2{"chk_comments2", "Resequence lines within  [  ]"};
     Check_box chk_gotos{"chk_gotos", "Resequence Fanuc GOTOs"};
     Check_box Chk_Dynapath{"Chk_Dynapath", "Decimal N nos.  (Dynapath)"};
-    Check_box Chk_OsameasN{"Chk_OsameasN", "Treat \"O\" blocks like \"N\""};
+    Check_box Chk_OsameasN{"Chk_OsameasN", R"(Treat "O" blocks like "N")"};
     Label Cincinnati_frame{"Cincinnati_frame", "For Cincinnati CNCs"};
-    Check_box Chk_HwithW{"Chk_HwithW", "Use \"H\" on lines with \"W\""};
+    Check_box Chk_HwithW{"Chk_HwithW", R"(Use "H" on lines with "W")"};
     Check_box chk_Add_to{"chk_Add_to", "Add"};
     Text_box Add_to_txt{"Add_to_txt"};
     Label Add_to_label{"Add_to_label", "  to every line"};
