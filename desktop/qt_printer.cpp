@@ -174,11 +174,9 @@ bool Qt_printer::print(std::string_view text) {
 
 bool Qt_printer::draw_barcode(std::string_view text, int rows, int columns) {
     const auto modules = code39_modules(text);
-    if (!document_ || modules.empty()) {
-        return failed("Code 39 cannot hold the text " + std::string(text));
-    }
-    const Page_metrics metrics(*document_->printer, document_->fit);
-    if (metrics.module_width(font_, columns, modules.size()) == 0) {
+    if (!document_ || modules.empty() ||
+        Page_metrics(*document_->printer, document_->fit)
+                .module_width(font_, columns, modules.size()) == 0) {
         return failed("The text is too long for bars that can be read: " + std::string(text));
     }
     document_->page.push_back({font_, std::string(text), rows, columns});
@@ -238,8 +236,8 @@ void Qt_printer::abort_document() {
     if (!document || !document->painter.isActive()) {
         return;
     }
-    // The printing service takes the spooled file when the painter ends, and has no call to keep it
-    // from that: without the file nothing is queued.
+    // The printing service takes the spooled file when the painter ends, and Qt has no call to keep
+    // it from that: without the file the job is cancelled empty.
     if (!document->printer->abort()) {
         document->spool.remove();
     }
