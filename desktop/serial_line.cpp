@@ -109,7 +109,8 @@ void set_driver_handshaking(int handle, const Port_settings& settings) {
     const bool hardware = by == Handshaking::rts_cts || by == Handshaking::both;
     line.c_iflag &= ~static_cast<tcflag_t>(IXON | IXOFF | IXANY);
     line.c_cflag &= ~static_cast<tcflag_t>(CRTSCTS);
-    line.c_iflag |= software ? static_cast<tcflag_t>(IXON | IXOFF) : 0;
+    const tcflag_t obeying = settings.transparent ? 0 : IXON;
+    line.c_iflag |= software ? static_cast<tcflag_t>(IXOFF) | obeying : 0;
     line.c_cflag |= hardware ? static_cast<tcflag_t>(CRTSCTS) : 0;
     line.c_cc[VSTART] = static_cast<cc_t>(settings.xon);
     line.c_cc[VSTOP] = static_cast<cc_t>(settings.xoff);

@@ -16,6 +16,9 @@ struct Port_settings {
     std::string settings;  ///< baud, parity letter, data bits, stop bits: "9600,N,8,1"
     Handshaking handshaking = Handshaking::none;  ///< of the driver; for receiving only
     bool null_discard = false;                    ///< NUL bytes that arrive are thrown away
+    /// Every byte that arrives is data, DC1 and DC3 too: the driver may hold the machine back, but
+    /// takes nothing that the machine sends as a handshake.
+    bool transparent = false;
     std::size_t in_buffer_size = 4096;
     std::size_t out_buffer_size = 512;
     char xon = '\x11';  ///< what the driver sends and obeys under Xon/Xoff

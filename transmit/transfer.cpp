@@ -77,7 +77,8 @@ Port_settings Transfer::port_settings(int mode) const {
     port.com_port = settings_.com_port;
     port.settings = port_settings_text(settings_, state_.TX_code);
     port.handshaking = mode == receive ? settings_.handshaking : Handshaking::none;
-    port.null_discard = mode == receive ? !state_.RX_binary : state_.TX_binary == 0;
+    port.transparent = mode == receive ? state_.RX_binary : state_.TX_binary != 0;
+    port.null_discard = !port.transparent;
     port.xon = state_.Xon_char;
     port.xoff = state_.Xoff_char;
     return port;
