@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QPlainTextEdit>
 #include <QTimer>
+#include <functional>
 
 #include "desktop/qt_text.h"
 #include "desktop/text_map.h"
@@ -21,6 +22,8 @@ class Program_view : public QPlainTextEdit {
 
     /// "" when all of the text is shown, else which part.
     [[nodiscard]] QString part_text() const;
+    /// True while a change waits to be shown.
+    [[nodiscard]] bool refresh_is_pending() const { return refresh_timer_.isActive(); }
     /// Called when `part_text` may have changed.
     std::function<void()> on_part_changed;
 
