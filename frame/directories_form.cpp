@@ -50,6 +50,10 @@ std::string without_separators(std::string text) {
     return text;
 }
 
+std::string type_text(std::string text, const std::string& pattern) {
+    return text.append("  (").append(pattern).append(")");
+}
+
 }  // namespace
 
 directories_form_lite::directories_form_lite(Platform& platform, Shared_state& state,
@@ -107,7 +111,7 @@ void directories_form_lite::show_types(int selected) {
     std::vector<std::string> types;
     std::vector<std::string> descriptions;
     for (const auto& [description, pattern] : types_) {
-        types.push_back(description + "  (" + pattern + ")");
+        types.push_back(type_text(description, pattern));
         descriptions.push_back(description);
     }
     Types_lst.set_items(std::move(types));

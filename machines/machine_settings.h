@@ -58,32 +58,34 @@ constexpr std::string_view choice(const std::array<std::string_view, Size>& choi
 /// new machine. Texts are kept as the file has them; who uses one takes its number or decodes its
 /// control characters.
 struct MachineSettings {
-    int com_port = lowest_com_port;     ///< as read: may lie outside 1..128
-    int baud_index = 3;                 ///< in `baud_rates`; as read: may lie outside
-    int stop_bits_index = 2;            ///< in `stop_bit_choices`; as read: may lie outside
-    int tape_code = ascii_even;         ///< always a `Tape_code`
-    int handshake = xon_xoff;           ///< always a `Handshake`
-    int end_of_block = eob_cr_lf;       ///< an `End_of_block`
+    int com_port = lowest_com_port;  ///< as read: may lie outside 1..128
+    int baud_index = 3;              ///< in `baud_rates`; as read: may lie outside
+    int stop_bits_index = 2;         ///< in `stop_bit_choices`; as read: may lie outside
+    int tape_code = ascii_even;      ///< always a `Tape_code`
+    int handshake = xon_xoff;        ///< always a `Handshake`
+    int end_of_block = eob_cr_lf;    ///< an `End_of_block`
+    int separate_files = 0;          ///< 1: a received file per program number
+
     std::string custom_end_of_block;    ///< meaningful with `eob_custom`; control notation
     std::string leader = "%LFCR";       ///< sent before the program; control notation
     std::string trailer = "%";          ///< sent after it; control notation
-    bool ignore_before = true;          ///< received data before the first end of block
-    bool ignore_after = true;           ///< received data after the last one
-    bool man_readables = false;         ///< a leader that can be read on the tape
     std::string handshake_check = "5";  ///< characters between two looks; never empty or 0
-    bool auto_code_recognition = true;  ///< of received data
-    std::string skip_starting_with;     ///< sending
+    std::string skip_starting_with;     ///< a sent line is cut before it
     std::string timeout = "3";          ///< end of a reception, in seconds
-    bool until_aborted = false;         ///< a reception ends only by Stop
     std::string send_mask;              ///< characters never sent; control notation
     std::string skip_up_to;             ///< receiving; control notation
-    int separate_files = 0;             ///< 1: a received file per program number
     std::string character_delay = "0";  ///< ms
-    bool delete_blank_lines = false;    ///< sending
-    bool tv_parity = false;             ///< lines padded to an even length
     std::string block_delay = "0";      ///< ms
     std::string receive_mask;           ///< characters never stored; control notation
     std::string skip_lines_containing;  ///< sending
+
+    bool ignore_before = true;          ///< received data before the first end of block
+    bool ignore_after = true;           ///< received data after the last one
+    bool man_readables = false;         ///< a leader that can be read on the tape
+    bool auto_code_recognition = true;  ///< of received data
+    bool until_aborted = false;         ///< a reception ends only by Stop
+    bool delete_blank_lines = false;    ///< sending
+    bool tv_parity = false;             ///< lines padded to an even length
     bool eight_data_bits = false;
 };
 
