@@ -353,6 +353,23 @@ TEST(Simulated_machine, a_switchbox_keeps_both_sides_apart_until_selected) {
     EXPECT_EQ(machine.file("wire"), even_wire);
 }
 
+TEST(Simulated_machine, pauses_where_told_and_stops_right_after_percent) {
+    Machine machine({"--code", "none", "--baud", "115200", "--pause-at", "4", "--pause-ms", "300",
+                     "--dc3-after-percent", "--read", "out.nc"});
+    machine.open_line();
+    EXPECT_EQ(machine.receive(1, 3s), "\x11");
+    EXPECT_TRUE(machine.send("%\nO1"));
+    EXPECT_EQ(machine.receive(1, 3s), "\x13");
+    const auto paused = steady_clock::now();
+    EXPECT_EQ(machine.receive(1, 3s), "\x11");
+    EXPECT_GE(steady_clock::now() - paused, 250ms);
+    EXPECT_TRUE(machine.send("\n(50% FEED)\n%"));
+    EXPECT_EQ(machine.receive(1, 200ms), "\x13");
+    machine.close_line();
+    EXPECT_EQ(machine.exit_status(), 0);
+    EXPECT_EQ(machine.file("out.nc"), "%\r\nO1\r\n(50% FEED)\r\n%");
+}
+
 TEST(Simulated_machine, dc2_is_repeated_until_xon_answers_it) {
     Machine machine({"--dc2-until-answered", "--leader", "0", "--trailer", "0", "--punch", "in.nc"},
                     short_program);

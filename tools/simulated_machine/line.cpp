@@ -4,6 +4,7 @@
 #include <array>
 #include <csignal>
 #include <poll.h>
+#include <sched.h>
 #include <span>
 #include <utility>
 
@@ -47,6 +48,11 @@ Duration time_of_character(const Line_settings& settings) {
 }
 
 }  // namespace
+
+void run_punctually() {
+    const sched_param least{::sched_get_priority_min(SCHED_RR)};
+    static_cast<void>(::sched_setscheduler(0, SCHED_RR, &least));
+}
 
 void catch_signals(bool with_orders) {
     sigset_t blocked;
@@ -105,7 +111,7 @@ void Line::sleep_until(Time until) {
     if (!present_) {
         until = std::min(until, Clock::now() + look_interval);
     }
-    const short events = static_cast<short>((room() ? POLLIN : 0) | (blocked_ ? POLLOUT : 0));
+    const auto events = static_cast<short>((room() ? POLLIN : 0) | (blocked_ ? POLLOUT : 0));
     std::array<pollfd, 2> watched{
         {{present_ ? terminal_.descriptor() : -1, events, 0}, {watched_, POLLIN, 0}}};
     timespec timeout{};
@@ -117,10 +123,12 @@ void Line::sleep_until(Time until) {
         limit = &timeout;
     }
     const sigset_t open_to = signals_while_waiting();
+    const Time due = std::max(until, Clock::now());
     const int count = ::ppoll(watched.data(), watched.size(), limit, &open_to);
     if (count > 0 && (watched[0].revents & POLLOUT) != 0) {
         blocked_ = false;
     }
+    late_ = std::max(late_, Clock::now() - due);
     look_for_partner(terminal_.partner_present());
 }
 
@@ -132,15 +140,18 @@ void Line::look_for_partner(bool present) {
     blocked_ = blocked_ && present;
 }
 
+// While characters are on the line the machine wakes at the end of the last one at the latest, so
+// what is found later still joined it: that the machine overslept is not the partner's fault.
 void Line::take_from_terminal() {
     if (!room()) {
         return;
     }
+    const bool joins = !arrivals_.empty();
     std::array<std::uint8_t, read_ahead> bytes{};
     const std::size_t count = terminal_.read(std::span(bytes).first(read_ahead - arrivals_.size()));
     const Time now = Clock::now();
     for (const std::uint8_t byte : std::span(bytes).first(count)) {
-        arrivals_free_ = std::max(arrivals_free_, now) + character_time_;
+        arrivals_free_ = (joins ? arrivals_free_ : std::max(arrivals_free_, now)) + character_time_;
         arrivals_.push_back({byte, arrivals_free_});
     }
 }

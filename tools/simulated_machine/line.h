@@ -68,6 +68,9 @@ class Line {
     /// When the last byte was handed over.
     [[nodiscard]] Time last_sent() const { return last_sent_; }
 
+    /// The most that a sleep has lasted too long: how far the figures of a run can be trusted.
+    [[nodiscard]] Duration late() const { return late_; }
+
     /// A second descriptor that ends a sleep, and the question asked afterwards whether the
     /// operator wants the job stopped.
     void watch(int descriptor, std::function<bool()> interruption);
@@ -90,6 +93,7 @@ class Line {
     std::deque<Arrival> departures_;
     Time departures_free_{};
     Time last_sent_{};
+    Duration late_{};
     std::size_t look_after_ = 1;
     std::size_t passed_ = 0;
     bool present_ = false;
@@ -104,6 +108,10 @@ class Line {
 extern std::atomic<bool> end_requested;
 extern std::atomic<bool> punch_requested;
 extern std::atomic<bool> read_requested;
+
+/// Puts this process before others when the system permits it, so that a busy computer does not
+/// make the emulated line slow.
+void run_punctually();
 
 /// Routes SIGTERM and SIGINT, and when asked SIGUSR1 and SIGUSR2, to the flags above. They are
 /// delivered only while a line waits.

@@ -27,6 +27,9 @@ Outcome run_machine(const Options& options) {
         return Outcome::trouble;
     }
     std::cout << terminal.partner_path() << std::endl;
+    if (!options.full_speed) {
+        run_punctually();
+    }
     const Time deadline = options.timeout.count() > 0 ? Clock::now() + options.timeout : never;
     Line line(terminal, {options.baud, options.stop_bits, options.full_speed, options.hang_up_after,
                          deadline});

@@ -151,6 +151,7 @@ void Punch::describe(Report& report, Outcome outcome) const {
     const std::size_t sent = position_ - std::min(position_, line_.unsent());
     add_line_use(report, sent, first_start_, line_.last_sent(), line_.character_time());
     report.add("xoffs", holds_);
+    report.add("late_ms_max", seconds(line_.late()) * 1000);
     report.add("held_seconds", seconds(held_time_));
     report.add("dc2_sent",
                options_.dc2_until_answered ? knocks_ : !options_.bare && !options_.binary);

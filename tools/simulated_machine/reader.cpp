@@ -194,6 +194,7 @@ void Reader::describe(Report& report, Outcome outcome) const {
     report.add("xoffs", after.size());
     report.add("after_xoff_max", after.empty() ? 0 : *std::ranges::max_element(after));
     report.add("after_xoff", joined(after));
+    report.add("late_ms_max", seconds(line_.late()) * 1000);
     report.add("held_seconds", seconds(flow_.held()));
     if (!message_.empty()) {
         report.add("message", message_);
