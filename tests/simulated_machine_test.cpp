@@ -43,6 +43,7 @@ class Machine {
         arguments.insert(arguments.begin(),
                          {SIMULATED_MACHINE, "--report", path("report"), "--timeout", "15"});
         std::vector<char*> argv;
+        argv.reserve(arguments.size() + 1);
         for (std::string& argument : arguments) {
             argv.push_back(argument.data());
         }

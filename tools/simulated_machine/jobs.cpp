@@ -41,10 +41,11 @@ Outcome read_job(const Options& options, Line& line, Contact& contact, const Job
     Report report;
     report.add("file", job.file);
     const Outcome outcome = reader.run(report);
-    if (!write_file(job.file, reader.content())) {
+    const bool anything = !reader.raw().empty();
+    if (anything && !write_file(job.file, reader.content())) {
         return complain(job.file, "cannot be written");
     }
-    if (!job.raw.empty() && !write_file(job.raw, reader.raw())) {
+    if (anything && !job.raw.empty() && !write_file(job.raw, reader.raw())) {
         return complain(job.raw, "cannot be written");
     }
     return deliver_report(options, report.text()) ? outcome
