@@ -18,6 +18,7 @@ std::vector<bool> code39_modules(std::string_view text) {
         return {};
     }
     std::vector<bool> modules;
+    modules.reserve(static_cast<std::size_t>(symbol->width));
     for (int module = 0; module < symbol->width; ++module) {
         modules.push_back(((symbol->encoded_data[0][module / 8] >> (module % 8)) & 1) != 0);
     }

@@ -70,7 +70,7 @@ struct Qt_printer::Document {
 Qt_printer::Qt_printer(Files& files) : files_(files) {}
 
 Qt_printer::~Qt_printer() {
-    abort_document();
+    drop_document();
 }
 
 void Qt_printer::set_font_name(const std::string& name) {
@@ -87,7 +87,7 @@ bool Qt_printer::font_available(const std::string& name) const {
 
 std::vector<std::string> Qt_printer::fixed_fonts() const {
     std::vector<std::string> names;
-    for (QString family : QFontDatabase::families()) {
+    for (const QString& family : QFontDatabase::families()) {
         if (QFontDatabase::isFixedPitch(family) && !QFontDatabase::isPrivateFamily(family)) {
             names.push_back(from_screen(family.section(" [", 0, 0)));
         }
@@ -232,6 +232,10 @@ bool Qt_printer::finish_paper(Document& document) {
 }
 
 void Qt_printer::abort_document() {
+    drop_document();
+}
+
+void Qt_printer::drop_document() {
     const auto document = std::exchange(document_, nullptr);
     if (!document || !document->painter.isActive()) {
         return;

@@ -47,6 +47,7 @@ class Qt_printer : public Printer {
     [[nodiscard]] std::shared_ptr<QPrinter> system_printer() const;
     [[nodiscard]] bool start_painting(Document& document);
     [[nodiscard]] bool paint_page();
+    void drop_document();
     [[nodiscard]] bool finish_paper(Document& document);
     [[nodiscard]] bool failed(std::string reason);
 

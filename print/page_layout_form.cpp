@@ -41,7 +41,7 @@ Number_field number_field(const char* name, const char* caption, const char* rea
 /// A program that fills a page of any layout, with a long line now and then.
 std::string sample_program() {
     std::string text = "%\nO1000 (SAMPLE)\n";
-    for (int block = 1; block <= lines_per_page_range.highest; ++block) {
+    for (std::int64_t block = 1; block <= lines_per_page_range.highest; ++block) {
         text += "N" + decimal(block * 10) + " G01 X" + decimal(block) + ".5 Y-20. F200";
         constexpr int long_every = 9;
         text += block % long_every == 0 ? " (" + std::string(100, 'X') + ")\n" : "\n";

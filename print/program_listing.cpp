@@ -188,7 +188,9 @@ Program_listing::Bars Program_listing::print_bars(const std::string& text) {
 }
 
 std::string Program_listing::margin() const {
-    return std::string(static_cast<std::size_t>(listing_margin(layout_)), ' ');
+    std::string blanks;
+    blanks.resize(static_cast<std::size_t>(listing_margin(layout_)), ' ');
+    return blanks;
 }
 
 void Program_listing::set_listing_font() {

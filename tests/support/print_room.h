@@ -57,6 +57,8 @@ class Print_room : public ::testing::Test {
         static QApplication application(count, arguments);
     }
 
+    Print_room() { window.state.Printer_font = "DejaVu Sans Mono"; }
+
     void print(const QString& name, const std::string& content) {
         window.state.filename = folder.filePath(name).toStdString();
         ASSERT_TRUE(files.replace(window.state.filename, content));
@@ -76,12 +78,12 @@ class Print_room : public ::testing::Test {
         return pages;
     }
 
-    /// The texts of a PDF file's pages in columns of 6 points, its margins of 10 mm cut off.
+    /// The texts of a PDF file's pages in columns of the test's font, its margins of 10 mm cut off.
     [[nodiscard]] static std::vector<std::string> pages_of(const QString& file) {
         std::vector<std::string> pages(1);
         for (const char character :
-             run_tool("pdftotext", {"-fixed", "6", "-x", "28", "-y", "28", "-W", "540", "-H", "786",
-                                    "-enc", "Latin1", file, "-"})) {
+             run_tool("pdftotext", {"-fixed", "6.02", "-x", "28", "-y", "28", "-W", "540", "-H",
+                                    "786", "-enc", "Latin1", file, "-"})) {
             if (character == '\f') {
                 pages.back() = visible(pages.back());
                 pages.emplace_back();
