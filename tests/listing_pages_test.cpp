@@ -109,14 +109,6 @@ TEST(Listing_pages, more_than_10000_pages_is_a_fault) {
     EXPECT_TRUE(listing.pages.empty());
 }
 
-TEST(Listing_pages, stops_when_told_and_asks_after_every_line) {
-    int asked = 0;
-    const Listing listing =
-        compose_listing({"A\nB\nC\n", "", "", ""}, bare(2), false, [&] { return ++asked < 2; });
-    EXPECT_TRUE(listing.stopped && listing.pages.empty());
-    EXPECT_EQ(asked, 2);
-}
-
 TEST(Listing_pages, a_large_program_composes_in_seconds) {
     std::string content;
     for (int line = 0; line < 200000; ++line) {

@@ -52,14 +52,6 @@ TEST_F(Print_listing, prints_in_the_layouts_font_and_says_where_to) {
     EXPECT_THAT(window.status_label.caption(), HasSubstr("Listing sent to Test printer"));
 }
 
-TEST_F(Print_listing, particulars_hold_the_dates) {
-    window.state.Print_description = 1;
-    listing.Print_listing();
-    EXPECT_THAT(printer.pages.front(), HasSubstr(" File:     /nc/part-1.nc\n"));
-    EXPECT_THAT(printer.pages.front(), HasSubstr(" Created:  09.09.01 03:46\n"));
-    EXPECT_THAT(printer.pages.front(), HasSubstr(" Printed:  21.11.26 10:30\n"));
-}
-
 TEST_F(Print_listing, reverse_order_with_drawn_bar_codes) {
     window.state.Lines_per_page = 6;
     window.state.Print_reverse_order = 1;

@@ -1,6 +1,8 @@
 // What comes out on paper when there is no printer: the PDF file that stands in for it, read by a
 // PDF tool and a bar code reader.
 
+#include <QPrintPreviewWidget>
+#include <QTimer>
 #include <algorithm>
 #include <gmock/gmock.h>
 
@@ -13,7 +15,7 @@ using ::testing::HasSubstr;
 
 class Print_paper : public testing::Print_room {
   protected:
-    static void SetUpTestSuite() { start_application("/nonexistent/cups.sock"); }
+    static void SetUpTestSuite() { use_printing_service("/nonexistent/cups.sock"); }
 
     /// What a bar code reader finds on page 1.
     [[nodiscard]] std::string bar_codes() const {
@@ -94,6 +96,21 @@ TEST_F(Print_paper, an_endless_line_and_a_wide_path_lose_nothing) {
     EXPECT_EQ(std::count(text.begin(), text.end(), 'Q'), 20000);
     EXPECT_THAT(text, HasSubstr(name.toStdString()));
     EXPECT_THAT(text, HasSubstr("(END)"));
+}
+
+TEST_F(Print_paper, the_preview_shows_all_pages_and_prints_none) {
+    int shown = 0;
+    QTimer::singleShot(0, [&shown] {
+        if (auto* dialog = QApplication::activeModalWidget()) {
+            shown = dialog->findChild<QPrintPreviewWidget*>()->pageCount();
+            dialog->close();
+        }
+    });
+    window.state.filename = folder.filePath("a.nc").toStdString();
+    ASSERT_TRUE(files.replace(window.state.filename, program(300)));
+    listing.Preview_listing(window.state.filename, page_layout_of(window.state));
+    EXPECT_EQ(shown, static_cast<int>(composed().size()));
+    EXPECT_FALSE(QFile::exists(pdf));
 }
 
 TEST_F(Print_paper, a_listing_that_ends_early_keeps_the_old_file) {

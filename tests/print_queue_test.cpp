@@ -26,32 +26,14 @@ constexpr const char* service_files =
 
 /// The description of a printer that takes PDF as it is.
 constexpr const char* printer_description = R"ppd(*PPD-Adobe: "4.3"
-*FormatVersion: "4.3"
-*FileVersion: "1.0"
-*LanguageVersion: English
-*LanguageEncoding: ISOLatin1
-*PCFileName: "PDF.PPD"
 *Product: "(PDF)"
-*Manufacturer: "Test"
-*ModelName: "PDF"
-*ShortNickName: "PDF"
 *NickName: "PDF"
-*PSVersion: "(3010.000) 0"
-*LanguageLevel: "3"
-*ColorDevice: False
-*DefaultColorSpace: Gray
 *cupsFilter2: "application/pdf application/pdf 0 pdftopdf"
 *OpenUI *PageSize/Page Size: PickOne
 *DefaultPageSize: A4
 *PageSize A4: ""
 *CloseUI: *PageSize
-*OpenUI *PageRegion: PickOne
-*DefaultPageRegion: A4
-*PageRegion A4: ""
-*CloseUI: *PageRegion
-*DefaultImageableArea: A4
 *ImageableArea A4: "12 12 583 830"
-*DefaultPaperDimension: A4
 *PaperDimension A4: "595 842"
 )ppd";
 
@@ -94,7 +76,7 @@ class Print_queue : public testing::Print_room {
     static void SetUpTestSuite() {
         service = new Printing_service;
         ASSERT_TRUE(service->start()) << "cupsd (package cups) did not start";
-        start_application(service->socket().toStdString());
+        use_printing_service(service->socket().toStdString());
         testing::run_tool("lpadmin",
                           {"-h", service->socket(), "-p", "Shop", "-E", "-v", "file://" + paper(),
                            "-P", service->folder.filePath("printer.ppd")});

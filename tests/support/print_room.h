@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QApplication>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -12,6 +11,7 @@
 #include "desktop/qt_printer.h"
 #include "platform/basic_text.h"
 #include "print/program_listing.h"
+#include "qt_test_application.h"
 #include "support/headless_platform.h"
 
 namespace kelvane::testing {
@@ -47,14 +47,9 @@ inline std::string visible(const std::string& page) {
 /// The listing on the real printer and real files in a folder of the test's own.
 class Print_room : public ::testing::Test {
   protected:
-    /// `cups_server`: where the printing service is looked for.
-    static void start_application(const std::string& cups_server) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        qputenv("CUPS_SERVER", cups_server.c_str());
-        static int count = 1;
-        static char name[] = "print_room";
-        static char* arguments[] = {name, nullptr};
-        static QApplication application(count, arguments);
+    /// Where the printing service is looked for; to be said before anything is printed.
+    static void use_printing_service(const std::string& socket) {
+        qputenv("CUPS_SERVER", socket.c_str());
     }
 
     Print_room() { window.state.Printer_font = "DejaVu Sans Mono"; }
