@@ -8,12 +8,15 @@ namespace kelvane {
 
 namespace {
 
-constexpr int refresh_interval = 40;  // ms
+constexpr qint64 shortest_interval = 40;  // ms
+constexpr qint64 longest_interval = 400;
+/// Of so much time, showing changes may take one part.
+constexpr qint64 cost_share = 100;
 /// A text up to this length is in the widget as a whole.
-constexpr std::size_t whole_limit = 2U << 20U;
+constexpr std::size_t whole_limit = 1U << 20U;
 /// Of a longer one so much, beginning a little before the selection.
-constexpr std::size_t part_length = 512U << 10U;
-constexpr std::size_t part_lead = 32U << 10U;
+constexpr std::size_t part_length = 128U << 10U;
+constexpr std::size_t part_lead = 16U << 10U;
 
 /// Control characters as their picture symbols, one for one; they would be invisible, or end the
 /// line.
@@ -37,6 +40,7 @@ Program_view::Program_view(Rich_text& text) : text_(text), shown_revision_(text.
     setAccessibleName(to_screen(text.caption()));
     setReadOnly(true);
     setUndoRedoEnabled(false);
+    setCenterOnScroll(true);
     setLineWrapMode(QPlainTextEdit::NoWrap);
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     // The line that is being sent must be as plain to see while another window is in front.
@@ -60,15 +64,28 @@ void Program_view::text_changed() {
     if (refresh_timer_.isActive()) {
         return;
     }
-    const qint64 waited = since_refresh_.elapsed();
-    if (waited >= refresh_interval) {
+    const qint64 rest = interval() - since_refresh_.elapsed();
+    if (rest <= 0) {
         refresh();
     } else {
-        refresh_timer_.start(static_cast<int>(refresh_interval - waited));
+        refresh_timer_.start(static_cast<int>(rest));
     }
 }
 
+/// From one refresh to the next, milliseconds.
+qint64 Program_view::interval() const {
+    return std::clamp(cost_ * cost_share / 1'000'000, shortest_interval, longest_interval);
+}
+
+void Program_view::paintEvent(QPaintEvent* event) {
+    QElapsedTimer painting;
+    painting.start();
+    QPlainTextEdit::paintEvent(event);
+    cost_ += painting.nsecsElapsed();
+}
+
 void Program_view::refresh() {
+    since_refresh_.start();
     const std::size_t selection = text_.selection_start();
     if (shown_revision_ != text_.revision()) {
         shown_revision_ = text_.revision();
@@ -79,7 +96,7 @@ void Program_view::refresh() {
         show_lines_around(selection);
     }
     show_selection();
-    since_refresh_.start();
+    cost_ = since_refresh_.nsecsElapsed();
 }
 
 void Program_view::show_lines_around(std::size_t offset) {

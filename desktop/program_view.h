@@ -12,7 +12,8 @@
 namespace kelvane {
 
 /// The editor pane: shows a program or a message and the part of it that is being sent. It is for
-/// reading; programs are sent and saved from files. Changes are shown at most 25 times a second.
+/// reading; programs are sent and saved from files. Changes are shown at most 25 times a second,
+/// and less often when painting would cost more than a hundredth of the time: a line must not wait.
 /// Of a very large text only the part around the selection is in the widget, which would take
 /// seconds for the whole.
 class Program_view : public QPlainTextEdit {
@@ -27,8 +28,12 @@ class Program_view : public QPlainTextEdit {
     /// Called when `part_text` may have changed.
     std::function<void()> on_part_changed;
 
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
   private:
     void text_changed();
+    [[nodiscard]] qint64 interval() const;
     void refresh();
     void show_lines_around(std::size_t offset);
     void show_selection();
@@ -43,6 +48,7 @@ class Program_view : public QPlainTextEdit {
     std::size_t end_line_ = 0;    ///< the first one that is not any more
     QTimer refresh_timer_;
     QElapsedTimer since_refresh_;
+    qint64 cost_ = 0;  ///< of the last refresh and of painting it, nanoseconds
 };
 
 }  // namespace kelvane
