@@ -14,7 +14,6 @@
 #include <QRadioButton>
 #include <QSignalBlocker>
 #include <QSpinBox>
-#include <QTimer>
 #include <algorithm>
 #include <functional>
 #include <memory>
@@ -49,7 +48,7 @@ void refresh_visible(const Control& control, QWidget& widget) {
 /// silent meanwhile, so that they report the operator's doings only. The function that is returned
 /// makes the widget show the control's values again.
 Refresh bind_widget(Control& control, QWidget& widget, Refresh refresh_more) {
-    const Refresh refresh = [&control, &widget, more = std::move(refresh_more)] {
+    Refresh refresh = [&control, &widget, more = std::move(refresh_more)] {
         const QSignalBlocker silent(widget);
         refresh_visible(control, widget);
         widget.setEnabled(control.enabled());
@@ -193,7 +192,7 @@ void bind(Text_box& control, QLineEdit& widget, Text_form form) {
     Event_filter::install(widget, [&control, &widget, form](QEvent& event) {
         if (event.type() == QEvent::FocusIn && control.selects_all_on_focus) {
             // A mouse press sets its caret only after the focus has come.
-            QTimer::singleShot(0, &widget, &QLineEdit::selectAll);
+            QMetaObject::invokeMethod(&widget, &QLineEdit::selectAll, Qt::QueuedConnection);
         }
         if (is_enter(event) && control.on_enter) {
             control.press_enter();

@@ -38,7 +38,8 @@ Serial_device device_of(const QSerialPortInfo& info) {
 
 }  // namespace
 
-Qt_desktop_services::Qt_desktop_services(std::string command_line, std::string program_directory)
+Qt_desktop_services::Qt_desktop_services(std::string command_line,
+                                         const std::string& program_directory)
     : command_line_(std::move(command_line)),
       lock_path_(path_in(program_directory, "Kelvane Lite lock")) {}
 

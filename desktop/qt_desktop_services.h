@@ -10,7 +10,7 @@ namespace kelvane {
 class Qt_desktop_services : public Desktop_services {
   public:
     /// `command_line` has Qt's own arguments taken out already.
-    Qt_desktop_services(std::string command_line, std::string program_directory);
+    Qt_desktop_services(std::string command_line, const std::string& program_directory);
     Qt_desktop_services(const Qt_desktop_services&) = delete;
     Qt_desktop_services& operator=(const Qt_desktop_services&) = delete;
     ~Qt_desktop_services() override;

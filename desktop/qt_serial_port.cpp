@@ -1,7 +1,6 @@
 #include "desktop/qt_serial_port.h"
 
 #include <QFile>
-#include <QTimer>
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -53,13 +52,14 @@ Qt_serial_port::Qt_serial_port(Qt_event_loop& loop, const Files& files)
     QObject::connect(&port_, &QSerialPort::errorOccurred,
                      [this](QSerialPort::SerialPortError error) {
                          if (error != QSerialPort::NoError && port_.isOpen()) {
-                             QTimer::singleShot(0, &port_, [this] { receive(); });
+                             QMetaObject::invokeMethod(
+                                 &port_, [this] { receive(); }, Qt::QueuedConnection);
                          }
                      });
 }
 
 Qt_serial_port::~Qt_serial_port() {
-    close();
+    shut();
     loop_.sleep_limit = nullptr;
 }
 
@@ -119,6 +119,10 @@ void Qt_serial_port::prepare_open_line(const Line_settings& line) {
 }
 
 void Qt_serial_port::close() {
+    shut();
+}
+
+void Qt_serial_port::shut() {
     if (!port_.isOpen()) {
         return;
     }
@@ -136,7 +140,7 @@ void Qt_serial_port::close() {
 
 void Qt_serial_port::lose() {
     const std::string kept = received_;
-    close();
+    shut();
     received_ = kept;
     lost_ = true;
     error_text_ = device_of(settings_.com_port) +

@@ -44,6 +44,7 @@ class Qt_serial_port : public Serial_comm {
     void prepare_open_line(const Line_settings& line);
     void receive();
     void store(const char* bytes, std::size_t count);
+    void shut();
     void lose();
     [[nodiscard]] std::optional<Clock_time> sleep_limit();
 
