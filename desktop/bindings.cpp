@@ -192,7 +192,7 @@ void bind(Text_box& control, QLineEdit& widget, Text_form form) {
     Event_filter::install(widget, [&control, &widget, form](QEvent& event) {
         if (event.type() == QEvent::FocusIn && control.selects_all_on_focus) {
             // A mouse press sets its caret only after the focus has come.
-            QMetaObject::invokeMethod(&widget, &QLineEdit::selectAll, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(&widget, "selectAll", Qt::QueuedConnection);
         }
         if (is_enter(event) && control.on_enter) {
             control.press_enter();

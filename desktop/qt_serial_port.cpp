@@ -49,13 +49,13 @@ Qt_serial_port::Qt_serial_port(Qt_event_loop& loop, const Files& files)
     : loop_(loop), files_(files) {
     loop_.sleep_limit = [this] { return sleep_limit(); };
     // A line that has gone reports errors for ever. Closing it must wait until the report is over.
-    QObject::connect(&port_, &QSerialPort::errorOccurred,
-                     [this](QSerialPort::SerialPortError error) {
-                         if (error != QSerialPort::NoError && port_.isOpen()) {
-                             QMetaObject::invokeMethod(
-                                 &port_, [this] { receive(); }, Qt::QueuedConnection);
-                         }
-                     });
+    look_again_.setSingleShot(true);
+    QObject::connect(&look_again_, &QTimer::timeout, [this] { receive(); });
+    QObject::connect(&port_, &QSerialPort::errorOccurred, [this](auto error) {
+        if (error != QSerialPort::NoError && port_.isOpen()) {
+            look_again_.start(0);
+        }
+    });
 }
 
 Qt_serial_port::~Qt_serial_port() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QSerialPort>
+#include <QTimer>
 #include <optional>
 #include <string>
 
@@ -51,6 +52,7 @@ class Qt_serial_port : public Serial_comm {
     Qt_event_loop& loop_;
     const Files& files_;
     QSerialPort port_;
+    QTimer look_again_;
     Port_settings settings_;
     Wire_clock wire_;
     double characters_per_second_ = 0;
