@@ -1,6 +1,7 @@
 #include "desktop/qt_message_box.h"
 
 #include <QMessageBox>
+#include <iostream>
 
 #include "desktop/qt_text.h"
 
@@ -48,6 +49,8 @@ Message_answer Qt_message_box::show(const Message& message) {
     if (windows_.ended()) {
         return choice.careful_answer;
     }
+    // A job that a script has started may have nobody in front of its window.
+    std::cerr << message.title << ": " << message.text << std::endl;
     QMessageBox box(icon_of(message.icon), to_screen(message.title), to_screen(message.text),
                     choice.buttons, windows_.active_window());
     box.setObjectName("message_box");

@@ -2,19 +2,11 @@
 
 #include "frame/file_names.h"
 #include "frame/machine_file_names.h"
+#include "support/plain_settings.h"
 
 namespace kelvane::testing {
 
 using namespace std::chrono_literals;
-
-namespace {
-
-std::vector<std::string> plain_settings() {
-    return {"COM1", "BAUD 3", " 2", " 2", " 1",  " 3", "",   "",   "NO", "NO", "NO", "5",    "YES",
-            "",     "3",      "",   "",   " 0 ", "0",  "NO", "NO", "0",  "",   "",   "False"};
-}
-
-}  // namespace
 
 std::string in_tape_code(std::string_view text, int code) {
     static const Code_tables tables = Build_code_tables();
@@ -30,15 +22,8 @@ Shop_floor::Shop_floor() : program_(desk.platform) {}
 
 void Shop_floor::machine_file(const std::string& machine,
                               std::initializer_list<std::pair<int, std::string>> lines) {
-    std::vector<std::string> all = plain_settings();
-    for (const auto& [number, text] : lines) {
-        all[static_cast<std::size_t>(number - 1)] = text;
-    }
-    Text_writer writer;
-    for (const std::string& line : all) {
-        writer.line(line);
-    }
-    desk.files.put(desk.files.program_path(port_settings_name(machine)), writer.text());
+    desk.files.put(desk.files.program_path(port_settings_name(machine)),
+                   plain_settings({lines.begin(), lines.end()}));
     desk.files.put(desk.files.program_path(file_names::settings), "1\r\n" + machine + "\r\n");
 }
 

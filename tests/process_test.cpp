@@ -1,0 +1,388 @@
+// The finished program as a process: on the simulated machine, and on a line whose other end the
+// test holds.
+
+#include <csignal>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <memory>
+#include <new>
+#include <sys/ioctl.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include "modem_lines/modem_lines.h"
+#include "support/program_process.h"
+#include "support/pty_line.h"
+
+namespace kelvane::testing {
+namespace {
+
+using namespace std::chrono_literals;
+
+enum Event { send = 1, receive = 2, binary_send = 5, binary_receive = 6 };
+
+constexpr auto in_time = 30s;     // for what comes at once on a quiet computer
+constexpr auto orderly_end = 3s;  // of a program that is told to end
+constexpr auto quiet = 400ms;     // silence that tells that nothing more comes
+
+constexpr const char* staging = "scratchpad data 5";
+constexpr const char* settings_file = "Kelvane Lite settings";
+constexpr const char* xon = "\x11";
+constexpr const char* xoff = "\x13";
+
+// Only characters that every tape code carries there and back.
+std::string part_program(int blocks) {
+    std::string text = "O1234\r\nG90 G17\r\n";
+    for (int block = 1; block <= blocks; ++block) {
+        const std::string number = std::to_string(block * 10);
+        text += "N" + number + " G1 X" + number + ".125 Y-37.5 F250\r\n";
+    }
+    return text + "M30\r\n";
+}
+
+std::string all_bytes() {
+    std::string bytes;
+    for (int byte = 0; byte < 256; ++byte) {
+        bytes += static_cast<char>(byte);
+    }
+    return bytes;
+}
+
+/// A program directory, the program at work in it, and a line to it.
+class Workshop : public ::testing::Test {
+  protected:
+    /// The simulated machine with these options, wired to COM1.
+    void machine(std::vector<std::string> options, const Setting_lines& settings = {}) {
+        const std::string link = folder.path("line");
+        std::vector<std::string> command{SIMULATED_MACHINE,    "--link", link,
+                                         "--timeout",          "120",    "--report",
+                                         folder.path("report")};
+        command.insert(command.end(), options.begin(), options.end());
+        machine_ = std::make_unique<Process>(command, std::vector<std::string>{},
+                                             folder.path("machine log"));
+        ASSERT_TRUE(wait_until([&] { return folder.exists("line"); }, in_time));
+        folder.connect(link, settings);
+    }
+    void expect_satisfied_machine() {
+        EXPECT_EQ(machine_->exit_within(in_time), 0) << folder.content("machine log");
+    }
+    [[nodiscard]] int reported(const std::string& key) const {
+        const std::string report = "\n" + folder.content("report");
+        const std::size_t at = report.find("\n" + key + "=");
+        return at == std::string::npos ? -1 : std::stoi(report.substr(at + key.size() + 2));
+    }
+
+    /// Starts the program with a job on a file of the directory.
+    void start_job(Event event, const std::string& file) {
+        start(Program_directory::job(event, folder.path(file)));
+    }
+    void start(const std::string& job = {}) { program = folder.start(job, environment); }
+    void run_job(Event event, const std::string& file) {
+        start_job(event, file);
+        EXPECT_EQ(program->exit_within(in_time), 0) << log();
+    }
+    /// The transfer has opened the line and thrown away what was old on it.
+    void expect_armed() {
+        EXPECT_TRUE(wait_until([&] { return folder.exists(staging); }, in_time)) << log();
+    }
+    void expect_box(const std::string& part) {
+        EXPECT_TRUE(wait_until([&] { return log().find(part) != std::string::npos; }, in_time))
+            << "no box says \"" << part << "\": " << log();
+        EXPECT_TRUE(program->runs()) << "the box has not been answered";
+    }
+    void expect_calm() {
+        const auto before = program->processor_time();
+        EXPECT_FALSE(program->exit_within(1s));
+        EXPECT_LT(program->processor_time() - before, 300ms) << "a busy loop";
+    }
+    void expect_orderly_end(Process& process) {
+        process.signal(SIGTERM);
+        EXPECT_EQ(process.exit_within(orderly_end), 0) << log();
+    }
+    void expect_orderly_end() { expect_orderly_end(*program); }
+    [[nodiscard]] std::string log() const { return folder.content("log"); }
+
+    Program_directory folder;
+    std::vector<std::string> environment;
+    std::unique_ptr<Process> program;
+
+  private:
+    std::unique_ptr<Process> machine_;
+};
+
+// --- Whole jobs against the simulated machine
+
+struct Code_row {
+    const char* name;
+    const char* setting;
+    const char* leader;
+};
+
+class Every_tape_code : public Workshop, public ::testing::WithParamInterface<Code_row> {};
+
+// The alarm limit leaves room for a computer at work on something else; what ignores an Xoff sends
+// hundreds of characters. The exact figure is measured in bench/.
+TEST_P(Every_tape_code, carries_a_program_to_the_machine_and_back) {
+    machine(
+        {"--code", GetParam().name, "--baud", "4800", "--buffer", "120", "--drain", "300",
+         "--alarm-after", "60", "--read", folder.path("memory"), "--punch", folder.path("memory")},
+        {{2, "BAUD 4"},
+         {4, GetParam().setting},
+         {7, GetParam().leader},
+         {8, "%"},
+         {9, "YES"},
+         {10, "YES"}});
+    const std::string text = part_program(10);
+    folder.put("PART.NC", text);
+    run_job(send, "PART.NC");
+    EXPECT_GT(reported("xoffs"), 0);
+    run_job(receive, "BACK.NC");
+    expect_satisfied_machine();
+    EXPECT_EQ(folder.content("memory"), "%\r\n" + text + "%");
+    EXPECT_EQ(folder.content("BACK.NC"), text);
+    EXPECT_FALSE(folder.exists(staging));
+    EXPECT_EQ(log(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    codes, Every_tape_code,
+    ::testing::Values(Code_row{"even", " 0", "%CRLF"}, Code_row{"odd", " 1", "%CRLF"},
+                      Code_row{
+                          "none", " 2",
+                          "%CRLF"},  // EIA has one end of block, so a "CR" would be a second one.
+                      Code_row{"eia", " 3", "%LF"}),
+    [](const auto& code) { return std::string(code.param.name); });
+
+TEST_F(Workshop, every_byte_goes_both_ways_in_binary_transfers) {
+    machine({"--binary", "--code", "none", "--baud", "115200", "--idle-ms", "1000", "--read",
+             folder.path("memory"), "--punch", folder.path("memory")});
+    folder.put("PART.BIN", all_bytes() + all_bytes());
+    run_job(binary_send, "PART.BIN");
+    start_job(binary_receive, "BACK.BIN");
+    EXPECT_TRUE(wait_until([&] { return folder.exists("Received Binary data"); }, in_time));
+    expect_satisfied_machine();
+    EXPECT_EQ(folder.content("memory"), all_bytes() + all_bytes());
+    EXPECT_EQ(folder.content("Received Binary data"), all_bytes() + all_bytes());
+    EXPECT_TRUE(program->runs()) << "the operator sees the count of bytes";
+    expect_orderly_end();
+}
+
+TEST_F(Workshop, a_machine_that_stops_the_line_with_its_percent_ends_the_send) {
+    machine({"--dc3-after-percent", "--code", "none", "--baud", "57600", "--read",
+             folder.path("memory")},
+            {{2, "BAUD-1"}});
+    folder.put("PART.NC", "%\r\n" + part_program(3) + "%\r\n");
+    run_job(send, "PART.NC");
+    expect_satisfied_machine();
+    EXPECT_EQ(folder.content("memory"), "%\r\n" + part_program(3) + "%");
+}
+
+TEST_F(Workshop, a_machine_that_never_asks_gets_nothing) {
+    machine({"--silent", "--read", folder.path("memory"), "--raw", folder.path("wire")});
+    folder.put("PART.NC", part_program(3));
+    start_job(send, "PART.NC");
+    expect_armed();
+    expect_calm();
+    expect_orderly_end();
+    EXPECT_EQ(folder.content("wire"), "");
+    EXPECT_FALSE(folder.exists(staging));
+}
+
+// --- Every state of a transfer
+
+struct State_row {
+    const char* name;
+    Event event;
+    const char* from_machine;
+    std::size_t to_machine;  ///< characters that the machine sees
+    const char* then;        ///< what it sends after them
+    const char* kept;        ///< received so far, in the staging file
+};
+
+class Every_state : public Workshop, public ::testing::WithParamInterface<State_row> {
+  protected:
+    /// Brings the program into the state.
+    void SetUp() override {
+        const State_row& row = GetParam();
+        folder.connect(line.device(), {{2, "BAUD 3"}});
+        folder.put("PART.NC", part_program(200));
+        start_job(row.event, row.event == receive ? "BACK.NC" : "PART.NC");
+        expect_armed();
+        line.send(row.from_machine);
+        EXPECT_EQ(line.receive(row.to_machine, in_time).size(), row.to_machine);
+        line.send(row.then);
+        if (*row.then != '\0') {
+            EXPECT_LE(line.receive(1000, quiet).size(), 100U);
+        }
+        EXPECT_TRUE(wait_until([&] { return all_is_stored(); }, in_time));
+        EXPECT_TRUE(program->holds_open(line.device()));
+    }
+    [[nodiscard]] bool all_is_stored() const {
+        return *GetParam().kept == '\0' || folder.content(staging) == GetParam().kept;
+    }
+
+    Pty_line line;
+};
+
+TEST_P(Every_state, ends_in_time_when_told_to) {
+    expect_orderly_end();
+    EXPECT_EQ(folder.content(staging), GetParam().kept);
+    EXPECT_EQ(folder.content(settings_file), std::string("1\r\n") + test_machine + "\r\n");
+    EXPECT_EQ(log(), "");
+}
+
+TEST_P(Every_state, a_line_that_goes_away_is_told_once_and_let_go) {
+    const std::string device = line.device();
+    line.hang_up();
+    expect_box(" is no longer there.\nThe ");
+    EXPECT_FALSE(program->holds_open(device));
+    expect_calm();
+    expect_orderly_end();
+    EXPECT_EQ(folder.content(staging), GetParam().kept);
+    EXPECT_FALSE(folder.exists("BACK.NC"));
+    EXPECT_EQ(log().find("Com port error"), log().rfind("Com port error")) << log();
+    EXPECT_TRUE(folder.exists(settings_file));
+}
+
+INSTANTIATE_TEST_SUITE_P(states, Every_state,
+                         ::testing::Values(State_row{"waiting_for_xon", send, "", 0, "", ""},
+                                           State_row{"sending", send, xon, 60, "", ""},
+                                           State_row{"held_by_xoff", send, xon, 60, xoff, ""},
+                                           State_row{"waiting_for_data", receive, "", 0, "", ""},
+                                           State_row{"receiving", receive, "%\nO1\nM3", 0, "",
+                                                     "%\nO1\nM3"}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+// --- Beside a transfer
+
+TEST_F(Workshop, every_end_signal_ends_an_idle_program) {
+    for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+        ::unlink(folder.path("Kelvane Lite lock").c_str());
+        start();
+        ASSERT_TRUE(wait_until([&] { return folder.exists("Kelvane Lite lock"); }, in_time));
+        program->signal(number);
+        EXPECT_EQ(program->exit_within(orderly_end), 0) << number << log();
+        EXPECT_EQ(folder.content(settings_file), "0\r\n(default)\r\n");
+        ::unlink(folder.path(settings_file).c_str());
+    }
+}
+
+TEST_F(Workshop, a_second_instance_refuses_and_leaves_the_settings_alone) {
+    start();
+    ASSERT_TRUE(wait_until([&] { return folder.exists("Kelvane Lite lock"); }, in_time));
+    folder.put(settings_file, "as they were");
+    std::unique_ptr<Process> first = std::move(program);
+    for (const char* job : {"", "2|nowhere"}) {
+        ::unlink(folder.path("log").c_str());
+        start(job);
+        expect_box("Sorry...: Kelvane Lite is currently busy.\nTry sending your file later.");
+        expect_orderly_end();
+    }
+    EXPECT_EQ(folder.content(settings_file), "as they were");
+    EXPECT_TRUE(first->runs());
+    expect_orderly_end(*first);
+}
+
+TEST_F(Workshop, a_port_that_cannot_be_opened_is_told_and_the_box_does_not_hold_the_end) {
+    for (const char* device : {"/dev/no-such-tty", "/dev/null"}) {
+        ::unlink(folder.path("log").c_str());
+        folder.connect(device);
+        folder.put("PART.NC", part_program(1));
+        start_job(send, "PART.NC");
+        expect_box("Com port error: COM1 port is not available\nSelect a different COM port");
+        expect_orderly_end();
+    }
+}
+
+TEST_F(Workshop, a_job_without_its_file_says_so) {
+    start_job(send, "MISSING.NC");
+    expect_box("MISSING.NC does not exist");
+    expect_orderly_end();
+}
+
+// --- Modem lines, which a pseudo-terminal has only by the preloaded library
+
+class Modem_line_workshop : public Workshop, public ::testing::WithParamInterface<const char*> {
+  protected:
+    void SetUp() override {
+        const std::string name = folder.path("modem lines");
+        const int handle = ::open(name.c_str(), O_RDWR | O_CREAT, 0600);
+        ASSERT_EQ(::ftruncate(handle, sizeof(Modem_lines)), 0);
+        void* memory =
+            ::mmap(nullptr, sizeof(Modem_lines), PROT_READ | PROT_WRITE, MAP_SHARED, handle, 0);
+        ::close(handle);
+        ASSERT_NE(memory, MAP_FAILED);
+        lines = new (memory) Modem_lines;
+        line.device().copy(lines->device.data(), lines->device.size() - 1);
+        environment = {"LD_PRELOAD=" MODEM_LINES_LIBRARY, "KELVANE_MODEM_LINES=" + name,
+                       "ASAN_OPTIONS=verify_asan_link_order=0"};
+        folder.connect(line.device(), {{2, "BAUD 3"}, {5, GetParam()}});
+        folder.put("PART.NC", part_program(6));
+        start_job(send, "PART.NC");
+        expect_armed();
+    }
+    void TearDown() override { ::munmap(lines, sizeof(Modem_lines)); }
+    /// What comes after `hold` stops the program, until it is silent.
+    std::string held_after(std::size_t count) {
+        line.send(xon);
+        std::string text = line.receive(count, in_time);
+        EXPECT_EQ(text.size(), count);
+        return text;
+    }
+    void expect_silence(std::string& text) {
+        const std::string late = line.receive(1000, quiet);
+        EXPECT_LE(late.size(), 100U);
+        EXPECT_EQ(line.receive(1, quiet), "");
+        EXPECT_TRUE(program->holds_open(line.device()));
+        text += late;
+    }
+    void expect_rest(std::string text) {
+        text += line.receive(part_program(6).size() - text.size(), in_time);
+        EXPECT_EQ(text, part_program(6));
+        EXPECT_EQ(program->exit_within(in_time), 0) << log();
+        EXPECT_EQ(lines->set_by_program, 0);
+    }
+
+    Pty_line line;
+    Modem_lines* lines = nullptr;
+};
+
+TEST_P(Modem_line_workshop, low_cts_holds_the_send_and_raised_cts_lets_it_go_on) {
+    EXPECT_EQ(lines->set_by_program, TIOCM_RTS | TIOCM_DTR);
+    std::string text = held_after(20);
+    lines->cts = false;
+    expect_silence(text);
+    expect_calm();
+    EXPECT_GT(lines->cts_looks, 0);
+    lines->cts = true;
+    expect_rest(text);
+}
+
+TEST_P(Modem_line_workshop, a_driver_that_keeps_characters_holds_the_send) {
+    std::string text = held_after(20);
+    lines->queued = 3;
+    expect_silence(text);
+    lines->queued = 2;
+    text += line.receive(5, in_time);
+    lines->queued = 0;
+    expect_rest(text);
+}
+
+TEST_P(Modem_line_workshop, low_cts_does_not_hold_the_end_of_the_program) {
+    lines->cts = false;
+    line.send(xon);
+    EXPECT_EQ(line.receive(1, quiet), "");
+    EXPECT_GT(lines->cts_looks, 0);
+    expect_orderly_end();
+    EXPECT_EQ(lines->set_by_program, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(handshakes, Modem_line_workshop, ::testing::Values(" 2", " 3"),
+                         [](const auto& row) {
+                             return std::string(*row.param == ' ' && row.param[1] == '2'
+                                                    ? "rts_cts"
+                                                    : "rts_cts_and_xon_xoff");
+                         });
+
+}  // namespace
+}  // namespace kelvane::testing
