@@ -16,6 +16,9 @@ constexpr qint64 cost_share = 100;
 constexpr std::size_t whole_limit = 1U << 20U;
 /// Of a longer one so much, beginning a little before the selection.
 constexpr std::size_t part_length = 128U << 10U;
+/// A text this short may be a message, which must be read without scrolling sideways; lines of a
+/// program stay lines.
+constexpr std::size_t message_length = 2000;
 constexpr std::size_t part_lead = 16U << 10U;
 
 /// Control characters as their picture symbols, one for one; they would be invisible, or end the
@@ -41,7 +44,6 @@ Program_view::Program_view(Rich_text& text) : text_(text), shown_revision_(text.
     setReadOnly(true);
     setUndoRedoEnabled(false);
     setCenterOnScroll(true);
-    setLineWrapMode(QPlainTextEdit::NoWrap);
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     // The line that is being sent must be as plain to see while another window is in front.
     QPalette colours = palette();
@@ -114,6 +116,8 @@ void Program_view::show_lines_around(std::size_t offset) {
     for (std::size_t line = first_line_; line < end_line_; ++line) {
         shown += (line == first_line_ ? QString() : QString("\n")) + screen_line(line);
     }
+    setLineWrapMode(length <= message_length ? QPlainTextEdit::WidgetWidth
+                                             : QPlainTextEdit::NoWrap);
     setPlainText(shown);
     if (on_part_changed) {
         on_part_changed();
