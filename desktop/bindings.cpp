@@ -14,6 +14,7 @@
 #include <QRadioButton>
 #include <QSignalBlocker>
 #include <QSpinBox>
+#include <QTimer>
 #include <algorithm>
 #include <functional>
 #include <memory>
@@ -26,6 +27,9 @@ namespace kelvane {
 namespace {
 
 using Refresh = std::function<void()>;
+
+/// Progress is shown at most so often.
+constexpr int progress_interval_ms = 250;
 
 /// Runs `refresh` now and after every change of the control, as long as `target` exists.
 void keep_fresh(Control& control, QObject& target, const Refresh& refresh) {
@@ -276,7 +280,22 @@ void bind(Scroll_bar& control, QAbstractSlider& widget) {
 void bind(Progress_bar& control, QProgressBar& widget) {
     widget.setRange(0, 100);
     widget.setAccessibleName(without_access_key(to_screen(control.caption())));
-    bind_widget(control, widget, [&control, &widget] { widget.setValue(control.value()); });
+    // The widget paints at once, for longer than a fast line has characters to go on with.
+    auto* pause = new QTimer(&widget);
+    pause->setSingleShot(true);
+    pause->setInterval(progress_interval_ms);
+    const auto show = [&control, &widget, pause] {
+        if (widget.value() != control.value()) {
+            widget.setValue(control.value());
+            pause->start();
+        }
+    };
+    QObject::connect(pause, &QTimer::timeout, &widget, show);
+    bind_widget(control, widget, [pause, show] {
+        if (!pause->isActive()) {
+            show();
+        }
+    });
 }
 
 void bind_frame(Control& control, QWidget& widget) {

@@ -1,5 +1,6 @@
 #include "desktop/main_window.h"
 
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QMenuBar>
 #include <QProgressBar>
@@ -35,6 +36,18 @@ Main_window::Main_window(Kelvane_lite_form& form) : inner_(new QWidget(this)) {
     setMinimumSize(least_size);
     resize(first_size);
     view_->setFocus();
+}
+
+/// All that is painted, and put on the screen, is painted here.
+bool Main_window::event(QEvent* event) {
+    if (event->type() != QEvent::UpdateRequest) {
+        return QMainWindow::event(event);
+    }
+    QElapsedTimer painting;
+    painting.start();
+    const bool handled = QMainWindow::event(event);
+    view_->add_cost(painting.nsecsElapsed());
+    return handled;
 }
 
 void Main_window::make_menus(Kelvane_lite_form& form) {

@@ -18,6 +18,9 @@ class Main_window : public QMainWindow {
   public:
     explicit Main_window(Kelvane_lite_form& form);
 
+  protected:
+    bool event(QEvent* event) override;
+
   private:
     void make_menus(Kelvane_lite_form& form);
     void make_controls(Kelvane_lite_form& form);

@@ -79,13 +79,6 @@ qint64 Program_view::interval() const {
     return std::clamp(cost_ * cost_share / 1'000'000, shortest_interval, longest_interval);
 }
 
-void Program_view::paintEvent(QPaintEvent* event) {
-    QElapsedTimer painting;
-    painting.start();
-    QPlainTextEdit::paintEvent(event);
-    cost_ += painting.nsecsElapsed();
-}
-
 void Program_view::refresh() {
     since_refresh_.start();
     const std::size_t selection = text_.selection_start();
