@@ -12,6 +12,12 @@ if(KELVANE_SANITIZE)
   target_link_options(kelvane_flags INTERFACE -fsanitize=address,undefined)
 endif()
 
+if(KELVANE_FUZZ)
+  target_compile_options(kelvane_flags INTERFACE
+    -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(kelvane_flags INTERFACE -fsanitize=address,undefined)
+endif()
+
 # kelvane_library(NAME SOURCES ... LINKS ...): the folder's library. Its headers are reached as
 # "folder/header.h"; what a folder may include is what it links, checked by scripts/check-includes.
 function(kelvane_library name)

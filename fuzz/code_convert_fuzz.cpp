@@ -1,0 +1,53 @@
+// Recognition and conversion of received bytes, against a plain description of what comes out.
+
+#include "fuzz_input.h"
+#include "receive/code_convert.h"
+#include "receive/separate_programs.h"
+
+namespace {
+
+using namespace kelvane;
+using namespace kelvane::fuzz;
+
+std::string plainly_converted(std::string_view raw, const Code_tables& tables,
+                              const Received_code& code, const Conversion_options& options) {
+    std::string text;
+    std::string line;
+    bool drop_line = options.ignore_before;
+    for (const char byte : raw) {
+        const auto value = static_cast<unsigned char>(byte);
+        const auto character = static_cast<char>(
+            tables.reverse_code_table[value][static_cast<std::size_t>(code.column)]);
+        if (value == code.end_of_block) {
+            text += drop_line ? "" : line + "\r\n";
+            drop_line = false;
+            line.clear();
+        } else if (options.unwanted.find(byte) == std::string_view::npos &&
+                   options.mask.find(character) == std::string_view::npos) {
+            line += character;
+        }
+    }
+    return options.ignore_after ? text : text + line;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const Code_tables tables = Build_code_tables();
+    Fuzz_input input(data, size);
+    Received_code code{input.yes() ? receive_eia : receive_ascii,
+                       static_cast<unsigned char>(input.choice(256))};
+    const bool recognises = input.yes();
+    Conversion_options options{input.yes(), input.yes(), input.text(), {}};
+    options.mask = input.text();
+    if (recognises) {
+        code = recognise_code(input.rest()).value_or(code);
+    }
+    std::size_t yields = 0;
+    const std::string text =
+        convert_received(input.rest(), tables, code, options, [&yields] { ++yields; });
+    require(text == plainly_converted(input.rest(), tables, code, options), "text as described");
+    require(yields >= input.rest().size() / 100, "a yield for every hundred bytes");
+    static_cast<void>(separate_programs(text));
+    return 0;
+}
