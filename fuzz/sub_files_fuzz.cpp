@@ -22,6 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     constexpr std::uint64_t enough = 200'000;
     std::uint64_t total = 0;
     std::string line;
+    reader.Get_next_line(Sub_file_reader::reset, line);
     while (total < enough && reader.Get_next_line(1, line)) {
         total += line.size() + 2;
     }

@@ -1,5 +1,6 @@
 #include "receive/separate_programs.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "platform/basic_text.h"
@@ -24,7 +25,8 @@ bool begins_program(std::string_view line) {
 }
 
 std::int64_t number_of(std::string_view line) {
-    return static_cast<std::int64_t>(std::nearbyint(std::min(Val(line.substr(1)), 9e15)));
+    constexpr double highest = 9e15;
+    return std::llrint(std::clamp(Val(line.substr(1)), -highest, highest));
 }
 
 }  // namespace

@@ -129,6 +129,9 @@ TEST(Receive, SplitsProgramsIntoFiles) {
          {{"P.NC O 100", "O100\r\nG2\r\n%\r\n\r\n"}, {"P.NC O 20", ":0020\r\nG1\r\n\r\n"}}},
         {"no program line", "%\r\nG0\r\n", {{"P.NC", "%\r\nG0\r\n\r\n"}}},
         {"a program without number", "OVER\r\n", {{"P.NC O 0", "OVER\r\n\r\n"}}},
+        {"no number that fits",
+         "O-" + std::string(30, '8') + "\r\n",
+         {{"P.NC O-9000000000000000", "O-" + std::string(30, '8') + "\r\n\r\n"}}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
