@@ -14,22 +14,19 @@
 #include <QRadioButton>
 #include <QSignalBlocker>
 #include <QSpinBox>
-#include <QTimer>
 #include <algorithm>
 #include <functional>
 #include <memory>
 #include <utility>
 
 #include "desktop/event_filter.h"
+#include "desktop/paced_refresh.h"
 
 namespace kelvane {
 
 namespace {
 
 using Refresh = std::function<void()>;
-
-/// Progress is shown at most so often.
-constexpr int progress_interval_ms = 250;
 
 /// Runs `refresh` now and after every change of the control, as long as `target` exists.
 void keep_fresh(Control& control, QObject& target, const Refresh& refresh) {
@@ -64,11 +61,16 @@ Refresh bind_widget(Control& control, QWidget& widget, Refresh refresh_more) {
 
 void refresh_caption(const Control& control, QAbstractButton& widget) {
     const QString caption = to_screen(control.caption());
+    const QString shown = without_access_key(widget.text());
+    const bool named_after_caption =
+        widget.accessibleName().isEmpty() || widget.accessibleName() == shown;
     // A widget that shows the caption already may have an access key of its own in it.
-    if (!caption.isEmpty() && without_access_key(widget.text()) != without_access_key(caption)) {
+    if (!caption.isEmpty() && shown != without_access_key(caption)) {
         widget.setText(caption);
     }
-    widget.setAccessibleName(without_access_key(widget.text()));
+    if (named_after_caption) {
+        widget.setAccessibleName(without_access_key(widget.text()));
+    }
 }
 
 bool is_enter(const QEvent& event) {
@@ -93,6 +95,11 @@ bool is_refused_key(const Text_box& control, const QEvent& event, Text_form form
         control.accepts_key &&
         !std::all_of(keys.begin(), keys.end(), [&](char key) { return control.accepts_key(key); });
     return refused || to_screen(keys, form) != typed;
+}
+
+/// A field holds one line: the lines of a pasted text are joined.
+QString one_line(QString text) {
+    return text.remove('\r').remove('\n');
 }
 
 void refresh_text(const Text_box& control, QLineEdit& widget, Text_form form) {
@@ -190,7 +197,7 @@ void bind(Text_box& control, QLineEdit& widget, Text_form form) {
         control, widget, [&control, &widget, form] { refresh_text(control, widget, form); });
     QObject::connect(&widget, &QLineEdit::textEdited,
                      [&control, form, refresh](const QString& text) {
-                         control.set_text(from_screen(text, form));
+                         control.set_text(from_screen(one_line(text), form));
                          refresh();
                      });
     Event_filter::install(widget, [&control, &widget, form](QEvent& event) {
@@ -281,21 +288,9 @@ void bind(Progress_bar& control, QProgressBar& widget) {
     widget.setRange(0, 100);
     widget.setAccessibleName(without_access_key(to_screen(control.caption())));
     // The widget paints at once, for longer than a fast line has characters to go on with.
-    auto* pause = new QTimer(&widget);
-    pause->setSingleShot(true);
-    pause->setInterval(progress_interval_ms);
-    const auto show = [&control, &widget, pause] {
-        if (widget.value() != control.value()) {
-            widget.setValue(control.value());
-            pause->start();
-        }
-    };
-    QObject::connect(pause, &QTimer::timeout, &widget, show);
-    bind_widget(control, widget, [pause, show] {
-        if (!pause->isActive()) {
-            show();
-        }
-    });
+    const auto pace =
+        std::make_shared<Paced_refresh>([&control, &widget] { widget.setValue(control.value()); });
+    bind_widget(control, widget, [pace] { pace->request(); });
 }
 
 void bind_frame(Control& control, QWidget& widget) {

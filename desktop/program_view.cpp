@@ -8,10 +8,6 @@ namespace kelvane {
 
 namespace {
 
-constexpr qint64 shortest_interval = 40;  // ms
-constexpr qint64 longest_interval = 400;
-/// Of so much time, showing changes may take one part.
-constexpr qint64 cost_share = 100;
 /// A text up to this length is in the widget as a whole.
 constexpr std::size_t whole_limit = 1U << 20U;
 /// Of a longer one so much, beginning a little before the selection.
@@ -38,7 +34,8 @@ void show_control_characters(QString& text) {
 
 }  // namespace
 
-Program_view::Program_view(Rich_text& text) : text_(text), shown_revision_(text.revision() - 1) {
+Program_view::Program_view(Rich_text& text)
+    : text_(text), shown_revision_(text.revision() - 1), pace_([this] { refresh(); }) {
     setObjectName(to_screen(text.name()));
     setAccessibleName(to_screen(text.caption()));
     setReadOnly(true);
@@ -52,35 +49,15 @@ Program_view::Program_view(Rich_text& text) : text_(text), shown_revision_(text.
     }
     setPalette(colours);
     setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    refresh_timer_.setSingleShot(true);
-    connect(&refresh_timer_, &QTimer::timeout, this, [this] { refresh(); });
-    text_.observe([this] { text_changed(); });
-    refresh();
+    text_.observe([this] { pace_.request(); });
+    pace_.run();
 }
 
 Program_view::~Program_view() {
     text_.observe({});
 }
 
-void Program_view::text_changed() {
-    if (refresh_timer_.isActive()) {
-        return;
-    }
-    const qint64 rest = interval() - since_refresh_.elapsed();
-    if (rest <= 0) {
-        refresh();
-    } else {
-        refresh_timer_.start(static_cast<int>(rest));
-    }
-}
-
-/// From one refresh to the next, milliseconds.
-qint64 Program_view::interval() const {
-    return std::clamp(cost_ * cost_share / 1'000'000, shortest_interval, longest_interval);
-}
-
 void Program_view::refresh() {
-    since_refresh_.start();
     const std::size_t selection = text_.selection_start();
     if (shown_revision_ != text_.revision()) {
         shown_revision_ = text_.revision();
@@ -91,7 +68,6 @@ void Program_view::refresh() {
         show_lines_around(selection);
     }
     show_selection();
-    cost_ = since_refresh_.nsecsElapsed();
 }
 
 void Program_view::show_lines_around(std::size_t offset) {

@@ -1,10 +1,9 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QPlainTextEdit>
-#include <QTimer>
 #include <functional>
 
+#include "desktop/paced_refresh.h"
 #include "desktop/qt_text.h"
 #include "desktop/text_map.h"
 #include "platform/controls.h"
@@ -24,15 +23,13 @@ class Program_view : public QPlainTextEdit {
     /// "" when all of the text is shown, else which part.
     [[nodiscard]] QString part_text() const;
     /// True while a change waits to be shown.
-    [[nodiscard]] bool refresh_is_pending() const { return refresh_timer_.isActive(); }
+    [[nodiscard]] bool refresh_is_pending() const { return pace_.pending(); }
     /// What it has cost to paint the window with the change shown last, in nanoseconds.
-    void add_cost(qint64 nanoseconds) { cost_ += nanoseconds; }
+    void add_cost(qint64 nanoseconds) { pace_.add_cost(nanoseconds); }
     /// Called when `part_text` may have changed.
     std::function<void()> on_part_changed;
 
   private:
-    void text_changed();
-    [[nodiscard]] qint64 interval() const;
     void refresh();
     void show_lines_around(std::size_t offset);
     void show_selection();
@@ -45,9 +42,7 @@ class Program_view : public QPlainTextEdit {
     Text_form form_ = Text_form::latin1;
     std::size_t first_line_ = 0;  ///< in the widget
     std::size_t end_line_ = 0;    ///< the first one that is not any more
-    QTimer refresh_timer_;
-    QElapsedTimer since_refresh_;
-    qint64 cost_ = 0;  ///< of the last refresh and of painting it, nanoseconds
+    Paced_refresh pace_;
 };
 
 }  // namespace kelvane
