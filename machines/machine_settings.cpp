@@ -1,6 +1,7 @@
 #include "machines/machine_settings.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <optional>
 
 namespace kelvane {
@@ -50,7 +51,7 @@ void read_port(const std::string& line, Old_port_form old_form, MachineSettings&
 }
 
 std::string write_baud(const MachineSettings& settings) {
-    return std::string(baud_prefix) + Str(settings.baud_index - baud_offset);
+    return std::string(baud_prefix) + Str(std::int64_t{settings.baud_index} - baud_offset);
 }
 
 void read_baud(const std::string& line, Old_port_form, MachineSettings& settings) {
