@@ -21,13 +21,17 @@ constexpr int first_line_under_barcode = 5;
 constexpr int first_line_under_header = 11;
 constexpr int first_line_under_barcode_and_header = 16;
 
+/// Beyond any paper, and small enough that no settings file can ask for a page of gigabytes.
+constexpr int most_page_lines = 10000;
+constexpr int most_line_characters = 10000;
+
 int page_lines(const Page_layout& layout) {
-    return std::max(layout.lines_per_page, 1);
+    return std::clamp(layout.lines_per_page, 1, most_page_lines);
 }
 
 int line_characters(const Page_layout& layout) {
     const int given = layout.line_numbers ? columns_given_to_numbers : 0;
-    return std::max(layout.line_length, 1 + given) - given;
+    return std::clamp(layout.line_length, 1 + given, most_line_characters) - given;
 }
 
 std::size_t count_lines(std::string_view content) {

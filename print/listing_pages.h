@@ -28,8 +28,8 @@ struct Listing {
 
 inline constexpr std::size_t most_listing_pages = 10000;
 
-/// Composes the listing. `layout` may hold any numbers: a page has at least one line, a line at
-/// least one character, and the margin is 0 to 200 blanks. With `barcode_room` the top of page 1 is
+/// Composes the listing. `layout` may hold any numbers: a page has 1 to 10000 lines, a line 1 to
+/// 10000 characters, and the margin is 0 to 200 blanks. With `barcode_room` the top of page 1 is
 /// left to the bar codes. `proceed` is asked after every program line whether to go on; it is the
 /// place to yield.
 Listing compose_listing(const Listing_source& source, const Page_layout& layout, bool barcode_room,

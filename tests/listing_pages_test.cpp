@@ -3,6 +3,7 @@
 #include <chrono>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <limits>
 
 #include "print/code39.h"
 
@@ -78,6 +79,11 @@ TEST(Listing_pages, page_breaks) {
     for (const Case& c : cases) {
         EXPECT_EQ(compose(c.content, c.layout).pages, c.pages) << c.name;
     }
+    constexpr int absurd = std::numeric_limits<int>::max();
+    const Listing endless = compose("A\n", bare(absurd, absurd));
+    EXPECT_EQ(endless.pages.front().size(), 2U + 10000 + 1);
+    EXPECT_EQ(listing_rows(endless, bare(absurd), 0), 2 + 10000);
+    EXPECT_EQ(listing_columns(bare(1, absurd)), 10000);
     EXPECT_THAT(compose("A\nB\nC\n", bare(6), true).pages,
                 ElementsAre("A\nB\n", "\n\nC\n\n\n\n\n\n"));
 }
