@@ -90,7 +90,10 @@ int main(int argc, char** argv) {
     Program program(platform);
     const Window_end window_end{windows};
     add_windows(windows, program);
-    on_end_signals(application, [&program] { program.window.close(); });
+    on_end_signals(application, [&program, &message_box] {
+        message_box.stop_asking();
+        program.window.close();
+    });
     program.start();
     return windows.ended() ? 0 : Application::exec();
 }

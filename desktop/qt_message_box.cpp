@@ -51,6 +51,9 @@ Message_answer Qt_message_box::show(const Message& message) {
     }
     // A job that a script has started may have nobody in front of its window.
     std::cerr << message.title << ": " << message.text << std::endl;
+    if (!asks_) {
+        return choice.careful_answer;
+    }
     QMessageBox box(icon_of(message.icon), to_screen(message.title), to_screen(message.text),
                     choice.buttons, windows_.active_window());
     box.setObjectName("message_box");

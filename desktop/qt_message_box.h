@@ -11,9 +11,13 @@ class Qt_message_box : public Message_box {
   public:
     explicit Qt_message_box(Qt_windows& windows) : windows_(windows) {}
     Message_answer show(const Message& message) override;
+    /// From now on a message goes to standard error only, with its careful answer: who ends the
+    /// program by a signal may not be there to press a button.
+    void stop_asking() { asks_ = false; }
 
   private:
     Qt_windows& windows_;
+    bool asks_ = true;
 };
 
 }  // namespace kelvane

@@ -8,6 +8,7 @@
 #include <new>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "modem_lines/modem_lines.h"
@@ -265,6 +266,13 @@ TEST_F(Workshop, every_end_signal_ends_an_idle_program) {
         EXPECT_EQ(folder.content(settings_file), "0\r\n(default)\r\n");
         ::unlink(folder.path(settings_file).c_str());
     }
+    // Settings that cannot be written are no reason to wait for somebody who presses OK.
+    ASSERT_EQ(::mkdir(folder.path(settings_file).c_str(), 0755), 0);
+    ::unlink(folder.path("Kelvane Lite lock").c_str());
+    start();
+    ASSERT_TRUE(wait_until([&] { return folder.exists("Kelvane Lite lock"); }, in_time));
+    expect_orderly_end();
+    EXPECT_NE(log().find("Cannot write the settings file"), std::string::npos);
 }
 
 TEST_F(Workshop, a_second_instance_refuses_and_leaves_the_settings_alone) {
