@@ -17,10 +17,16 @@ QString from_path(const std::string& path) {
     return QFile::decodeName(QByteArray::fromStdString(path));
 }
 
-/// "NC programs", "*.nc;*.tap" as Qt has it: "NC programs (*.nc *.tap)".
+/// "NC programs", "*.nc;*.tap" as Qt has it: "NC programs (*.nc *.tap)". "*.*" has always meant all
+/// files; to Qt it would be those with a dot in their names.
 QString qt_filter(const std::pair<std::string, std::string>& pair) {
-    QString patterns = to_screen(pair.second);
-    return to_screen(pair.first) + " (" + patterns.replace(';', ' ') + ")";
+    QStringList patterns = to_screen(pair.second).split(';');
+    for (QString& pattern : patterns) {
+        if (pattern.trimmed() == "*.*") {
+            pattern = "*";
+        }
+    }
+    return to_screen(pair.first) + " (" + patterns.join(' ') + ")";
 }
 
 }  // namespace
@@ -42,7 +48,7 @@ void Qt_file_dialog::set_filters(QFileDialog& dialog) const {
         return;
     }
     dialog.setNameFilters(filters);
-    const auto index = std::clamp<qsizetype>(filter_index - 1, 0, filters.size() - 1);
+    const auto index = std::clamp<qsizetype>(qsizetype{filter_index} - 1, 0, filters.size() - 1);
     dialog.selectNameFilter(filters[index]);
 }
 

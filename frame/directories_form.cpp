@@ -88,7 +88,7 @@ void directories_form_lite::on_load() {
     types_ = filter_pairs(type_lines_[filter_line]);
     First_type_lst.clear();
     show_types(0);
-    First_type_lst.select(whole_number(type_lines_[first_type_line]) - 1);
+    First_type_lst.select(CInt(Val(type_lines_[first_type_line]) - 1));
     chk_add_extension.set_checked(whole_number(type_lines_[add_extension_line]) != 0);
     show_directory();
 }

@@ -88,8 +88,9 @@ TEST_F(Directories, a_folder_is_typed_or_chosen_and_must_exist) {
 }
 
 TEST_F(Directories, what_cannot_be_stored_is_said_and_not_in_force) {
+    const std::string absurd_types = "NC|*.nc\r\n\r\n-99999999999\r\n";
     for (const char* operation : {"replace", "read"}) {
-        house.files.put(types, "NC|*.nc\r\n");
+        house.files.put(types, absurd_types);
         house.files.fail(operation, "default file types");
         form.show();
         form.Add_button.click();
@@ -97,7 +98,7 @@ TEST_F(Directories, what_cannot_be_stored_is_said_and_not_in_force) {
         form.OK_button.click();
         EXPECT_TRUE(form.visible());
         EXPECT_EQ(state.file_types, "");
-        EXPECT_EQ(house.files.content(types), "NC|*.nc\r\n");
+        EXPECT_EQ(house.files.content(types), absurd_types);
         form.Cancel_button.click();
         house.files.repair();
     }
