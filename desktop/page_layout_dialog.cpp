@@ -1,19 +1,14 @@
 #include "desktop/page_layout_dialog.h"
 
 #include <QCheckBox>
-#include <QDialogButtonBox>
 #include <QGridLayout>
-#include <QGroupBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPainter>
 #include <QPushButton>
-#include <QVBoxLayout>
 #include <algorithm>
 
-#include "desktop/bindings.h"
-#include "desktop/qt_text.h"
+#include "desktop/dialog_parts.h"
 
 namespace kelvane {
 
@@ -108,12 +103,6 @@ class Picture_widget : public QWidget {
     Page_picture& picture_;
 };
 
-QCheckBox* check_box(Check_box& control) {
-    auto* box = new QCheckBox;
-    bind(control, *box);
-    return box;
-}
-
 QLabel* reason_label(Label& control) {
     auto* label = new QLabel;
     label->setWordWrap(true);
@@ -124,70 +113,58 @@ QLabel* reason_label(Label& control) {
     return label;
 }
 
-QLabel* buddy_label(const Control& control, QWidget& field) {
-    auto* label = new QLabel(to_screen(control.caption()));
-    label->setBuddy(&field);
-    return label;
-}
-
 void add_number(QGridLayout& grid, Number_field& field) {
     const int row = grid.rowCount();
     auto* edit = new QLineEdit;
     bind(field.box, *edit);
     constexpr int digits = 6;
     edit->setMaximumWidth(edit->fontMetrics().horizontalAdvance(QString(digits + 2, u'0')));
-    grid.addWidget(buddy_label(field.box, *edit), row, 0);
+    grid.addWidget(label_of(field.box, *edit), row, 0);
     grid.addWidget(edit, row, 1, Qt::AlignLeft);
     grid.addWidget(reason_label(field.reason), row + 1, 0, 1, 2);
 }
 
 QGroupBox* page_group(Page_layout_form_lite& form) {
-    auto* group = new QGroupBox("Page");
-    auto* grid = new QGridLayout(group);
+    auto* grid = new QGridLayout;
     add_number(*grid, form.Lines_per_page);
     add_number(*grid, form.line_length);
     add_number(*grid, form.margin);
     for (Check_box* box :
          {&form.Print_description, &form.Print_line_numbers, &form.Print_page_numbers,
           &form.Print_reverse_order, &form.Barcode_file, &form.Barcode_path}) {
-        grid->addWidget(check_box(*box), grid->rowCount(), 0, 1, 2);
+        grid->addWidget(check_box_of(*box), grid->rowCount(), 0, 1, 2);
     }
     grid->setColumnStretch(1, 1);
     grid->setRowStretch(grid->rowCount(), 1);
-    return group;
+    return group_of("Page", grid);
 }
 
 QGroupBox* font_group(Page_layout_form_lite& form) {
-    auto* group = new QGroupBox("Font");
-    auto* grid = new QGridLayout(group);
+    auto* grid = new QGridLayout;
     auto* name = new QLineEdit;
     bind(form.Printer_font, *name, Text_form::name);
     auto* list = new QListWidget;
     bind(form.Printer_font_list, *list);
-    grid->addWidget(buddy_label(form.Printer_font, *name), 0, 0);
+    grid->addWidget(label_of(form.Printer_font, *name), 0, 0);
     grid->addWidget(name, 0, 1);
     grid->addWidget(reason_label(form.Printer_font_reason), 1, 0, 1, 2);
-    grid->addWidget(buddy_label(form.Printer_font_list, *list), 2, 0, 1, 2);
+    grid->addWidget(label_of(form.Printer_font_list, *list), 2, 0, 1, 2);
     grid->addWidget(list, 3, 0, 1, 2);
     add_number(*grid, form.Printer_fontsize);
-    grid->addWidget(check_box(form.Printer_fontbold), grid->rowCount(), 0, 1, 2);
-    grid->addWidget(check_box(form.Printer_fontitalic), grid->rowCount(), 0, 1, 2);
+    grid->addWidget(check_box_of(form.Printer_fontbold), grid->rowCount(), 0, 1, 2);
+    grid->addWidget(check_box_of(form.Printer_fontitalic), grid->rowCount(), 0, 1, 2);
     grid->setRowStretch(3, 1);
-    return group;
+    return group_of("Font", grid);
 }
 
 QDialogButtonBox* buttons(Page_layout_form_lite& form) {
     auto* box = new QDialogButtonBox;
-    const auto add = [box](Button& control, QDialogButtonBox::ButtonRole role) {
-        auto* button = new QPushButton;
-        bind(control, *button);
-        box->addButton(button, role);
-        return button;
-    };
-    add(form.Preview_button, QDialogButtonBox::ActionRole);
-    add(form.Defaults_button, QDialogButtonBox::ResetRole)->setAutoDefault(false);
-    add(form.OK_button, QDialogButtonBox::AcceptRole)->setDefault(true);
-    add(form.Cancel_button, QDialogButtonBox::RejectRole)->setAutoDefault(false);
+    auto* ok = button_of(form.OK_button);
+    box->addButton(button_of(form.Preview_button), QDialogButtonBox::ActionRole);
+    box->addButton(button_of(form.Defaults_button), QDialogButtonBox::ResetRole);
+    box->addButton(ok, QDialogButtonBox::AcceptRole);
+    box->addButton(button_of(form.Cancel_button), QDialogButtonBox::RejectRole);
+    ok->setDefault(true);
     return box;
 }
 
