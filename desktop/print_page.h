@@ -46,8 +46,6 @@ class Page_metrics {
     Page_metrics(QPrinter& printer, const Print_fit& fit);
 
     [[nodiscard]] QSizeF page() const { return page_; }
-    /// 1, or less when the fonts had to be taken down.
-    [[nodiscard]] double factor() const { return factor_; }
     [[nodiscard]] QFont font(const Print_font& font) const;
     [[nodiscard]] double row_height(const Print_font& font) const;
     [[nodiscard]] double column_width(const Print_font& font) const;
@@ -57,7 +55,7 @@ class Page_metrics {
   private:
     QPrinter& printer_;
     QSizeF page_;
-    double factor_ = 1;
+    double factor_ = 1;  ///< less when the fonts had to be taken down
 };
 
 /// Paints pages on an active printer.
