@@ -104,7 +104,9 @@ TEST(Bindings_test, a_check_box_follows_its_control_in_all_three_states) {
     Check_box control("chk", "Check");
     QCheckBox widget;
     bind(control, widget);
+    widget.setAccessibleName("Check every line");
     widget.click();
+    EXPECT_EQ(widget.accessibleName(), "Check every line");
     EXPECT_EQ(control.value(), 1);
     control.set_value(2);
     EXPECT_EQ(widget.checkState(), Qt::PartiallyChecked);
@@ -143,9 +145,10 @@ TEST(Bindings_test, typed_keys_are_filtered_and_pasted_text_is_not) {
     EXPECT_EQ(control.text(), "123");
     press_key(widget, Qt::Key_Backspace, "\b");
     EXPECT_EQ(control.text(), "12");
-    QGuiApplication::clipboard()->setText("xy");
+    QGuiApplication::clipboard()->setText("x\r\ny\n");
     widget.paste();
     EXPECT_EQ(control.text(), "12xy");
+    EXPECT_EQ(widget.text(), "12xy");
 }
 
 TEST(Bindings_test, text_is_latin_1_and_names_are_utf_8) {
