@@ -17,7 +17,7 @@ bool takes_new_file(int item) {
 }  // namespace
 
 // The shared file name changes only when the running transfer has ended: until then its end may
-// still save to the old one.
+// still save to the old one, and leave the Stop button as "Reset".
 void Kelvane_lite_form::file_menu(int item) {
     show_text({});
     windows().repaint(*this);
@@ -26,9 +26,11 @@ void Kelvane_lite_form::file_menu(int item) {
         return;
     }
     give_up_running_transfer();
-    work.run_when_done([this, item, name = *chosen] {
-        wait_for_closed_port();
-        if (!closing_) {
+    const int command = ++newest_command_;
+    work.run_when_done([this, item, command, name = *chosen] {
+        wait_for_closed_port(command);
+        if (!closing_ && command == newest_command_) {
+            give_up_running_transfer();
             state.filename = name;
             act_on_file_command(item);
         }
@@ -52,8 +54,8 @@ void Kelvane_lite_form::give_up_running_transfer() {
     Stop_button.set_caption("Stop");
 }
 
-void Kelvane_lite_form::wait_for_closed_port() {
-    while (platform.port.is_open()) {
+void Kelvane_lite_form::wait_for_closed_port(int command) {
+    while (platform.port.is_open() && command == newest_command_) {
         platform.loop.process_events();
     }
 }

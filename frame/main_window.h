@@ -104,7 +104,8 @@ class Kelvane_lite_form : public Form {
     void file_menu(int item);
     [[nodiscard]] std::optional<std::string> choose_file(File_purpose purpose);
     void give_up_running_transfer();
-    void wait_for_closed_port();
+    /// Ends early when a later File command has been picked: the port may be open for that one.
+    void wait_for_closed_port(int command);
     void act_on_file_command(int item);
     [[nodiscard]] bool file_is_there();
     [[nodiscard]] bool may_overwrite();
@@ -124,6 +125,7 @@ class Kelvane_lite_form : public Form {
     Command_hooks hooks_;
     bool refused_ = false;
     bool closing_ = false;
+    int newest_command_ = 0;  ///< number of the File command picked last
 };
 
 }  // namespace kelvane

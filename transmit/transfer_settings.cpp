@@ -123,6 +123,9 @@ void clear_transfer_state(Shared_state& state) {
     state.receiving = 0;
     state.IOsend_cancel = 0;
     state.Sendit_now = 0;
+    // A hold of the transfer before, by the operator or by its machine, would hold this one's
+    // select codes for ever: no machine is connected yet that could send an Xon.
+    state.Xoff = 0;
     state.Character_delay = 0;
     state.Block_delay = 0;
     state.Send_TV_parity = false;
