@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bitset>
+#include <utility>
 
 #include "transmit/control_characters.h"
 
@@ -116,22 +117,23 @@ bool Text_sender::held() {
     return true;
 }
 
+// What has come during a rest counts too, or an Xoff in it would be seen a chunk late.
 bool Text_sender::take_handshakes(bool rests_after_xon) {
     bool xon = false;
-    while (port_.in_buffer_count() > 0) {
-        switch (without_parity(port_.input(1).front())) {
-            case control::dc1:
+    bool rested = true;
+    while (std::exchange(rested, false)) {
+        for (const char byte : port_.input(0)) {
+            const char character = without_parity(byte);
+            if (character == control::dc3) {
+                state_.Xoff = 1;
+            } else if (character == control::dc1) {
                 state_.Xoff = 0;
                 xon = true;
-                if (rests_after_xon) {
+                if (rests_after_xon && state_.escape != 1) {
                     window_.Delay(rest_after_xon_ms);
+                    rested = true;
                 }
-                break;
-            case control::dc3:
-                state_.Xoff = 1;
-                break;
-            default:
-                break;
+            }
         }
     }
     return xon;
