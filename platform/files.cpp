@@ -1,5 +1,8 @@
 #include "platform/files.h"
 
+#include <filesystem>
+#include <system_error>
+
 namespace kelvane {
 
 namespace {
@@ -57,6 +60,14 @@ bool is_absolute_path(std::string_view path) {
     }
     const bool drive = separators.size() > 1 && path.size() > 1 && path[1] == ':';
     return drive || separators.find(path.front()) != std::string_view::npos;
+}
+
+bool same_path(const std::string& one, const std::string& other) {
+    const auto plain = [](const std::string& path) {
+        std::error_code unknown_folder;
+        return std::filesystem::absolute(path, unknown_folder).lexically_normal();
+    };
+    return !one.empty() && plain(one) == plain(other);
 }
 
 std::string backup_path(std::string_view path) {

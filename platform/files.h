@@ -66,6 +66,8 @@ std::string path_in(std::string_view folder, std::string_view name);
 bool can_be_file_name(std::string_view name);
 /// True for a path that begins at a root or a drive.
 bool is_absolute_path(std::string_view path);
+/// True when both paths spell the same file, relative parts resolved; links are not followed.
+bool same_path(const std::string& one, const std::string& other);
 /// `path` with what follows its last "." replaced by "bak"; ".bak" appended when it has no "." at
 /// all. The cut is at the last dot of the whole path, folders included: a name without an extension
 /// in a folder "A.B" is cut inside the folder's name.

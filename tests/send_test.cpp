@@ -232,6 +232,25 @@ TEST(Send, AProgramThatCannotBeExpandedSendsNothing) {
     EXPECT_TRUE(shop.idle());
 }
 
+TEST(Send, TheWorkingCopyItselfIsNeitherSentNorReceivedInto) {
+    const std::string copy = "/kelvane/scratchpad data 5";
+    for (const int item : {0, 1, 3}) {
+        SCOPED_TRACE(item);
+        Shop_floor shop;
+        shop.machine_file("Mill");
+        shop.desk.files.put(copy, "all that is left of a receive");
+        if (item == 1) {
+            shop.boxes().expect("Overwrite existing file?", Message_answer::yes);
+        }
+        shop.boxes().expect("The program itself works with this file");
+        shop.start();
+        shop.desk.file_dialog.answers = {copy};
+        shop.window().FileMenuItem[static_cast<std::size_t>(item)].click();
+        EXPECT_EQ(shop.desk.files.content(copy), "all that is left of a receive");
+        EXPECT_TRUE(shop.idle());
+    }
+}
+
 TEST(BinarySend, CarriesEveryByteValueWithFlowControl) {
     std::string all;
     for (int byte = 0; byte < 256; ++byte) {
@@ -303,6 +322,7 @@ TEST(Send, ClosingTheWindowEndsItInEveryState) {
         Shop_floor shop;
         shop.machine_file("Mill");
         shop.program("PART.NC", std::string(300, 'A') + "\r\n");
+        shop.machine().after_bytes(40).runs([&] { shop.machine().sends(std::string(99, *xon)); });
         shop.desk.loop.after(when, [&] { shop.window().close(); });
         shop.send("PART.NC");
         EXPECT_TRUE(shop.idle());

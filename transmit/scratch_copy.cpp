@@ -11,6 +11,9 @@ namespace {
 
 constexpr std::size_t sample_size = 4096;
 constexpr std::size_t smallest_tape_image = 8;
+/// It would be overwritten or deleted, and it may be all that is left of a receive.
+constexpr const char* own_file =
+    "\nThe program itself works with this file.\nCopy it under another name first.";
 
 bool has_bare_line_feed(std::string_view text) {
     for (std::size_t at = text.find('\n'); at != std::string_view::npos;
@@ -68,6 +71,9 @@ std::string converted_copy(std::string_view content) {
 bool Make_scratchpad_copy(Kelvane_lite_form& window, const std::string& path) {
     Files& files = window.platform.files;
     const std::string copy = files.program_path(file_names::scratch);
+    if (same_path(path, copy)) {
+        return cannot_copy(window, "Disk read error", copy + own_file);
+    }
     if (!files.remove(copy)) {
         return cannot_copy(window, "Disk write error", copy);
     }

@@ -23,7 +23,7 @@ enum class Copy_kind {
 [[nodiscard]] std::string converted_copy(std::string_view content);
 
 /// Writes the working copy of `path` over the old one in the program directory. Without it, after a
-/// critical box that names the file, false.
+/// critical box that names the file, false; so it is when `path` is the working copy itself.
 [[nodiscard]] bool Make_scratchpad_copy(Kelvane_lite_form& window, const std::string& path);
 
 }  // namespace kelvane

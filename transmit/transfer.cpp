@@ -104,9 +104,13 @@ Fault_or_ok Transfer::arm_receive() {
     state_.sending = 0;
     state_.escape = 0;
     const std::string staging = platform_.files.program_path(file_names::scratch);
-    if (!platform_.files.replace(staging, {})) {
-        window_.box("Cannot access file\n" + staging + "\n" + platform_.files.last_error(),
-                    Message_icon::exclamation, Message_buttons::ok, "Disk write error");
+    const bool is_target = !state_.RX_binary && same_path(state_.filename, staging);
+    if (is_target || !platform_.files.replace(staging, {})) {
+        const std::string reason =
+            is_target ? "The program itself works with this file. Choose another name."
+                      : platform_.files.last_error();
+        window_.box("Cannot access file\n" + staging + "\n" + reason, Message_icon::exclamation,
+                    Message_buttons::ok, "Disk write error");
         platform_.port.close();
         return std::nullopt;
     }
