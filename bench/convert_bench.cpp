@@ -87,8 +87,9 @@ bool measure(const Program_directory& folder) {
     const Seconds by_tr = shortest([] {}, [&] { done = std::system(tr.c_str()) == 0 && done; });
 
     Program_on_disk disk(folder.path("."));
-    const Seconds file_to_file = shortest([&] { folder.put(staging, raw); },
-                                          [&] { disk.program.receive_loop.code_convert_file(); });
+    const Seconds file_to_file =
+        shortest([&] { folder.put(staging, raw); },
+                 [&] { static_cast<void>(disk.program.receive_loop.code_convert_file()); });
     const bool right = done && folder.content(staging) == folder.content("by tr");
 
     const Code_tables& tables = disk.program.code_tables;

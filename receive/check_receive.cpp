@@ -43,9 +43,11 @@ bool Receive_loop::folder_can_be_written() {
     return platform_.files.replace(test, " ") && platform_.files.remove(test);
 }
 
+// A ".bak" file would be its own backup: it stays until the new program takes its place.
 bool Receive_loop::keep_backup() {
-    return platform_.files.copy(state_.filename, backup_path(state_.filename)) &&
-           platform_.files.remove(state_.filename);
+    const std::string backup = backup_path(state_.filename);
+    return same_path(state_.filename, backup) || (platform_.files.copy(state_.filename, backup) &&
+                                                  platform_.files.remove(state_.filename));
 }
 
 void Receive_loop::end_job(const std::string& text) {

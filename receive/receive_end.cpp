@@ -44,7 +44,10 @@ void Receive_loop::finish_binary() {
 
 void Receive_loop::finish_text() {
     window_.status.set(Activity::converting);
-    code_convert_file();
+    if (!code_convert_file()) {
+        finish(false);
+        return;
+    }
     if (platform_.files.length(staging_).value_or(0) == 0) {
         tell_illegal_characters();
         return;
@@ -80,6 +83,14 @@ bool Receive_loop::apply_skip_upto() {
         return false;
     }
     const std::string_view kept = skipped_up_to(*text, state_.Skip_upto);
+    if (kept.empty()) {
+        window_.box(
+            "Nothing was received after the text up to which data is skipped.\n"
+            "The received data is kept in\n" +
+                staging_,
+            Message_icon::critical, Message_buttons::ok, "Received data error");
+        return false;
+    }
     return kept.size() == text->size() || write(staging_, std::string(kept));
 }
 
@@ -93,13 +104,17 @@ std::optional<std::string> Receive_loop::read_staging() {
 }
 
 bool Receive_loop::write(const std::string& path, const std::string& content) {
-    if (platform_.files.replace(path, content)) {
-        return true;
+    const bool written = platform_.files.replace(path, content);
+    if (!written) {
+        tell_unwritten(path);
     }
+    return written;
+}
+
+void Receive_loop::tell_unwritten(const std::string& path) {
     window_.box("Cannot access file\n" + path + "\n" + platform_.files.last_error() +
                     "\nThe received data is kept in\n" + staging_,
                 Message_icon::critical, Message_buttons::ok, "Disk write error");
-    return false;
 }
 
 bool Receive_loop::save_single_file() {
@@ -177,10 +192,10 @@ void Receive_loop::finish(bool saved) {
     }
 }
 
-void Receive_loop::code_convert_file() {
-    const auto raw = platform_.files.read(staging_);
+bool Receive_loop::code_convert_file() {
+    const auto raw = read_staging();
     if (!raw) {
-        return;
+        return false;
     }
     Received_code code{state_.RX_code == 1 ? receive_eia : receive_ascii,
                        static_cast<unsigned char>(state_.RX_eob)};
@@ -189,7 +204,7 @@ void Receive_loop::code_convert_file() {
         if (!recognised) {
             window_.box("Cannot recognize received data.\nCheck I/O device settings.",
                         Message_icon::critical, Message_buttons::ok, "Received data error");
-            return;
+            return true;
         }
         code = *recognised;
         window_.show_text(code.column == receive_eia ? "Code converting EIA data"
@@ -203,9 +218,13 @@ void Receive_loop::code_convert_file() {
         state_.ignore_before = false;
     }
     const std::string converted = platform_.files.program_path(file_names::scratch_converted);
-    if (!platform_.files.replace(converted, text) || !platform_.files.rename(converted, staging_)) {
+    const bool done =
+        platform_.files.replace(converted, text) && platform_.files.rename(converted, staging_);
+    if (!done) {
+        tell_unwritten(converted);
         platform_.files.remove(converted);
     }
+    return done;
 }
 
 }  // namespace kelvane

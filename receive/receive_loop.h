@@ -21,8 +21,9 @@ class Receive_loop {
     [[nodiscard]] bool Check_receive();
 
     /// Turns the raw bytes of the staging file into text. Data that cannot be recognised is told in
-    /// a box and stays raw; so does a file that cannot be read or replaced.
-    void code_convert_file();
+    /// a box and stays raw. False, after a box, when the file cannot be read or replaced: it stays
+    /// raw, and is not to be saved as if it were text.
+    [[nodiscard]] bool code_convert_file();
 
   private:
     void poll();
@@ -47,6 +48,7 @@ class Receive_loop {
     /// The staging file's content; no value, after a box, when it cannot be read.
     [[nodiscard]] std::optional<std::string> read_staging();
     [[nodiscard]] bool write(const std::string& path, const std::string& content);
+    void tell_unwritten(const std::string& path);
     void finish(bool saved);
 
     [[nodiscard]] bool folder_can_be_written();

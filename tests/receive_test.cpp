@@ -195,21 +195,25 @@ TEST(Receive, WhatCannotBeSavedStaysStagedAndIsSaid) {
     struct Case {
         const char* what;
         std::function<void(Memory_files&)> breaks;
+        const char* box = "/nc/NEW.NC";
+        const char* skip_up_to = "";
     };
     const Case cases[] = {
         {"folder gone", [](Memory_files& files) { files.remove_folder("/nc"); }},
         {"target fails", [](Memory_files& files) { files.fail("replace", "NEW.NC"); }},
+        {"no text", [](Memory_files& files) { files.fail("replace", "data 5b"); }, "data 5b"},
+        {"all skipped", [](Memory_files&) {}, "Nothing was received after", "G0<13><10>"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         Shop_floor shop;
-        shop.machine_file("Mill");
+        shop.machine_file("Mill", {{17, c.skip_up_to}});
         shop.program("NEW.NC", "the old one");
         shop.boxes().expect("Overwrite existing file?", Message_answer::yes);
         shop.receive("NEW.NC");
         c.breaks(shop.desk.files);
         shop.machine().sends("%\r\nG0\r\n");
-        shop.boxes().expect("/nc/NEW.NC");
+        shop.boxes().expect(c.box);
         shop.desk.loop.run_until([&] { return shop.idle(); });
         EXPECT_EQ(shop.file("NEW.NC"), "the old one");
         EXPECT_EQ(shop.scratch(file_names::scratch), "%\r\nG0\r\n");
@@ -279,6 +283,37 @@ TEST(Receive, ANewCommandAbortsItAndSavesNothingToTheNewName) {
     EXPECT_EQ(shop.file("NEW.NC"), "(missing)");
 }
 
+TEST(Receive, ACommandPickedDuringTheConversionRunsAfterIt) {
+    Shop_floor shop;
+    shop.machine_file("Mill");
+    shop.desk.files.put("/kelvane/Switchbox codes for Mill", "A\r\n");
+    shop.receive("ONE.NC");
+    shop.machine().sends("%\r\n" + std::string(500, 'A'));
+    shop.window().Text1.observe([&] {
+        if (shop.log().starts_with("Code converting")) {
+            shop.machine().after(0s).runs([&] { shop.receive("TWO.NC"); });
+        }
+    });
+    shop.pass(5s);
+    EXPECT_EQ(shop.file("ONE.NC"), "%\r\n" + std::string(500, 'A'));
+    EXPECT_EQ(shop.log(), "Ready to receive data ...") << "no hold is left of the first";
+    EXPECT_EQ(shop.received(), "AA") << "the select codes";
+}
+
+TEST(Receive, TwoCommandsPickedInARowDoNotBothRun) {
+    Shop_floor shop;
+    shop.machine_file("Mill");
+    shop.program("PART.NC", "G0\r\n");
+    shop.receive("ONE.NC");
+    shop.machine().after(1ms).runs([&] { shop.receive("TWO.NC"); });
+    shop.send_without_start("PART.NC");
+    EXPECT_EQ(shop.log(), "Ready to receive data ...");
+    shop.machine().sends("%\r\n");
+    shop.pass(5s);
+    EXPECT_TRUE(shop.idle());
+    EXPECT_EQ(shop.file("TWO.NC"), "%\r\n");
+}
+
 TEST(CommandLineReceive, PreparesItsTargetAndEndsTheProgram) {
     Shop_floor shop;
     shop.machine_file("Mill");
@@ -299,6 +334,14 @@ TEST(CommandLineReceive, PreparesItsTargetAndEndsTheProgram) {
     refused.pass(200ms);
     EXPECT_TRUE(refused.desk.windows.ended);
     EXPECT_EQ(refused.machine().times_opened(), 0);
+
+    Shop_floor own_backup;
+    own_backup.program("OLD.bak", "old");
+    own_backup.boxes().expect("already exists.", Message_answer::yes);
+    own_backup.start("2|/nc/OLD.bak");
+    own_backup.boxes().expect("Unable to read from file");
+    own_backup.pass(200ms);
+    EXPECT_EQ(own_backup.file("OLD.bak"), "old") << "it stays until there is a new one";
 
     Shop_floor no_folder;
     no_folder.boxes().expect("Cannot write to folder /gone");
