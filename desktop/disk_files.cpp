@@ -216,7 +216,16 @@ bool Disk_files::rename(const std::string& from, const std::string& to) {
     if (!exists(from)) {
         return failed(is_folder(from) ? EISDIR : ENOENT);
     }
-    return ::rename(from.c_str(), to.c_str()) == 0 || failed();
+    // The old file at `to` goes: the new content must be on the disk before its name is.
+    const Handle content = open_file(from, O_RDONLY | O_NONBLOCK);
+    if (content.ok() && ::fsync(content.get()) != 0 && errno == EIO) {
+        return failed();
+    }
+    if (::rename(from.c_str(), to.c_str()) != 0) {
+        return failed();
+    }
+    sync_folder_of(to);
+    return true;
 }
 
 bool Disk_files::remove(const std::string& path) {
