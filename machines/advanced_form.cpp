@@ -17,7 +17,7 @@ Configure_IO_advanced_lite::Configure_IO_advanced_lite(Window_system& windows)
                           &Skip_lines_txt, &Switchbox_txt, &Timeout_txt}) {
         box->selects_all_on_focus = true;
     }
-    Timeout_txt.accepts_key = [](char key) { return (key >= '0' && key <= '9') || key == '\b'; };
+    Timeout_txt.accepts_key = [](char key) { return is_digit(key) || key == '\b'; };
     HS_loop_txt.on_change = [this] {
         HS_loop_hint.set_visible(Val(HS_loop_txt.text()) > safe_handshake_check);
     };

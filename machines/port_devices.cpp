@@ -6,16 +6,6 @@ namespace kelvane {
 
 namespace {
 
-constexpr std::string_view blanks = " \t\r\n";
-
-std::string_view trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
 /// The first line of `rest` with its line end, taken off it.
 std::string_view take_line(std::string_view& rest) {
     const std::size_t end = rest.find('\n');

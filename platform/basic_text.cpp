@@ -11,10 +11,6 @@ namespace {
 
 constexpr std::size_t longest_number = 300;
 
-bool is_digit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 template <typename Change>
 std::string changed_letters(std::string_view text, Change change) {
     std::string result(text);
@@ -82,6 +78,19 @@ int CInt(double number) {
 
 int whole_number(std::string_view text) {
     return CInt(Val(text));
+}
+
+bool is_digit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+std::string_view trimmed(std::string_view text) {
+    constexpr std::string_view blanks = " \t\r\n";
+    const std::size_t first = text.find_first_not_of(blanks);
+    if (first == std::string_view::npos) {
+        return {};
+    }
+    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
 std::string upper_case(std::string_view text) {

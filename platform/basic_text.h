@@ -29,6 +29,12 @@ int CInt(double number);
 /// CInt(Val(text)).
 int whole_number(std::string_view text);
 
+/// True for "0" to "9".
+bool is_digit(char c);
+
+/// `text` without the blanks, tabs and line ends at both its ends.
+std::string_view trimmed(std::string_view text);
+
 /// ASCII upper and lower case; other bytes stay as they are.
 std::string upper_case(std::string_view text);
 std::string lower_case(std::string_view text);

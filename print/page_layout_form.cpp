@@ -12,10 +12,6 @@ namespace {
 
 constexpr int picture_barcode_rows = 6;
 
-bool is_digit(char key) {
-    return key >= '0' && key <= '9';
-}
-
 std::optional<int> number_in(std::string_view text, Value_range range) {
     constexpr std::size_t most_digits = 4;
     if (text.empty() || text.size() > most_digits ||

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 
+#include "platform/basic_text.h"
 #include "resequence/engine.h"
 
 namespace kelvane {
@@ -12,10 +13,6 @@ namespace {
 
 constexpr std::string_view digits = "0123456789";
 constexpr std::int64_t greatest_number = 999'999'999'999'999;
-
-bool is_digit(char c) {
-    return c >= '0' && c <= '9';
-}
 
 /// Cuts `count` characters from the front of `text` and returns them.
 std::string_view cut(std::string_view& text, std::size_t count) {

@@ -17,10 +17,6 @@ std::int64_t block_number(const Text_box& box) {
     return std::llrint(std::clamp(Val(box.text()), -greatest, greatest));
 }
 
-bool is_digit_key(char key) {
-    return key >= '0' && key <= '9';
-}
-
 /// The next field into a control, which keeps its value when there is none.
 void read(Text_reader& reader, Check_box& box) {
     int value = box.value();
@@ -51,7 +47,7 @@ resequence_form_lite::resequence_form_lite(Window_system& windows, Files& files,
 
 void resequence_form_lite::attach_handlers() {
     for (Text_box* box : {&start_txt, &increment_txt, &Maximum_txt, &digits_txt}) {
-        box->accepts_key = is_digit_key;
+        box->accepts_key = is_digit;
     }
     for (Text_box* box :
          {&start_txt, &increment_txt, &Maximum_txt, &N_character_txt, &Add_to_txt}) {

@@ -14,20 +14,8 @@ constexpr std::string_view blanks = " \t";
 constexpr std::string_view call_word = "CALL ";
 constexpr std::string_view times_word = "TIMES";
 
-bool is_digit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 bool is_letter(char c) {
     return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-}
-
-std::string_view trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
 void skip_blanks(std::string_view& text) {
