@@ -26,13 +26,13 @@ QPushButton* button_of(Button& control, char key = 0);
 /// A field wide enough for `characters` of its font.
 QLineEdit* field_of(Text_box& control, int characters, Text_form form = Text_form::latin1);
 
-/// A list as wide as its widest item, or `characters`, and at least `rows` high.
+/// A list at least `characters` wide and `rows` high, which grows with its window.
 QListWidget* list_of(List_box& control, int rows, int characters);
 
 /// A label with the caption of `control`, which names `widget` and leads to it.
 QLabel* label_of(const Control& control, QWidget& widget, char key = 0);
 
-/// A text that changes and takes no room of its own to be there or not.
+/// A text that comes and goes without anything else moving.
 QLabel* hint_of(Label& control);
 
 /// A box with a title around a layout.
