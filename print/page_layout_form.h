@@ -58,7 +58,7 @@ class Page_layout_form_lite : public Form {
     Check_box Print_line_numbers{"Print_line_numbers", "Line &numbers"};
     Check_box Print_page_numbers{"Print_page_numbers", "Pa&ge numbers"};
     Check_box Print_reverse_order{"Print_reverse_order", "Last page fi&rst"};
-    Check_box Barcode_file{"Barcode_file", "Bar codes of the fi&le name"};
+    Check_box Barcode_file{"Barcode_file", "Bar c&odes of the file name"};
     Check_box Barcode_path{"Barcode_path", "Bar codes of the pa&th"};
     Page_picture picture{"picture", "Page 1 in small"};
     /// Why a preview cannot be shown now; empty otherwise.
