@@ -5,6 +5,7 @@
 #include "fuzz_input.h"
 #include "program/program.h"
 #include "support/headless_platform.h"
+#include "support/plain_settings.h"
 
 namespace {
 
@@ -39,11 +40,23 @@ void put_files(Memory_files& files, fuzz::Fuzz_input& input) {
     }
 }
 
+/// Plain settings with a few lines that are anything.
+std::string settings(fuzz::Fuzz_input& input) {
+    Setting_lines lines;
+    for (int count = input.choice(5); count > 0; --count) {
+        const int number = input.choice(25) + 1;
+        lines.emplace_back(number, std::string(input.text()));
+    }
+    return plain_settings(lines);
+}
+
 void run(fuzz::Fuzz_input& input) {
     Headless_platform doubles;
     Quick_boxes boxes(input.yes());
     Platform platform{doubles.loop,    doubles.windows, boxes,           doubles.file_dialog,
                       doubles.printer, doubles.machine, doubles.desktop, doubles.files};
+    const std::string port_settings = doubles.files.program_path(file_names::port_settings);
+    doubles.files.put(port_settings, settings(input));
     put_files(doubles.files, input);
     doubles.files.put("/nc/PART.NC", std::string(input.text()));
     const auto item = static_cast<std::size_t>(input.choice(6));
