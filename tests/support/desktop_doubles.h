@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <functional>
+#include <gtest/gtest.h>
 #include <map>
 #include <optional>
 #include <string>
@@ -20,13 +21,34 @@ namespace kelvane::testing {
 /// meets, fail the test.
 class Scripted_message_box : public Message_box {
   public:
-    ~Scripted_message_box() override;
-    Message_answer show(const Message& message) override;
+    ~Scripted_message_box() override {
+        for (const Expectation& left : expected_) {
+            ADD_FAILURE() << "no box has said \"" << left.part << "\"";
+        }
+    }
+    Message_answer show(const Message& message) override {
+        const std::string all = message.title + "\n" + message.text;
+        shown_.push_back(message);
+        if (expected_.empty()) {
+            ADD_FAILURE() << "unexpected box \"" << all << '"';
+            return message.buttons == Message_buttons::yes_no ? Message_answer::no
+                                                              : Message_answer::ok;
+        }
+        const Expectation expectation = std::move(expected_.front());
+        expected_.pop_front();
+        EXPECT_NE(all.find(expectation.part), std::string::npos)
+            << "expected \"" << expectation.part << "\", box says: " << all;
+        expectation.meanwhile();
+        return expectation.answer;
+    }
 
     /// The next box must hold `part` in its text or title, and is answered so; `meanwhile` runs
     /// while it is open.
-    void expect(std::string part, Message_answer answer = Message_answer::ok,
-                std::function<void()> meanwhile = {});
+    void expect(
+        std::string part, Message_answer answer = Message_answer::ok,
+        std::function<void()> meanwhile = [] {}) {
+        expected_.push_back({std::move(part), answer, std::move(meanwhile)});
+    }
     [[nodiscard]] const std::vector<Message>& shown() const { return shown_; }
 
   private:
@@ -44,19 +66,25 @@ class Scripted_message_box : public Message_box {
 class Recorded_windows : public Window_system {
   public:
     explicit Recorded_windows(Virtual_loop& loop) : loop_(loop) {}
-    void show(Form& form, bool modal) override;
-    void hide(Form& form) override;
-    void wait_while_visible(const Form& form) override;
+    void show(Form& form, bool) override {
+        if (auto action = actions_.extract(form.name())) {
+            loop_.after(Clock_time(0), action.mapped());
+        }
+    }
+    void hide(Form&) override {}
+    void wait_while_visible(const Form& form) override {
+        loop_.run_until([&form] { return !form.visible(); });
+    }
     void repaint(Form&) override {}
     void set_hourglass(bool on) override { hourglass = on; }
     void end_program() override { ended = true; }
 
     /// Runs `action` as an event once a form of this name is shown.
-    void when_shown(const std::string& form_name, std::function<void()> action);
+    void when_shown(const std::string& form_name, std::function<void()> action) {
+        actions_[form_name] = std::move(action);
+    }
     bool ended = false;
     bool hourglass = false;
-    /// "show NAME", "modal NAME", "hide NAME" in order.
-    std::vector<std::string> log;
 
   private:
     Virtual_loop& loop_;
@@ -66,23 +94,30 @@ class Recorded_windows : public Window_system {
 /// Answers from a queue; an empty queue is the operator's Cancel.
 class Scripted_file_dialog : public File_dialog {
   public:
-    [[nodiscard]] std::optional<std::string> choose_file(File_purpose purpose) override;
-    [[nodiscard]] std::optional<std::string> choose_folder(const std::string& start) override;
+    std::optional<std::string> choose_file(File_purpose) override {
+        if (answers.empty()) {
+            return std::nullopt;
+        }
+        std::string answer = std::move(answers.front());
+        answers.pop_front();
+        return answer;
+    }
+    std::optional<std::string> choose_folder(const std::string&) override {
+        return choose_file(File_purpose::open);
+    }
     std::deque<std::string> answers;
-    std::vector<File_purpose> asked;
-    std::function<void()> meanwhile;  ///< runs while the dialog is open
 };
 
 /// A desktop with a fixed date, a command line and a count of beeps.
 class Recorded_desktop : public Desktop_services {
   public:
     void beep() override { ++beeps; }
-    [[nodiscard]] std::string date_text() const override { return "21.11.26"; }
-    [[nodiscard]] std::string time_text() const override { return "10:30"; }
-    [[nodiscard]] std::string stamp_text(std::time_t) const override { return "09.09.01 03:46"; }
-    [[nodiscard]] std::string command_line() const override { return command; }
-    [[nodiscard]] bool another_instance_runs() override { return another_runs; }
-    [[nodiscard]] std::vector<Serial_device> serial_devices() const override { return devices; }
+    std::string date_text() const override { return "21.11.26"; }
+    std::string time_text() const override { return "10:30"; }
+    std::string stamp_text(std::time_t) const override { return "09.09.01 03:46"; }
+    std::string command_line() const override { return command; }
+    bool another_instance_runs() override { return another_runs; }
+    std::vector<Serial_device> serial_devices() const override { return devices; }
 
     int beeps = 0;
     std::string command;

@@ -1,12 +1,13 @@
 #pragma once
 
-#include <cstddef>
+#include <algorithm>
+#include <cmath>
 #include <functional>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
+#include "platform/basic_text.h"
 #include "platform/serial_port.h"
 #include "support/virtual_loop.h"
 
@@ -20,39 +21,77 @@ class Scripted_machine : public Serial_comm {
     explicit Scripted_machine(Virtual_loop& loop) : loop_(loop) {}
 
     // --- The port, as the program sees it
-    [[nodiscard]] Port_error open(const Port_settings& settings) override;
-    void close() override;
-    [[nodiscard]] bool is_open() const override { return open_; }
-    [[nodiscard]] bool lost() const override { return lost_; }
-    [[nodiscard]] std::string error_text() const override { return error_text_; }
-    [[nodiscard]] std::string device_of(int com_port) const override;
-    [[nodiscard]] double characters_per_second() const override;
-    [[nodiscard]] std::size_t in_buffer_count() override { return to_program_.size(); }
-    [[nodiscard]] std::string input(std::size_t most) override;
-    [[nodiscard]] std::size_t out_buffer_count() override { return on_line_.size(); }
-    void output(std::string_view bytes) override;
-    [[nodiscard]] bool cts_holding() override { return cts_; }
+    Port_error open(const Port_settings& settings) override {
+        lost_ = false;
+        settings_ = settings;
+        ++times_opened_;
+        if (refusal_ != Port_error::none || Val(settings.settings) <= 0) {
+            return refusal_ != Port_error::none ? refusal_ : Port_error::bad_settings;
+        }
+        close();
+        open_ = true;
+        to_program_.clear();
+        return Port_error::none;
+    }
+    void close() override {
+        open_ = false;
+        ++line_;
+        on_line_.clear();
+    }
+    bool is_open() const override { return open_; }
+    bool lost() const override { return lost_; }
+    std::string error_text() const override { return error_text_; }
+    std::string device_of(int port) const override { return "/dev/test" + std::to_string(port); }
+    double characters_per_second() const override {
+        return Val(settings_.settings) / (settings_.settings.ends_with(",1") ? 10 : 11);
+    }
+    std::size_t in_buffer_count() override { return to_program_.size(); }
+    std::string input(std::size_t most) override {
+        std::string taken = to_program_.substr(0, most == 0 ? std::string::npos : most);
+        to_program_.erase(0, taken.size());
+        return taken;
+    }
+    std::size_t out_buffer_count() override { return on_line_.size(); }
+    void output(std::string_view bytes) override {
+        const bool idle = on_line_.empty();
+        on_line_ += open_ ? bytes : "";
+        most_queued_ = std::max(most_queued_, on_line_.size());
+        if (idle && !on_line_.empty()) {
+            shift_next();
+        }
+    }
+    bool cts_holding() override { return cts; }
 
     // --- The script
-    /// What happens at a moment: the machine sends, or something runs.
-    class Moment {
-      public:
-        explicit Moment(std::function<void(std::function<void()>)> when) : when_(std::move(when)) {}
-        void runs(std::function<void()> action) const { when_(std::move(action)); }
-
-      private:
-        std::function<void(std::function<void()>)> when_;
-    };
-    /// As soon as `count` bytes in all have arrived.
-    Moment after_bytes(std::size_t count);
-    /// A span from now.
-    Moment after(Clock_time span);
+    /// Something runs as soon as `count` bytes in all have arrived.
+    void after_bytes(std::size_t count, std::function<void()> action) {
+        triggers_.emplace(count, std::move(action));
+    }
+    /// Something runs a span from now.
+    void after(Clock_time span, std::function<void()> action) {
+        loop_.after(span, std::move(action));
+    }
     /// Bytes that begin to come in now, at the line's pace.
-    void sends(std::string bytes);
-    void set_cts(bool raised) { cts_ = raised; }
+    void sends(const std::string& bytes) {
+        input_free_ = std::max(input_free_, loop_.now());
+        for (const char byte : bytes) {
+            input_free_ += open_ ? character_time() : Clock_time(1);
+            loop_.at(input_free_, [this, byte] {
+                to_program_.append(open_ && !(settings_.null_discard && byte == '\0') ? 1 : 0,
+                                   byte);
+            });
+        }
+    }
     /// The adapter is pulled out.
-    void hang_up();
-    void refuse(Port_error error, std::string text);
+    void hang_up() {
+        close();
+        lost_ = true;
+    }
+    void refuse(Port_error error, std::string text) {
+        refusal_ = error;
+        error_text_ = std::move(text);
+    }
+    bool cts = true;
 
     // --- The record
     [[nodiscard]] const std::string& received() const { return received_; }
@@ -60,29 +99,40 @@ class Scripted_machine : public Serial_comm {
     [[nodiscard]] const Port_settings& settings() const { return settings_; }
     [[nodiscard]] int times_opened() const { return times_opened_; }
     [[nodiscard]] std::size_t most_queued() const { return most_queued_; }
-    void forget_received() { received_.clear(), times_.clear(); }
 
   private:
-    [[nodiscard]] Clock_time character_time() const;
-    void shift_next();
-    void arrive(char byte);
+    [[nodiscard]] Clock_time character_time() const {
+        return Clock_time(std::llround(1e6 / characters_per_second()));
+    }
+    void shift_next() {
+        loop_.after(character_time(), [this, line = line_] {
+            if (line != line_) {
+                return;
+            }
+            received_ += on_line_.front();
+            on_line_.erase(0, 1);
+            if (!on_line_.empty()) {
+                shift_next();
+            }
+            times_.push_back(loop_.now());
+            while (auto trigger = triggers_.extract(received_.size())) {
+                trigger.mapped()();
+            }
+        });
+    }
 
     Virtual_loop& loop_;
     Port_settings settings_;
     bool open_ = false;
     bool lost_ = false;
-    bool cts_ = true;
     unsigned line_ = 0;  // counts openings, so that bytes of an old one go nowhere
     int times_opened_ = 0;
     Port_error refusal_ = Port_error::none;
-    std::string error_text_;
-    std::string to_program_;
+    std::string error_text_, to_program_, on_line_, received_;
     Clock_time input_free_{};
-    std::string on_line_;
     std::size_t most_queued_ = 0;
-    std::string received_;
     std::vector<Clock_time> times_;
-    std::vector<std::pair<std::size_t, std::function<void()>>> triggers_;
+    std::multimap<std::size_t, std::function<void()>> triggers_;
 };
 
 }  // namespace kelvane::testing

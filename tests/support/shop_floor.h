@@ -1,17 +1,27 @@
 #pragma once
 
-#include <initializer_list>
 #include <string>
 #include <utility>
-#include <vector>
 
+#include "frame/file_names.h"
+#include "frame/machine_file_names.h"
 #include "program/program.h"
 #include "support/headless_platform.h"
+#include "support/plain_settings.h"
 
 namespace kelvane::testing {
 
+using namespace std::chrono_literals;
+
 /// Text in a tape code, as it should stand on the wire.
-std::string in_tape_code(std::string_view text, int code);
+inline std::string in_tape_code(std::string_view text, std::size_t code) {
+    static const Code_tables tables = Build_code_tables();
+    std::string bytes;
+    for (const char c : text) {
+        bytes += static_cast<char>(tables.code_table[static_cast<unsigned char>(c)][code]);
+    }
+    return bytes;
+}
 inline std::string even(std::string_view text) {
     return in_tape_code(text, 0);
 }
@@ -25,52 +35,86 @@ inline std::string eia_code(std::string_view text) {
 inline constexpr const char* xon = "\x11";
 inline constexpr const char* xoff = "\x93";
 
-/// The whole program on doubles, and verbs to tell what happens on the shop floor.
+/// The whole program on doubles, and verbs to tell what happens on the shop floor. It is started by
+/// the first verb that needs it, so that files can be laid out before.
 class Shop_floor {
   public:
-    /// Starts nothing yet, so that files can be laid out first.
-    Shop_floor();
+    Shop_floor() = default;
+    /// With a plain machine "Mill" but for `lines`, and `part` as /nc/PART.NC.
+    Shop_floor(const Setting_lines& lines, const std::string& part) {
+        machine_file("Mill", lines);
+        program("PART.NC", part);
+    }
 
-    /// A settings file of 25 plain lines (COM1, 9600, one stop bit, no parity, Xon/Xoff, CR LF, no
-    /// leader or trailer, nothing ignored), with some lines replaced; and selects that machine.
-    void machine_file(const std::string& machine,
-                      std::initializer_list<std::pair<int, std::string>> lines = {});
+    /// A settings file of plain lines, but for `lines`; and selects that machine.
+    void machine_file(const std::string& name, const Setting_lines& lines = {}) {
+        own_file(port_settings_name(name), plain_settings(lines));
+        own_file(file_names::settings, "1\r\n" + name + "\r\n");
+    }
     /// A program in /nc, by its bare name.
-    void program(const std::string& name, const std::string& content);
-
-    /// Start-up, once, with a command line if any. Other verbs call it.
-    void start(const std::string& command_line = {});
+    void program(const std::string& name, const std::string& content) {
+        desk.files.put("/nc/" + name, content);
+    }
+    /// Start-up, once, with a command line if any.
+    void start(const std::string& command_line = {}) {
+        if (!std::exchange(started_, true)) {
+            desk.desktop.command = command_line;
+            program_.start();
+        }
+    }
     /// Lets time pass.
     void pass(Clock_time span) { desk.loop.run_for(span); }
+    void wait_until_idle() {
+        desk.loop.run_until([this] { return idle(); });
+    }
 
-    /// File > Send of /nc/NAME; the machine asks with DC1 after 100 ms, unless told otherwise.
-    void send(const std::string& name);
-    void send_without_start(const std::string& name);
-    void binary_send(const std::string& name);
+    /// File > Send of NAME in /nc, or another item; the machine asks with DC1 after 100 ms.
+    void send(const std::string& name = "PART.NC", std::size_t item = 0) {
+        machine().after(100ms, [this] { machine().sends(xon); });
+        menu(item, name);
+    }
+    void menu(std::size_t file_item, const std::string& name = "PART.NC") {
+        start();
+        desk.file_dialog.answers.push_back(name.starts_with('/') ? name : "/nc/" + name);
+        window().FileMenuItem[file_item].click();
+    }
     /// File > Receive into /nc/NAME: armed on return.
-    void receive(const std::string& name);
-    void binary_receive(const std::string& name);
+    void receive(const std::string& name = "NEW.NC") { menu(1, name); }
     /// As `receive`, then the machine sends `bytes`, and the time-out passes.
-    void receive_from_machine(const std::string& name, const std::string& bytes);
-    void menu(int file_item, const std::string& name);
-    /// At a span from now: the operator presses a button.
-    void presses(Button& button, Clock_time when);
+    void receive_from_machine(const std::string& name, const std::string& bytes) {
+        receive(name);
+        machine().sends(bytes);
+        desk.loop.run_until([this] { return !machine().is_open(); });
+    }
 
-    [[nodiscard]] std::string file(const std::string& name) const;
-    [[nodiscard]] std::string scratch(std::string_view name) const;
+    [[nodiscard]] std::string file(const std::string& name) const {
+        return desk.files.content("/nc/" + name);
+    }
+    /// The working copy of a send, or the staging file of a receive.
+    [[nodiscard]] std::string scratch() const {
+        return desk.files.content(desk.files.program_path(file_names::scratch));
+    }
     [[nodiscard]] const std::string& log() const { return program_.window.Text1.text(); }
+    [[nodiscard]] const std::string& status() { return window().status_label.caption(); }
     [[nodiscard]] const std::string& received() const { return desk.machine.received(); }
     [[nodiscard]] Kelvane_lite_form& window() { return program_.window; }
     [[nodiscard]] Shared_state& state() { return program_.window.state; }
     [[nodiscard]] Program& all() { return program_; }
     [[nodiscard]] Scripted_machine& machine() { return desk.machine; }
     [[nodiscard]] Scripted_message_box& boxes() { return desk.boxes; }
-    [[nodiscard]] bool idle() const;
+    [[nodiscard]] bool idle() const {
+        const Shared_state& state = program_.window.state;
+        return state.busy == 0 && state.sending == 0 && !desk.machine.is_open();
+    }
 
     Headless_platform desk;
 
   private:
-    Program program_;
+    void own_file(std::string_view name, const std::string& content) {
+        desk.files.put(desk.files.program_path(name), content);
+    }
+
+    Program program_{desk.platform};
     bool started_ = false;
 };
 

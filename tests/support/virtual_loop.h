@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <stdexcept>
@@ -19,23 +20,55 @@ struct Waits_for_ever : std::runtime_error {
 /// due times, then of posting; nested waits are fine.
 class Virtual_loop : public Event_loop {
   public:
-    void process_events() override;
-    void process_pending() override;
+    void process_events() override {
+        ++yields_;
+        if (run_one_due()) {
+            return;
+        }
+        const Clock_time timer = timers().next_due().value_or(Clock_time::max());
+        const Clock_time next = events_.empty() ? timer : std::min(timer, events_.begin()->first);
+        if (next > std::chrono::hours(1)) {
+            throw Waits_for_ever("waits for ever: nothing is due within a virtual hour");
+        }
+        now_ = std::max(now_, next);
+        run_one_due();
+    }
+    void process_pending() override {
+        ++yields_;
+        while (run_one_due()) {
+        }
+    }
     [[nodiscard]] Clock_time now() const override { return now_; }
 
     /// Runs `event` at a time, or after a span from now.
-    void at(Clock_time when, std::function<void()> event);
+    void at(Clock_time when, std::function<void()> event) {
+        events_.emplace(std::max(when, now_), std::move(event));
+    }
     void after(Clock_time span, std::function<void()> event) { at(now_ + span, std::move(event)); }
     /// Lets the span pass, running what falls due.
-    void run_for(Clock_time span);
+    void run_for(Clock_time span) {
+        bool passed = false;
+        after(span, [&passed] { passed = true; });
+        run_until([&passed] { return passed; });
+    }
     /// Waits for a condition.
-    void run_until(const std::function<bool()>& condition);
+    void run_until(const std::function<bool()>& condition) {
+        while (!condition()) {
+            process_events();
+        }
+    }
     /// Yields of both kinds so far.
     [[nodiscard]] unsigned long yields() const { return yields_; }
 
   private:
-    bool run_one_due();
-    [[nodiscard]] Clock_time next_due();
+    bool run_one_due() {
+        const bool event_due = !events_.empty() && events_.begin()->first <= now_;
+        if (!event_due || timers().next_due().value_or(now_) < events_.begin()->first) {
+            return timers().run_next(now_);
+        }
+        events_.extract(events_.begin()).mapped()();
+        return true;
+    }
 
     Clock_time now_{};
     std::multimap<Clock_time, std::function<void()>> events_;
