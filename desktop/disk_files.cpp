@@ -103,6 +103,10 @@ mode_t mode_for(const std::string& path) {
 /// Lets `write` fill a temporary file beside `path`, which then takes the place of `path`.
 bool replace_by(const std::string& path, const std::function<bool(int)>& write) {
     const std::string target = link_target(path);
+    // A rename asks only the folder; a write-protected file is to stay as it is.
+    if (::access(target.c_str(), W_OK) != 0 && errno != ENOENT) {
+        return false;
+    }
     std::string temporary = target + ".XXXXXX";
     Handle handle(::mkostemp(temporary.data(), O_CLOEXEC));
     if (!handle.ok()) {

@@ -33,7 +33,7 @@ class Files {
                                                                 std::size_t count) const = 0;
 
     /// Makes `path` hold exactly `content`: written to a temporary file beside it, synced, renamed.
-    /// On failure an old file of that name is untouched.
+    /// On failure, as with a file that is write-protected, an old file of that name is untouched.
     [[nodiscard]] virtual bool replace(const std::string& path, std::string_view content) = 0;
     /// Adds `content` at the end, creating the file when it is missing. On failure the file keeps
     /// its old length.

@@ -179,6 +179,22 @@ TEST(Disk_files_test, replacing_keeps_access_rights_and_links) {
     EXPECT_EQ(mode(), std::filesystem::perms(0660));
 }
 
+TEST(Disk_files_test, a_write_protected_file_is_not_replaced) {
+    On_disk disk;
+    const std::string file = path_in(disk.folder, "a");
+    ASSERT_TRUE(disk.files.replace(file, "old"));
+    std::filesystem::permissions(disk.folder, std::filesystem::perms::all);
+    std::filesystem::permissions(file, std::filesystem::perms(0444));
+    const auto try_it = [&] {
+        constexpr uid_t nobody = 65534;  // root may write everything
+        static_cast<void>(::setuid(nobody) == 0);
+        const bool refused = !disk.files.replace(file, "new") && !disk.files.copy(file, file);
+        ::_exit(refused && disk.files.last_error() == "Permission denied" ? 0 : 1);
+    };
+    EXPECT_EXIT(try_it(), ::testing::ExitedWithCode(0), "");
+    EXPECT_EQ(disk.files.read(file), "old");
+}
+
 TEST(Disk_files_test, the_program_directory_is_the_one_that_is_asked_for) {
     On_disk disk;
     const std::string wanted = disk.folder + "/new/folder";
