@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <exception>
+#include <functional>
 #include <string>
 
 #include "desktop/advanced_dialog.h"
@@ -26,7 +27,7 @@ namespace {
 using namespace kelvane;
 
 /// The last defence: what no routine has caught ends the event in which it happened, not the
-/// program.
+/// program, which is told to give up what was going on.
 class Application : public QApplication {
   public:
     using QApplication::QApplication;
@@ -38,8 +39,13 @@ class Application : public QApplication {
         } catch (...) {
             qCritical("Unexpected fault");
         }
+        if (after_fault) {
+            after_fault();
+        }
         return true;
     }
+
+    std::function<void()> after_fault;
 };
 
 /// The arguments that Qt has left, byte for byte.
@@ -94,6 +100,7 @@ int main(int argc, char** argv) {
         message_box.stop_asking();
         program.window.close();
     });
+    application.after_fault = [&program] { program.window.report_fault(Fault::unexpected); };
     program.start();
     return windows.ended() ? 0 : Application::exec();
 }

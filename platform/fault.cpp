@@ -8,6 +8,8 @@ std::string_view fault_text(Fault fault) {
             return "Subscript out of range";
         case Fault::overflow:
             return "Overflow";
+        case Fault::unexpected:
+            return "Unexpected fault; what was going on has ended";
         case Fault::invalid_argument:
             break;
     }

@@ -9,6 +9,7 @@ namespace kelvane {
 enum class Fault {
     subscript_out_of_range,  ///< an index beyond a fixed table (1001st GOTO target, tape code 7)
     overflow,                ///< a count beyond its type's range
+    unexpected,              ///< what no routine has foreseen, memory that has run out included
     invalid_argument,        ///< text that cannot be taken at all (a "<18" closed before it opens)
 };
 

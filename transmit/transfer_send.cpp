@@ -143,7 +143,7 @@ Fault_or_ok Transfer::send_all_lines() {
                     "\nThe transfer has ended before its end.");
         return std::nullopt;
     }
-    return send_trailer();
+    return ends_between_lines() ? std::nullopt : send_trailer();
 }
 
 Fault_or_ok Transfer::send_trailer() {
