@@ -27,10 +27,10 @@ bool dispatch(QEventLoop::ProcessEventsFlags flags) {
 itimerspec after(Clock_time delay) {
     // A delay of zero would switch the timer off.
     const auto nanoseconds = std::chrono::nanoseconds(std::max(delay, Clock_time(1))).count();
-    itimerspec spec{};
-    spec.it_value.tv_sec = static_cast<time_t>(nanoseconds / 1'000'000'000);
-    spec.it_value.tv_nsec = static_cast<long>(nanoseconds % 1'000'000'000);
-    return spec;
+    itimerspec setting{};
+    setting.it_value.tv_sec = static_cast<time_t>(nanoseconds / 1'000'000'000);
+    setting.it_value.tv_nsec = static_cast<long>(nanoseconds % 1'000'000'000);
+    return setting;
 }
 
 }  // namespace
@@ -92,8 +92,8 @@ void Qt_event_loop::set_wake_timer() {
     if (sleep_end_ && (!wake || *sleep_end_ < *wake)) {
         wake = sleep_end_;
     }
-    const itimerspec spec = wake ? after(*wake - now()) : itimerspec{};
-    ::timerfd_settime(timer_handle_, 0, &spec, nullptr);
+    const itimerspec setting = wake ? after(*wake - now()) : itimerspec{};
+    ::timerfd_settime(timer_handle_, 0, &setting, nullptr);
 }
 
 void Qt_event_loop::wake_timer_fired() {
