@@ -89,39 +89,34 @@ TEST_F(Directories, a_folder_is_typed_or_chosen_and_must_exist) {
 
 TEST_F(Directories, what_cannot_be_stored_is_said_and_not_in_force) {
     const std::string absurd_types = "NC|*.nc\r\n\r\n-99999999999\r\n";
+    house.files.put(types, absurd_types);
     for (const char* operation : {"replace", "read"}) {
-        house.files.put(types, absurd_types);
         house.files.fail(operation, "default file types");
         form.show();
         form.Add_button.click();
         house.boxes.expect("Cannot write");
         form.OK_button.click();
-        EXPECT_TRUE(form.visible());
-        EXPECT_EQ(state.file_types, "");
-        EXPECT_EQ(house.files.content(types), absurd_types);
+        EXPECT_TRUE(form.visible() && state.file_types.empty());
         form.Cancel_button.click();
         house.files.repair();
+        EXPECT_EQ(house.files.content(types), absurd_types);
     }
 }
 
 TEST(Information, every_item_shows_its_own_text) {
     Headless_platform house;
     Thank_you_form_lite box(house.windows);
-    for (int item = 0; item < 5; ++item) {
+    for (int item = 4; item >= 0; --item) {
         box.show_information(item);
-        const auto& text = information_texts()[static_cast<std::size_t>(item)];
+        const auto& text = information_texts().at(static_cast<std::size_t>(item));
         EXPECT_EQ(box.caption(), text.title);
         EXPECT_TRUE(box.text.caption().ends_with(text.body.substr(text.body.find('\n'))));
-        for (const char c : text.body) {
-            EXPECT_TRUE((c >= ' ' && c <= '~') || c == '\n') << text.title;
-        }
     }
+    EXPECT_NE(box.text.caption().find("Version " + std::string(program_version())),
+              std::string::npos);
     box.OK_button.click();
     box.show_information(5);
     EXPECT_FALSE(box.loaded());
-    box.show_information(0);
-    EXPECT_NE(box.text.caption().find("Version " + std::string(program_version())),
-              std::string::npos);
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include <csignal>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <memory>
 #include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -10,197 +9,135 @@
 #include "desktop/disk_files.h"
 #include "support/memory_files.h"
 
-// What both the disk and its double must do, so that what is tested on the double holds on the
-// disk.
-
 namespace kelvane {
 namespace {
 
-struct On_disk {
-    On_disk() { ::umask(022); }
-    ~On_disk() { std::filesystem::remove_all(folder); }
+namespace fs = std::filesystem;
+
+class Disk_files_test : public ::testing::Test {
+  protected:
+    Disk_files_test() { ::umask(022); }
+    ~Disk_files_test() override { fs::remove_all(folder); }
     static std::string make_folder() {
         std::string name = ::testing::TempDir() + "kelvane-files-XXXXXX";
         return ::mkdtemp(name.data());
     }
-    std::string folder = make_folder();
-    Disk_files files{folder};
+    const std::string folder = make_folder();
+    Disk_files disk{folder};
+    const std::string a = folder + "/a";
+    const std::string b = folder + "/b";
 };
 
-struct In_memory {
-    std::string folder = "/kelvane";
-    testing::Memory_files files{folder};
-};
-
-template <typename Kind>
-class Files_test : public ::testing::Test {
+/// What both the disk and its double must do, so that what is tested on the double holds on the
+/// disk.
+class Files_test : public Disk_files_test, public ::testing::WithParamInterface<bool> {
   protected:
-    [[nodiscard]] std::string path(const std::string& name) const {
-        return path_in(kind_.folder, name);
+    [[nodiscard]] std::string content(const std::string& path) const {
+        return files.read(path).value_or("(missing)");
     }
-    [[nodiscard]] std::string content(const std::string& name) const {
-        return kind_.files.read(path(name)).value_or("(missing)");
-    }
-    Files& files() { return kind_.files; }
-
-  private:
-    Kind kind_;
+    testing::Memory_files memory{folder};
+    Files& files = GetParam() ? static_cast<Files&>(disk) : memory;
 };
 
-using Kinds = ::testing::Types<On_disk, In_memory>;
-TYPED_TEST_SUITE(Files_test, Kinds);
+INSTANTIATE_TEST_SUITE_P(kinds, Files_test, ::testing::Bool(),
+                         [](const auto& kind) { return kind.param ? "on_disk" : "in_memory"; });
 
-TYPED_TEST(Files_test, holds_the_bytes_that_were_written) {
+TEST_P(Files_test, holds_the_bytes_that_were_written) {
     std::string every_byte;
     for (int byte = 0; byte < 256; ++byte) {
         every_byte += static_cast<char>(byte);
     }
-    std::string large;
-    while (large.size() < 300'000) {
-        large += every_byte;
+    const std::string large(300'000, 'x');
+    for (const std::string& text : {every_byte, large + every_byte, std::string(), every_byte}) {
+        EXPECT_TRUE(files.replace(a, text));
+        EXPECT_EQ(content(a), text);
+        EXPECT_EQ(files.length(a), text.size());
     }
-    for (const std::string& text : {every_byte, large, std::string(), std::string("\r\n")}) {
-        EXPECT_TRUE(this->files().replace(this->path("a"), text));
-        EXPECT_EQ(this->content("a"), text);
-        EXPECT_EQ(this->files().length(this->path("a")), text.size());
+    EXPECT_EQ(files.read_start(a, 4), every_byte.substr(0, 4));
+    EXPECT_EQ(files.read_start(a, 0), "");
+    EXPECT_EQ(files.read_start(a, 999), every_byte);
+    EXPECT_TRUE(files.replace(folder + "/Fr\xE4se", "1")) << "a name is text in no character set";
+    EXPECT_TRUE(files.exists(folder + "/Fr\xE4se") && !files.exists(folder + "/Fr\xE5se"));
+}
+
+TEST_P(Files_test, appends_copies_and_renames_over_what_was_there) {
+    for (const char* piece : {"one", "", "two"}) {
+        EXPECT_TRUE(files.append(a, piece));
     }
-    // A name need not be text in any character set.
-    EXPECT_TRUE(this->files().replace(this->path("Fr\xE4se"), "1"));
-    EXPECT_TRUE(this->files().exists(this->path("Fr\xE4se")));
-    EXPECT_FALSE(this->files().exists(this->path("Fr\xE5se")));
+    EXPECT_EQ(content(a), "onetwo");
+    ASSERT_TRUE(files.replace(b, "old") && files.replace(folder + "/c", "old"));
+    EXPECT_TRUE(files.copy(a, b));
+    EXPECT_TRUE(files.copy(a, a));
+    EXPECT_TRUE(files.rename(a, folder + "/c"));
+    EXPECT_EQ(content(a), "(missing)");
+    EXPECT_EQ(content(b), "onetwo");
+    EXPECT_EQ(content(folder + "/c"), "onetwo");
 }
 
-TYPED_TEST(Files_test, reads_no_more_than_the_start_that_is_asked_for) {
-    ASSERT_TRUE(this->files().replace(this->path("a"), "abcdef"));
-    EXPECT_EQ(this->files().read_start(this->path("a"), 4), "abcd");
-    EXPECT_EQ(this->files().read_start(this->path("a"), 0), "");
-    EXPECT_EQ(this->files().read_start(this->path("a"), 99), "abcdef");
-}
-
-TYPED_TEST(Files_test, appends_and_creates) {
-    EXPECT_TRUE(this->files().append(this->path("a"), "one"));
-    EXPECT_TRUE(this->files().append(this->path("a"), ""));
-    EXPECT_TRUE(this->files().append(this->path("a"), "two"));
-    EXPECT_EQ(this->content("a"), "onetwo");
-}
-
-TYPED_TEST(Files_test, copies_and_renames_over_what_was_there) {
-    ASSERT_TRUE(this->files().replace(this->path("a"), "new"));
-    ASSERT_TRUE(this->files().replace(this->path("b"), "old"));
-    ASSERT_TRUE(this->files().replace(this->path("c"), "old"));
-    EXPECT_TRUE(this->files().copy(this->path("a"), this->path("b")));
-    EXPECT_TRUE(this->files().copy(this->path("a"), this->path("a")));
-    EXPECT_TRUE(this->files().rename(this->path("a"), this->path("c")));
-    EXPECT_EQ(this->content("a"), "(missing)");
-    EXPECT_EQ(this->content("b"), "new");
-    EXPECT_EQ(this->content("c"), "new");
-}
-
-TYPED_TEST(Files_test, removing_is_done_when_the_file_is_gone) {
-    ASSERT_TRUE(this->files().replace(this->path("a"), "1"));
-    EXPECT_TRUE(this->files().remove(this->path("a")));
-    EXPECT_FALSE(this->files().exists(this->path("a")));
-    EXPECT_TRUE(this->files().remove(this->path("a")));
-    EXPECT_TRUE(this->files().remove(this->path("no folder/a")));
-}
-
-TYPED_TEST(Files_test, tells_files_folders_and_nothing_apart) {
-    ASSERT_TRUE(this->files().replace(this->path("a"), "1"));
-    EXPECT_TRUE(this->files().exists(this->path("a")));
-    EXPECT_FALSE(this->files().is_folder(this->path("a")));
-    EXPECT_FALSE(this->files().exists(folder_of(this->path("a"))));
-    EXPECT_TRUE(this->files().is_folder(folder_of(this->path("a"))));
-    EXPECT_TRUE(this->files().stamp(this->path("a")).has_value());
-    EXPECT_FALSE(this->files().stamp(this->path("b")).has_value());
-    EXPECT_FALSE(this->files().length(this->path("b")).has_value());
-}
-
-TYPED_TEST(Files_test, missing_sources_and_folders_are_failures) {
-    EXPECT_FALSE(this->files().read(this->path("a")).has_value());
-    EXPECT_FALSE(this->files().copy(this->path("a"), this->path("b")));
-    EXPECT_FALSE(this->files().rename(this->path("a"), this->path("b")));
-    EXPECT_FALSE(this->files().exists(this->path("b")));
-    EXPECT_FALSE(this->files().replace(this->path("no folder/a"), "1"));
-    EXPECT_FALSE(this->files().append(this->path("no folder/a"), "1"));
-    EXPECT_EQ(this->files().last_error(), "No such file or directory");
-}
-
-/// No file may grow beyond `bytes` while this lives: a full disk for one process.
-class Full_disk {
-  public:
-    explicit Full_disk(rlim_t bytes) : old_handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &old_);
-        const rlimit limit{bytes, old_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
+TEST_P(Files_test, tells_files_folders_and_nothing_apart) {
+    ASSERT_TRUE(files.replace(a, "1"));
+    EXPECT_TRUE(files.exists(a) && !files.is_folder(a));
+    EXPECT_TRUE(files.is_folder(folder) && !files.exists(folder));
+    EXPECT_TRUE(files.stamp(a) && !files.stamp(b) && !files.length(b));
+    for (const std::string& path : {a, a, folder + "/no folder/a"}) {
+        EXPECT_TRUE(files.remove(path)) << "done when the file is gone";
+        EXPECT_FALSE(files.exists(path));
     }
-    Full_disk(const Full_disk&) = delete;
-    Full_disk& operator=(const Full_disk&) = delete;
-    ~Full_disk() {
-        ::setrlimit(RLIMIT_FSIZE, &old_);
-        std::signal(SIGXFSZ, old_handler_);
-    }
+    EXPECT_FALSE(files.read(a) || files.copy(a, b) || files.rename(a, b) || files.exists(b));
+    EXPECT_FALSE(files.replace(folder + "/no folder/a", "1"));
+    EXPECT_FALSE(files.append(folder + "/no folder/a", "1"));
+    EXPECT_EQ(files.last_error(), "No such file or directory");
+}
 
-  private:
-    void (*old_handler_)(int);
-    rlimit old_{};
-};
-
-TEST(Disk_files_test, a_full_disk_leaves_the_old_content_and_nothing_beside_it) {
-    On_disk disk;
-    const std::string file = path_in(disk.folder, "a");
+TEST_F(Disk_files_test, a_full_disk_leaves_the_old_content_and_nothing_beside_it) {
     const std::string large(100'000, 'x');
-    ASSERT_TRUE(disk.files.replace(file, "old"));
-    ASSERT_TRUE(disk.files.replace(path_in(disk.folder, "large"), large));
-    {
-        const Full_disk full(4096);
-        EXPECT_FALSE(disk.files.replace(file, large));
-        EXPECT_FALSE(disk.files.append(file, large));
-        EXPECT_FALSE(disk.files.append(path_in(disk.folder, "new"), large));
-        EXPECT_FALSE(disk.files.copy(path_in(disk.folder, "large"), file));
-        EXPECT_EQ(disk.files.last_error(), "File too large");
-    }
-    EXPECT_EQ(disk.files.read(file), "old");
-    const auto entries = std::filesystem::directory_iterator(disk.folder);
-    EXPECT_EQ(std::distance(begin(entries), end(entries)), 2);
+    ASSERT_TRUE(disk.replace(a, "old") && disk.replace(b, large));
+    rlimit old{};
+    ::getrlimit(RLIMIT_FSIZE, &old);
+    const rlimit full{4096, old.rlim_max};
+    const auto old_handler = std::signal(SIGXFSZ, SIG_IGN);
+    ::setrlimit(RLIMIT_FSIZE, &full);
+    EXPECT_FALSE(disk.replace(a, large));
+    EXPECT_FALSE(disk.append(a, large));
+    EXPECT_FALSE(disk.append(folder + "/new", large));
+    EXPECT_FALSE(disk.copy(b, a));
+    EXPECT_EQ(disk.last_error(), "File too large");
+    ::setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, old_handler);
+    EXPECT_EQ(disk.read(a), "old");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 2);
 }
 
-TEST(Disk_files_test, replacing_keeps_access_rights_and_links) {
-    On_disk disk;
-    const std::string file = path_in(disk.folder, "a");
-    const std::string link = path_in(disk.folder, "link");
-    ASSERT_TRUE(disk.files.replace(file, "1"));
-    const auto mode = [&] { return std::filesystem::status(file).permissions(); };
-    EXPECT_EQ(mode(), std::filesystem::perms(0644));
-    std::filesystem::permissions(file, std::filesystem::perms(0660));
-    std::filesystem::create_symlink(file, link);
-    ASSERT_TRUE(disk.files.replace(link, "2"));
-    EXPECT_EQ(disk.files.read(file), "2");
-    EXPECT_TRUE(std::filesystem::is_symlink(link));
-    EXPECT_EQ(mode(), std::filesystem::perms(0660));
+TEST_F(Disk_files_test, replacing_keeps_access_rights_and_links) {
+    ASSERT_TRUE(disk.replace(a, "1"));
+    EXPECT_EQ(fs::status(a).permissions(), fs::perms(0644));
+    fs::permissions(a, fs::perms(0660));
+    fs::create_symlink(a, b);
+    ASSERT_TRUE(disk.replace(b, "2"));
+    EXPECT_EQ(disk.read(a), "2");
+    EXPECT_TRUE(fs::is_symlink(b));
+    EXPECT_EQ(fs::status(a).permissions(), fs::perms(0660));
 }
 
-TEST(Disk_files_test, a_write_protected_file_is_not_replaced) {
-    On_disk disk;
-    const std::string file = path_in(disk.folder, "a");
-    ASSERT_TRUE(disk.files.replace(file, "old"));
-    std::filesystem::permissions(disk.folder, std::filesystem::perms::all);
-    std::filesystem::permissions(file, std::filesystem::perms(0444));
+TEST_F(Disk_files_test, a_write_protected_file_is_not_replaced) {
+    ASSERT_TRUE(disk.replace(a, "old"));
+    fs::permissions(folder, fs::perms::all);
+    fs::permissions(a, fs::perms(0444));
     const auto try_it = [&] {
         constexpr uid_t nobody = 65534;  // root may write everything
         static_cast<void>(::setuid(nobody) == 0);
-        const bool refused = !disk.files.replace(file, "new") && !disk.files.copy(file, file);
-        ::_exit(refused && disk.files.last_error() == "Permission denied" ? 0 : 1);
+        const bool refused = !disk.replace(a, "new") && !disk.copy(a, a);
+        ::_exit(refused && disk.last_error() == "Permission denied" ? 0 : 1);
     };
     EXPECT_EXIT(try_it(), ::testing::ExitedWithCode(0), "");
-    EXPECT_EQ(disk.files.read(file), "old");
+    EXPECT_EQ(disk.read(a), "old");
 }
 
-TEST(Disk_files_test, the_program_directory_is_the_one_that_is_asked_for) {
-    On_disk disk;
-    const std::string wanted = disk.folder + "/new/folder";
+TEST_F(Disk_files_test, the_program_directory_is_the_one_that_is_asked_for) {
+    const std::string wanted = folder + "/new/folder";
     ::setenv("KELVANE_LITE_DIRECTORY", (wanted + "/").c_str(), 1);
     EXPECT_EQ(find_program_directory(), wanted);
-    EXPECT_TRUE(disk.files.is_folder(wanted));
+    EXPECT_TRUE(disk.is_folder(wanted));
     EXPECT_EQ(Disk_files(wanted).program_path("\\X"), wanted + "/X");
     ::unsetenv("KELVANE_LITE_DIRECTORY");
 }

@@ -11,50 +11,49 @@ namespace {
 
 using namespace std::chrono_literals;
 using ::testing::ElementsAre;
+using ::testing::StartsWith;
 
 /// The configuration form with its advanced half, and the files it works on.
 class Machine_forms : public ::testing::Test {
   protected:
-    static std::string file(const std::string& name) { return "/kelvane/" + name; }
-    static std::string settings_of(const std::string& machine) {
-        return file("Editor COM port settings for " + machine);
+    /// A file of the program directory; a machine's settings.
+    void put(const std::string& name, const std::string& text) {
+        house.files.put("/kelvane/" + name, text);
     }
-
-    void list(const std::string& names) { house.files.put(file("Editor IO device list"), names); }
-    std::string listed() { return house.files.content(file("Editor IO device list")); }
+    std::string file(const std::string& name) { return house.files.content("/kelvane/" + name); }
+    std::string settings_of(const std::string& machine) { return file(settings + machine); }
+    void list(const std::string& names) { put("Editor IO device list", names); }
+    std::string listed() { return file("Editor IO device list"); }
 
     /// A machine's file that differs from a new machine's in some lines, counted from 1.
-    void machine_file(const std::string& machine, const std::map<int, std::string>& changes) {
+    void machine_file(const std::string& machine, const std::map<int, std::string>& changes = {}) {
         Text_reader reader(machine_settings_text(MachineSettings()));
         Text_writer writer;
         std::string line;
         for (int number = 1; reader.line(line); ++number) {
             writer.line(changes.contains(number) ? changes.at(number) : line);
         }
-        house.files.put(settings_of(machine), writer.text());
+        put(settings + machine, writer.text());
     }
-
     void choose(const std::string& machine) {
+        const auto& items = form.IO_device_lst.items();
         form.IO_device_lst.choose(
-            static_cast<int>(std::find(form.IO_device_lst.items().begin(),
-                                       form.IO_device_lst.items().end(), machine) -
-                             form.IO_device_lst.items().begin()));
+            static_cast<int>(std::ranges::find(items, machine) - items.begin()));
     }
 
-    template <typename... Box>
-    static std::string set_of(const Box&... boxes) {
+    /// The captions of the boxes that are set: tape code, handshake, end of block.
+    std::string boxes() {
         std::string names;
-        ((names += boxes.checked() ? boxes.caption() + " " : ""), ...);
+        for (const Check_box* box :
+             {&form.chk_even, &form.chk_odd, &form.chk_no, &form.chk_EIA, &form.chk_none,
+              &form.chk_Xon, &form.chk_RTS, &form.chk_both, &form.chk_LF, &form.chk_CR,
+              &form.chk_LFCR, &form.chk_CRLF, &form.Chk_custom_EOB}) {
+            names += box->checked() ? box->caption() + " " : "";
+        }
         return names;
     }
-    std::string code() { return set_of(form.chk_even, form.chk_odd, form.chk_no, form.chk_EIA); }
-    std::string handshake() {
-        return set_of(form.chk_none, form.chk_Xon, form.chk_RTS, form.chk_both);
-    }
-    std::string end_of_block() {
-        return set_of(form.chk_LF, form.chk_CR, form.chk_LFCR, form.chk_CRLF, form.Chk_custom_EOB);
-    }
 
+    const std::string settings = "Editor COM port settings for ";
     Headless_platform house;
     Shared_state state;
     Configure_IO_advanced_lite advanced{house.windows};
@@ -67,7 +66,7 @@ TEST_F(Machine_forms, load_shows_the_current_machine_or_the_defaults) {
     EXPECT_EQ(form.COM_lst.items().front(), " 128");
     EXPECT_EQ(form.COM_lst.selected_text(), " 1");
     EXPECT_EQ(form.BAUD_lst.selected_text(), "28800");
-    EXPECT_EQ(code() + handshake() + end_of_block(), "ASCII even Xon/Xoff CR/LF ");
+    EXPECT_EQ(boxes(), "ASCII even Xon/Xoff CR/LF ");
     EXPECT_TRUE(form.Opt_7_bits.value());
     EXPECT_FALSE(advanced.visible());
     form.close();
@@ -79,18 +78,17 @@ TEST_F(Machine_forms, load_shows_the_current_machine_or_the_defaults) {
     form.show();
     EXPECT_EQ(form.IO_device_lst.selected_text(), "Mill");
     EXPECT_EQ(form.COM_lst.selected_text(), " 7");
-    EXPECT_EQ(code() + end_of_block(), "EIA RS244 LF/CR ");
+    EXPECT_EQ(boxes(), "EIA RS244 Xon/Xoff LF/CR ");
     EXPECT_FALSE(form.chk_CR.enabled());
-}
 
-TEST_F(Machine_forms, a_machine_without_a_file_shows_the_default_machines) {
-    list("Mill\r\n");
-    state.IO_device_name = "Mill";
-    house.files.put(file("Editor COM port settings"), "COM4\r\nBAUD 9\r\n");
+    list("New\r\n");  // no file of its own: the default machine's
+    state.IO_device_name = "New";
+    put("Editor COM port settings", "COM4\r\nBAUD 9\r\n");
+    form.close();
     form.show();
     EXPECT_EQ(form.IO_device_lst.selected_text(), "(default)");
     EXPECT_EQ(form.BAUD_lst.selected_text(), "110");
-    choose("Mill");
+    choose("New");
     EXPECT_EQ(form.COM_lst.selected_text(), " 113") << "a click without a file";
     EXPECT_EQ(form.BAUD_lst.selected_text(), "28800");
 }
@@ -98,8 +96,8 @@ TEST_F(Machine_forms, a_machine_without_a_file_shows_the_default_machines) {
 TEST_F(Machine_forms, a_click_resets_all_but_two_fields_and_reads_the_file) {
     list("Mill\r\nLathe\r\n");
     machine_file("Mill", {{4, " 3"}, {6, "4%"}, {15, "*9"}, {17, "O"}, {18, " 1 "}});
-    house.files.put(settings_of("Lathe"), "COM2\r\n");
-    house.files.put(file("Switchbox codes"), "A1\r\nrest\r\n");
+    put(settings + "Lathe", "COM2\r\n");
+    put("Switchbox codes", "A1\r\nrest\r\n");
     form.show();
     EXPECT_EQ(advanced.Switchbox_txt.text(), "A1");
     choose("Mill");
@@ -108,7 +106,7 @@ TEST_F(Machine_forms, a_click_resets_all_but_two_fields_and_reads_the_file) {
     EXPECT_FALSE(form.Custom_EOB_txt.enabled()) << "EIA";
     EXPECT_FALSE(advanced.Timeout_txt.enabled());
     choose("Lathe");
-    EXPECT_EQ(code() + end_of_block(), "ASCII even CR/LF ");
+    EXPECT_EQ(boxes(), "ASCII even Xon/Xoff CR/LF ");
     EXPECT_EQ(form.COM_lst.selected_text(), " 2");
     EXPECT_EQ(advanced.Timeout_txt.text(), "3");
     EXPECT_TRUE(advanced.Chk_RX_until_timeout.checked());
@@ -119,7 +117,7 @@ TEST_F(Machine_forms, a_click_resets_all_but_two_fields_and_reads_the_file) {
 TEST_F(Machine_forms, reading_then_apply_changes_no_byte) {
     list("Mill\r\n");
     state.IO_device_name = "Mill";
-    const std::vector<std::map<int, std::string>> files = {
+    const std::map<int, std::string> files[] = {
         {},
         {{1, "COM128"}, {2, "BAUD-2"}, {3, " 0"}, {4, " 1"}, {5, " 0"}, {6, " 0"}},
         {{4, " 2"}, {6, " 1"}, {25, "True"}, {7, "<27>LF"}, {15, "0"}, {18, " 1 "}},
@@ -129,51 +127,44 @@ TEST_F(Machine_forms, reading_then_apply_changes_no_byte) {
     };
     for (const auto& changes : files) {
         machine_file("Mill", changes);
-        const std::string before = house.files.content(settings_of("Mill"));
+        const std::string before = settings_of("Mill");
         form.show();
         form.apply_button.click();
         EXPECT_FALSE(form.loaded());
-        EXPECT_EQ(house.files.content(settings_of("Mill")), before);
+        EXPECT_EQ(settings_of("Mill"), before);
     }
 }
 
 TEST_F(Machine_forms, boxes_of_a_group_exclude_each_other) {
     form.show();
     form.chk_no.click();
-    EXPECT_EQ(code(), "ASCII none ");
+    EXPECT_EQ(boxes(), "ASCII none Xon/Xoff CR/LF ");
     EXPECT_TRUE(form.Opt_8_bits.value());
     form.chk_odd.click();
-    EXPECT_EQ(code(), "ASCII odd ");
-    EXPECT_TRUE(form.Opt_7_bits.value());
     form.chk_both.click();
-    EXPECT_EQ(handshake(), "Both ");
     form.Chk_custom_EOB.click();
-    EXPECT_EQ(end_of_block(), "Custom: ");
-    EXPECT_TRUE(form.Custom_EOB_txt.enabled());
+    EXPECT_EQ(boxes(), "ASCII odd Both Custom: ");
+    EXPECT_TRUE(form.Opt_7_bits.value() && form.Custom_EOB_txt.enabled());
     form.chk_LF.click();
-    EXPECT_EQ(end_of_block(), "LF ");
+    EXPECT_EQ(boxes(), "ASCII odd Both LF ");
     EXPECT_FALSE(form.Custom_EOB_txt.enabled());
 
     form.chk_EIA.click();
-    EXPECT_EQ(code() + end_of_block(), "EIA RS244 ");
+    EXPECT_EQ(boxes(), "EIA RS244 Both ");
     form.chk_CR.click();
     house.loop.run_for(2s);
-    EXPECT_EQ(end_of_block(), "") << "no end of block is chosen while EIA is";
+    EXPECT_EQ(boxes(), "EIA RS244 Both ") << "no end of block is chosen while EIA is";
     form.chk_EIA.click();
     EXPECT_FALSE(form.chk_CR.enabled()) << "clearing EIA enables nothing";
     form.chk_both.click();
-    EXPECT_EQ(code() + handshake(), "");
+    EXPECT_EQ(boxes(), "");
     house.loop.run_for(751ms);
-    EXPECT_EQ(code() + handshake() + end_of_block(), "ASCII even Xon/Xoff LF/CR ");
+    EXPECT_EQ(boxes(), "ASCII even Xon/Xoff LF/CR ");
     EXPECT_TRUE(form.chk_CR.enabled());
-}
-
-TEST_F(Machine_forms, the_guard_and_the_device_search_end_with_the_form) {
-    form.show();
     form.cancel_button.click();
     form.chk_Xon.set_checked(false);
     house.loop.run_for(5s);
-    EXPECT_EQ(handshake(), "");
+    EXPECT_EQ(boxes(), "ASCII even LF/CR ") << "the guard ends with the form";
 }
 
 TEST_F(Machine_forms, illegal_data_bits_are_asked_about) {
@@ -186,7 +177,7 @@ TEST_F(Machine_forms, illegal_data_bits_are_asked_about) {
     house.boxes.expect("Continue with this setting non-standard setting anyway?",
                        Message_answer::yes);
     form.apply_button.click();
-    const std::string saved = house.files.content(file("Editor COM port settings"));
+    const std::string saved = file("Editor COM port settings");
     EXPECT_THAT(saved, ::testing::HasSubstr("\r\n 0\r\n 1\r\n 3\r\n"));
     EXPECT_THAT(saved, ::testing::EndsWith("True\r\n"));
     EXPECT_EQ(house.boxes.shown()[0].title, "This setting is illegal!");
@@ -201,53 +192,41 @@ TEST_F(Machine_forms, illegal_data_bits_are_asked_about) {
 
 TEST_F(Machine_forms, apply_writes_the_record_the_list_and_the_switchbox_codes) {
     list("Mill\r\n\r\nLathe\r\n");
-    machine_file("Mill", {});
+    machine_file("Mill");
     form.show();
     choose("Mill");
     form.COM_lst.choose(128 - 9);
     advanced.Timeout_txt.set_text("");
     advanced.Switchbox_txt.set_text("<16>A");
     form.apply_button.click();
-    EXPECT_THAT(house.files.content(settings_of("Mill")), ::testing::StartsWith("COM9\r\n"));
+    EXPECT_THAT(settings_of("Mill"), StartsWith("COM9\r\n"));
     EXPECT_EQ(advanced.Timeout_txt.text(), "3");
     EXPECT_EQ(listed(), "Mill\r\nLathe\r\n");
-    EXPECT_EQ(house.files.content(file("Switchbox codes for Mill")), "<16>A\r\n");
-
-    const std::string before = house.files.content(settings_of("Mill"));
-    house.files.fail("replace", "settings for Mill");
-    form.show();
-    choose("Mill");
-    form.COM_lst.choose(0);
-    form.apply_button.click();
-    EXPECT_FALSE(form.loaded());
-    EXPECT_EQ(house.files.content(settings_of("Mill")), before);
+    EXPECT_EQ(file("Switchbox codes for Mill"), "<16>A\r\n");
 }
 
 TEST_F(Machine_forms, add_keeps_the_machine_and_hurts_no_file) {
-    struct Case {
-        const char* name;
-        const char* old_file;  // of that bare name in the current directory
+    const struct {
+        const char *name, *old_file;  // of that bare name in the current directory
         bool overwritten;
-    };
-    const std::vector<Case> cases = {
-        {"Mill", nullptr, true},
+    } cases[] = {
+        {"Mill", "(missing)", true},
         {"Lathe 2", "COM3\r\nBAUD 1\r\n", true},
         {"PART.NC", "%\nO0001\n", false},
         {"COMMENT", "COMMENTS ON THE MILL\n", false},
         {"editor com port settings for Mill", "COM3\r\nBAUD 1\r\n", false},
         {"../x", "COM3\r\nBAUD 1\r\n", false},
-        {"..", nullptr, false},
+        {"..", "(missing)", false},
     };
     form.show();
     std::string all;
-    for (const Case& c : cases) {
-        const std::string old = c.old_file == nullptr ? "(missing)" : c.old_file;
-        if (c.old_file != nullptr) {
+    for (const auto& c : cases) {
+        if (*c.old_file != '(') {
             house.files.put(c.name, c.old_file);
         }
         form.New_name_txt.set_text(c.name);
         form.New_name_txt.press_enter();
-        EXPECT_EQ(house.files.content(c.name) != old, c.overwritten) << c.name;
+        EXPECT_EQ(house.files.content(c.name) != c.old_file, c.overwritten) << c.name;
         EXPECT_EQ(form.IO_device_lst.selected_text(), c.name);
         EXPECT_EQ(form.New_name_txt.text(), "");
         all += std::string(c.name) + "\r\n";
@@ -266,8 +245,9 @@ TEST_F(Machine_forms, add_keeps_the_machine_and_hurts_no_file) {
 
 TEST_F(Machine_forms, delete_takes_the_machine_and_leaves_its_switchbox_codes) {
     list("Mill\r\nLathe\r\nMill\r\n");
-    machine_file("Mill", {});
-    house.files.put(file("Switchbox codes for Mill"), "A\r\n");
+    machine_file("Mill");
+    machine_file("Lathe");
+    put("Switchbox codes for Mill", "A\r\n");
     form.show();
     form.Command3.click();  // "(default)": nothing to ask
     choose("Mill");
@@ -278,20 +258,19 @@ TEST_F(Machine_forms, delete_takes_the_machine_and_leaves_its_switchbox_codes) {
     form.Command3.click();
     EXPECT_EQ(form.IO_device_lst.selected(), 0);
     EXPECT_EQ(listed(), "Lathe\r\n");
-    EXPECT_THAT(house.files.names(),
-                ElementsAre(file("Editor IO device list"), file("Switchbox codes for Mill")));
+    EXPECT_EQ(settings_of("Mill"), "(missing)");
+    EXPECT_EQ(file("Switchbox codes for Mill"), "A\r\n");
 
     choose("Lathe");
-    machine_file("Lathe", {});
     house.files.fail("replace", "(tempfile)");
     house.boxes.expect("Lathe");
     form.Command3.click();
-    EXPECT_TRUE(house.files.exists(settings_of("Lathe"))) << "still listed, so not lost";
+    EXPECT_NE(settings_of("Lathe"), "(missing)") << "still listed, so not lost";
 }
 
 TEST_F(Machine_forms, a_com_number_is_wired_on_apply_only) {
-    const std::string wiring = file("Serial port devices");
-    house.files.put(wiring, "# adapters\r\nCOM2=/dev/ttyUSB5\r\n");
+    const std::string wiring = "# adapters\r\nCOM2=/dev/ttyUSB5\r\n";
+    put("Serial port devices", wiring);
     form.show();
     EXPECT_EQ(form.Device_txt.text(), "/dev/ttyS0");
     house.desktop.devices = {{"/dev/ttyUSB0", "USB serial"}, {"/dev/ttyACM0", ""}};
@@ -306,14 +285,13 @@ TEST_F(Machine_forms, a_com_number_is_wired_on_apply_only) {
     form.COM_lst.choose(127);
     EXPECT_EQ(form.Device_txt.text(), "/dev/ttyUSB0") << "kept until Apply";
     form.cancel_button.click();
-    EXPECT_EQ(house.files.content(wiring), "# adapters\r\nCOM2=/dev/ttyUSB5\r\n");
+    EXPECT_EQ(file("Serial port devices"), wiring);
 
     form.show();
     EXPECT_EQ(form.Device_txt.text(), "/dev/ttyS0");
     form.Device_lst.choose(0);
     form.apply_button.click();
-    EXPECT_EQ(house.files.content(wiring),
-              "# adapters\r\nCOM2=/dev/ttyUSB5\r\nCOM1=/dev/ttyUSB0\r\n");
+    EXPECT_EQ(file("Serial port devices"), wiring + "COM1=/dev/ttyUSB0\r\n");
 }
 
 TEST_F(Machine_forms, the_two_ends_of_a_reception_exclude_each_other) {
@@ -325,8 +303,7 @@ TEST_F(Machine_forms, the_two_ends_of_a_reception_exclude_each_other) {
     EXPECT_EQ(advanced.Timeout_txt.text(), "30");
     advanced.Timeout_txt.set_text("0");
     advanced.Chk_RX_until_aborted.click();
-    EXPECT_FALSE(advanced.Chk_RX_until_timeout.checked());
-    EXPECT_FALSE(advanced.Timeout_txt.enabled());
+    EXPECT_FALSE(advanced.Chk_RX_until_timeout.checked() || advanced.Timeout_txt.enabled());
     advanced.Chk_RX_until_aborted.click();
     EXPECT_TRUE(advanced.Chk_RX_until_timeout.checked());
     EXPECT_EQ(advanced.Timeout_txt.text(), "3");
@@ -338,7 +315,6 @@ TEST_F(Machine_forms, the_two_ends_of_a_reception_exclude_each_other) {
     EXPECT_TRUE(advanced.HS_loop_hint.visible());
     advanced.OK_button.click();
     EXPECT_FALSE(advanced.visible());
-    EXPECT_EQ(advanced.HS_loop_txt.text(), "9");
     form.cancel_button.click();
     EXPECT_TRUE(house.files.names().empty());
     form.show();
@@ -360,9 +336,7 @@ TEST_F(Machine_forms, a_machine_is_selected_or_the_choice_is_closed) {
     selection.IO_device_lst.choose(2);
     selection.IO_device_lst.double_click();
     EXPECT_EQ(state.IO_device_name, "Lathe");
-    EXPECT_EQ(state.IO_device, 2);
-    EXPECT_EQ(told, 1);
-    EXPECT_FALSE(selection.loaded());
+    EXPECT_TRUE(state.IO_device == 2 && told == 1 && !selection.loaded());
     selection.show();
     EXPECT_EQ(selection.IO_device_lst.selected_text(), "Lathe");
 }

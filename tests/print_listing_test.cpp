@@ -74,20 +74,18 @@ TEST_F(Print_listing, bar_codes_of_the_path_in_the_installed_font) {
 }
 
 TEST_F(Print_listing, what_cannot_be_a_bar_code_is_said_and_the_listing_is_printed) {
-    struct Case {
+    const struct {
         const char* path;
-        bool drawn;
-        bool too_fine;
+        bool drawn, too_fine;
         const char* said;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"/nc/part-1.nc", false, false, "Can't print barcode\nBarcode font not installed"},
         {"/nc/a_b(1).nc", true, false,
          "Can't print barcode\nCode 39 has no bars for these characters:  _()"},
         {"/nc/part-1.nc", true, true, "Can't print barcode\ntoo fine"},
     };
     window.state.Barcode_file = 1;
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         system.files.put(c.path, "A\nB\nC\n");
         window.state.filename = c.path;
         printer.draws_barcodes = c.drawn;

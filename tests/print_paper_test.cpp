@@ -69,14 +69,11 @@ TEST_F(Print_paper, bar_codes_are_read_by_a_reader) {
 }
 
 TEST_F(Print_paper, what_the_layout_promises_fits) {
-    struct Case {
-        int lines;
-        int length;
-        int size;
+    const struct {
+        int lines, length, size;
         bool barcode;
-    };
-    const Case cases[] = {{200, 70, 10, false}, {55, 250, 10, false}, {55, 70, 72, true}};
-    for (const Case& c : cases) {
+    } cases[] = {{200, 70, 10, false}, {55, 250, 10, false}, {55, 70, 72, true}};
+    for (const auto& c : cases) {
         window.state.Lines_per_page = c.lines;
         window.state.line_length = c.length;
         window.state.Printer_fontsize = c.size;

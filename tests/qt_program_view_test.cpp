@@ -47,19 +47,17 @@ class Program_view_test : public ::testing::Test {
 };
 
 TEST_F(Program_view_test, byte_offsets_select_the_bytes_that_are_meant) {
-    struct Row {
+    const struct {
         const char* name;
-        std::string text;
-        std::string wanted;
-    };
-    const std::vector<Row> rows = {
+        std::string text, wanted;
+    } rows[] = {
         {"line ends of two bytes", "N1 G0\r\nN2 G1\r\nN3 M30\r\n", "N3 M30"},
         {"line ends of one byte", "N1 G0\nN2 G1\nN3 M30\n", "N2 G1"},
         {"mixed line ends", "N1\rN2\r\n\nN3", "N3"},
         {"UTF-8", "(FR\xC3\x84SEN \xE2\x82\xAC)\r\nN2 \xC3\x84X", "\xC3\x84X"},
         {"at the very end", "N1\r\nEND", "END"},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         text.set_text(row.text);
         text.select(row.text.rfind(row.wanted), row.wanted.size());
         EXPECT_EQ(selected(), row.wanted) << row.name;

@@ -140,14 +140,13 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& code) { return std::string(code.param.name); });
 
 TEST(Simulated_machine, ends_a_read_with_a_status_for_every_reason) {
-    struct Case {
+    const struct {
         std::vector<std::string> options;
         std::string sent;
         int status;
         const char* says;
         std::function<void(Machine&)> then = [](Machine&) {};
-    };
-    const Case cases[] = {
+    } cases[] = {
         {{"--high-water", "20", "--low-water", "1", "--drain", "1"},
          "\xA5\n" + xxx,
          3,
@@ -207,45 +206,6 @@ TEST(Simulated_machine, a_switchbox_keeps_both_sides_apart_until_selected) {
     machine.close_line();
     machine.expect_end(0);
     EXPECT_EQ(machine.folder.content("out"), "%\r\n" + short_program + "%");
-}
-
-TEST(Simulated_machine, skips_a_label_and_pauses_where_told) {
-    Machine machine({"--label-skip", "--pause-at", "9", "--pause-ms", "300", "--read", "@out"});
-    machine.open_line();
-    EXPECT_EQ(machine.receives(1), "\x11");
-    machine.sends("\x12\x01\x02\x04\n% " + nul + nul);
-    EXPECT_EQ(machine.receives(1), "\x93");
-    const auto paused = std::chrono::steady_clock::now();
-    EXPECT_EQ(machine.receives(1), "\x11");
-    EXPECT_GE(std::chrono::steady_clock::now() - paused, 250ms);
-    machine.sends(even_wire + " ");
-    EXPECT_EQ(machine.receives(1), "\x93");
-    machine.close_line();
-    machine.expect_end(0);
-    EXPECT_EQ(machine.folder.content("out"), "%\r\n" + short_program + "%");
-}
-
-TEST(Simulated_machine, repeats_dc2_until_xon_answers_it) {
-    Machine machine({"--dc2-until-answered", "--bare", "--punch", "@in.nc"}, short_program);
-    machine.open_line();
-    EXPECT_EQ(machine.receives(2, 4s), "\x12\x12");
-    machine.sends("\x11");
-    EXPECT_EQ(machine.receives(99, 1s), "\xCF\xB1\xB2\x8D\nM30\x8D\n");
-}
-
-TEST(Simulated_machine, keeps_what_it_reads_unasked_and_punches_it_back) {
-    Machine machine({"--serve", "@memory", "--code", "none", "--leader", "0", "--trailer", "0"});
-    machine.open_line();
-    machine.sends("%\r\nO77\r\n%");
-    EXPECT_EQ(machine.receives(1), "\x13");
-    machine.close_line();
-    std::this_thread::sleep_for(100ms);
-    EXPECT_EQ(machine.folder.content("memory/O77.NC"), "%\r\nO77\r\n%");
-    machine.open_line();
-    machine.process->signal(SIGUSR1);
-    EXPECT_EQ(machine.receives(11), "\x12%\r\nO77\r\n%\x14");
-    machine.process->signal(SIGTERM);
-    machine.expect_end(0);
 }
 
 }  // namespace
