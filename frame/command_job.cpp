@@ -26,8 +26,10 @@ void Kelvane_lite_form::run_command_line() {
     act_on_command_line();
 }
 
+// The built-in machine may be named too; it is never in the list, so it must not be added there.
 void Kelvane_lite_form::select_command_line_machine() {
-    if (state.Command_line_machine.empty()) {
+    const std::string& machine = state.Command_line_machine;
+    if (machine.empty() || upper_case(machine) == upper_case(default_machine)) {
         state.IO_device_name = default_machine;
         state.IO_device = 0;
     } else if (const auto list =

@@ -114,6 +114,16 @@ TEST(CommandJob, AddsAnUnknownMachineWithoutSelectingIt) {
     }
 }
 
+TEST(CommandJob, TakesTheBuiltInMachineByItsName) {
+    Shop_floor shop;
+    shop.machine_file("Mill");
+    shop.desk.files.put("/kelvane/Editor IO device list", "Mill\r\n");
+    shop.start("9|/nc/A.NC|(DEFAULT)");
+    shop.pass(200ms);
+    EXPECT_EQ(shop.state().IO_device_name, "(default)");
+    EXPECT_EQ(shop.desk.files.content("/kelvane/Editor IO device list"), "Mill\r\n");
+}
+
 TEST(CommandJob, AMissingFileOrNameEndsTheProgram) {
     const std::pair<const char*, const char*> cases[] = {
         {"3|/nc/NONE", "File /nc/NONE does not exist"}, {"1|", "No file name has been given"}};
