@@ -43,6 +43,8 @@ Resequence_options options(const std::string& words) {
         const std::string value = word.substr(std::min(name.size() + 1, word.size()));
         if (flags.contains(name)) {
             result.*flags.at(name) = true;
+        } else if (name == "digits") {
+            result.digits = static_cast<int>(whole_number(value));
         } else if (numbers.contains(name)) {
             result.*numbers.at(name) = whole_number(value);
         } else {
@@ -78,7 +80,7 @@ TEST(Engine, renumbers) {
         {"", "/N100X1|/2N100X1|/X|/N5|", "/N10X1|/2N20X1|/N30X|/N40|"},
         {"", "N 1.5 G1|N G1|N10N20X|", "N10G1|N20G1|N30N20X|"},
         {"decimal start=5 increment=12340", "X|Y|", "N.005X|N12.345Y|"},
-        {"decimal zeros", "X|", "N.010X|"},
+        {"decimal zeros digits=5", "X|", "N00.010X|"},
         {"letter=B", "B5X|N6X|C7|", "B10X|B20X|B30C7|"},
         {"letter=NR", "NR5X|N6X|", "NR10X|NR20X|"},
         {"letter=", "N5X|", "10X|"},

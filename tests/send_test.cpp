@@ -138,6 +138,7 @@ TEST(Send, StopPausesUnderXonXoffAndSendGoesOnToTheEnd) {
     });
     shop.send();
     EXPECT_EQ(shop.received(), text);
+    EXPECT_GE(shop.desk.loop.now(), 4s);
 }
 
 TEST(Send, SecondStopAbortsWithinTheChunkAndWithoutXonXoffTheFirstEndsTheLine) {

@@ -46,6 +46,7 @@ TEST(StartUp, ReadsItsFilesAndKeepsDefaultsForWhatIsMissing) {
     const Shared_state& state = shop.state();
     EXPECT_EQ(state.IO_device, 2);
     EXPECT_EQ(state.IO_device_name, "Lathe");
+    EXPECT_NE(shop.status().find("Lathe"), std::string::npos);
     EXPECT_EQ(shop.desk.file_dialog.initial_directory, "/nc");
     EXPECT_EQ(shop.desk.file_dialog.filter, "NC|*.nc");
     EXPECT_EQ(shop.desk.file_dialog.filter_index, 2);
