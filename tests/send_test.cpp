@@ -64,27 +64,32 @@ TEST(Send, OpensThePortAsTheRecordSays) {
     }
 }
 
-TEST(Send, KeepsTheLineBusyAndHoldsWithinAChunkOfTheMachinesXoff) {
-    Shop_floor shop({}, std::string(960, 'A'));
-    std::size_t at_resume = 0;
-    shop.machine().after_bytes(440, [&] {
-        shop.machine().sends(xoff);
-        shop.machine().after(2s, [&] {
-            at_resume = shop.received().size();
-            EXPECT_NE(shop.status().find("held by Xoff"), std::string::npos);
-            shop.machine().sends(xon);
+TEST(Send, KeepsTheLineBusyAndHoldsWithinAChunkOfTheMachinesXoffAtEveryRate) {
+    const std::pair<const char*, double> rates[] = {
+        {"BAUD 8", 300}, {"BAUD 3", 9600}, {"BAUD 0", 38400}, {"BAUD-2", 115200}};
+    for (const auto& [line, baud] : rates) {
+        SCOPED_TRACE(line);
+        Shop_floor shop({{2, line}}, std::string(960, 'A'));
+        std::size_t at_resume = 0;
+        shop.machine().after_bytes(440, [&] {
+            shop.machine().sends(xoff);
+            shop.machine().after(2s, [&] {
+                at_resume = shop.received().size();
+                EXPECT_NE(shop.status().find("held by Xoff"), std::string::npos);
+                shop.machine().sends(xon);
+            });
         });
-    });
-    shop.send();
-    ASSERT_EQ(shop.received().size(), 962U);
-    const auto& times = shop.machine().times();
-    const auto seconds = [&](std::size_t from, std::size_t to) {
-        return std::chrono::duration<double>(times[to] - times[from]).count();
-    };
-    EXPECT_NEAR(seconds(0, 439), 439 / 960.0, 0.01) << "10 bits a character at 9600 baud";
-    EXPECT_LE(at_resume, 441U + 2 + 5) << "one character time for the Xoff, two queued, one chunk";
-    EXPECT_GE(seconds(439, at_resume), 2.25) << "the rest after an Xon";
-    EXPECT_LE(shop.machine().most_queued(), 7U);
+        shop.send();
+        ASSERT_EQ(shop.received().size(), 962U);
+        const auto& times = shop.machine().times();
+        const auto seconds = [&](std::size_t from, std::size_t to) {
+            return std::chrono::duration<double>(times[to] - times[from]).count();
+        };
+        EXPECT_NEAR(seconds(0, 439) / (4390 / baud), 1, 0.01) << "10 bits a character";
+        EXPECT_LE(at_resume, 441U + 2 + 5) << "a character time for the Xoff, two queued, a chunk";
+        EXPECT_GE(seconds(439, at_resume), 2.25) << "the rest after an Xon";
+        EXPECT_LE(shop.machine().most_queued(), 7U);
+    }
 }
 
 TEST(Send, WaitsWhileCtsIsLow) {
