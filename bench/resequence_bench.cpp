@@ -13,10 +13,12 @@
 #include <sys/resource.h>
 #include <utility>
 
+#include "promise.h"
 #include "resequence/engine.h"
 
 namespace {
 
+using namespace kelvane::bench;
 using Seconds = double;
 
 constexpr int line_count = 1'000'000;
@@ -76,13 +78,6 @@ double peak_memory() {
     return static_cast<double>(usage.ru_maxrss) * 1024;
 }
 
-bool promise(const std::string& what, double value, double limit, bool at_least) {
-    const bool kept = at_least ? value >= limit : value <= limit;
-    std::cout << (kept ? "  ok    " : "  BROKEN ") << what << ": " << value
-              << (at_least ? " (at least " : " (at most ") << limit << ")\n";
-    return kept;
-}
-
 bool faster_than(const std::string& awk, const std::string& folder, Seconds own) {
     if (std::system(("command -v " + awk + " >/dev/null 2>&1").c_str()) != 0) {
         std::cout << "  " << awk << " is not installed\n";
@@ -96,7 +91,7 @@ bool faster_than(const std::string& awk, const std::string& folder, Seconds own)
     same = same && read(folder + "/by_awk") == read(folder + "/renumbered");
     std::cout << "  " << awk << " " << other << " s, kelvane " << own << " s"
               << (same ? "\n" : ", DIFFERENT RESULTS\n");
-    return promise("times as fast as " + awk, other / own, 1, true) && same;
+    return promise("times as fast as " + awk, other / own, Limit::at_least, 1) && same;
 }
 
 bool measure(const std::string& folder) {
@@ -106,7 +101,7 @@ bool measure(const std::string& folder) {
     const Seconds own = shortest(
         [&folder] { write(folder + "/renumbered", renumbered(read(folder + "/program"), true)); });
     std::cout << line_count << " lines, " << size / 1e6 << " MB, file to file:\n";
-    bool kept = promise("memory, files' sizes", (peak_memory() - base) / size, 4, false);
+    bool kept = promise("memory, files' sizes", (peak_memory() - base) / size, Limit::at_most, 4);
     for (const char* awk : {"mawk", "gawk"}) {
         kept = faster_than(awk, folder, own) && kept;
     }
@@ -115,7 +110,8 @@ bool measure(const std::string& folder) {
     const Seconds with_one = shortest([&one] { renumbered(one, true); });
     const Seconds with_many = shortest([&many] { renumbered(many, true); });
     std::cout << "1000 GOTOs: to one target " << with_one << " s, to 1000 " << with_many << " s\n";
-    return promise("times the cost of one target", with_many / with_one, 1.5, false) && kept;
+    return promise("times the cost of one target", with_many / with_one, Limit::at_most, 1.5) &&
+           kept;
 }
 
 }  // namespace
