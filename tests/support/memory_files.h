@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <map>
-#include <ranges>
 #include <set>
 #include <string>
 #include <utility>
