@@ -74,7 +74,10 @@ class Memory_files : public Files {
     void repair() { failing_.clear(); }
     [[nodiscard]] std::vector<std::string> names() const {
         std::vector<std::string> names;
-        std::ranges::copy(files_ | std::views::keys, std::back_inserter(names));
+        // A loop, because clang 14 cannot read the views of this standard library.
+        for (const auto& [name, content] : files_) {
+            names.push_back(name);
+        }
         return names;
     }
     std::set<std::string> folders;
