@@ -20,7 +20,7 @@ class Qt_event_loop_test : public ::testing::Test {
     std::string ticks;
 
     std::unique_ptr<Timer> timer(
-        char letter, int interval_ms, std::function<void(Timer&)> tick = [](Timer&) {}) {
+        char letter, int interval_ms, const std::function<void(Timer&)>& tick = [](Timer&) {}) {
         auto made = std::make_unique<Timer>(loop, interval_ms);
         made->on_tick = [this, letter, tick, self = made.get()] {
             ticks += letter;
