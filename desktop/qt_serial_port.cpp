@@ -9,8 +9,8 @@
 #include <utility>
 
 #include "desktop/serial_line.h"
-#include "frame/file_names.h"
 #include "machines/port_devices.h"
+#include "session/file_names.h"
 
 namespace kelvane {
 

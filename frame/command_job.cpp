@@ -1,8 +1,8 @@
 // The job that a command line names: carried out once, shortly after start-up.
 
-#include "frame/machine_file_names.h"
 #include "frame/main_window.h"
 #include "platform/basic_text.h"
+#include "session/file_names.h"
 
 namespace kelvane {
 

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "frame/shared_state.h"
+#include "session/shared_state.h"
 
 namespace kelvane {
 

@@ -5,10 +5,10 @@
 #include <utility>
 #include <vector>
 
-#include "frame/shared_state.h"
 #include "platform/controls.h"
 #include "platform/form.h"
 #include "platform/platform.h"
+#include "session/shared_state.h"
 
 namespace kelvane {
 

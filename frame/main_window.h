@@ -7,13 +7,13 @@
 
 #include "frame/command_hooks.h"
 #include "frame/running_work.h"
-#include "frame/shared_state.h"
-#include "frame/transfer_status.h"
 #include "platform/controls.h"
 #include "platform/event_loop.h"
 #include "platform/fault.h"
 #include "platform/form.h"
 #include "platform/platform.h"
+#include "session/shared_state.h"
+#include "session/transfer_status.h"
 
 namespace kelvane {
 

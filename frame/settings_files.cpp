@@ -1,7 +1,7 @@
 #include "frame/settings_files.h"
 
-#include "frame/file_names.h"
 #include "platform/basic_text.h"
+#include "session/file_names.h"
 
 namespace kelvane {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "frame/shared_state.h"
 #include "platform/file_dialog.h"
 #include "platform/files.h"
+#include "session/shared_state.h"
 
 namespace kelvane {
 

@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "frame/shared_state.h"
 #include "machines/advanced_form.h"
 #include "machines/machine_settings.h"
 #include "machines/port_wiring.h"
@@ -13,6 +12,7 @@
 #include "platform/event_loop.h"
 #include "platform/form.h"
 #include "platform/platform.h"
+#include "session/shared_state.h"
 
 namespace kelvane {
 

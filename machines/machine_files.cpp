@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "frame/file_names.h"
 #include "machines/machine_settings.h"
 #include "platform/basic_text.h"
+#include "session/file_names.h"
 
 namespace kelvane {
 

@@ -5,9 +5,9 @@
 #include <string_view>
 #include <vector>
 
-#include "frame/machine_file_names.h"
-#include "frame/shared_state.h"
 #include "platform/files.h"
+#include "session/file_names.h"
+#include "session/shared_state.h"
 
 namespace kelvane {
 

@@ -1,7 +1,7 @@
 #include "machines/port_wiring.h"
 
-#include "frame/file_names.h"
 #include "machines/port_devices.h"
+#include "session/file_names.h"
 
 namespace kelvane {
 

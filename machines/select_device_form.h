@@ -2,10 +2,10 @@
 
 #include <functional>
 
-#include "frame/shared_state.h"
 #include "platform/controls.h"
 #include "platform/files.h"
 #include "platform/form.h"
+#include "session/shared_state.h"
 
 namespace kelvane {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "frame/file_names.h"
 #include "platform/basic_text.h"
+#include "session/file_names.h"
 
 namespace kelvane {
 

@@ -1,9 +1,9 @@
 // The end of a receive: conversion, saving, and what the operator is shown.
 
-#include "frame/file_names.h"
 #include "platform/basic_text.h"
 #include "receive/receive_loop.h"
 #include "receive/separate_programs.h"
+#include "session/file_names.h"
 
 namespace kelvane {
 

@@ -2,8 +2,8 @@
 
 #include <limits>
 
-#include "frame/file_names.h"
 #include "platform/basic_text.h"
+#include "session/file_names.h"
 #include "transmit/control_characters.h"
 
 namespace kelvane {

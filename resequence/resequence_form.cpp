@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "frame/file_names.h"
 #include "platform/basic_text.h"
 #include "resequence/preview.h"
+#include "session/file_names.h"
 
 namespace kelvane {
 

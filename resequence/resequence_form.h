@@ -3,11 +3,11 @@
 #include <functional>
 #include <string>
 
-#include "frame/shared_state.h"
 #include "platform/controls.h"
 #include "platform/files.h"
 #include "platform/form.h"
 #include "resequence/engine.h"
+#include "session/shared_state.h"
 
 namespace kelvane {
 

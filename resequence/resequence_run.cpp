@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "frame/file_names.h"
 #include "resequence/report.h"
+#include "session/file_names.h"
 
 namespace kelvane {
 

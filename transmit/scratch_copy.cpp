@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <bit>
 
-#include "frame/file_names.h"
+#include "session/file_names.h"
 
 namespace kelvane {
 

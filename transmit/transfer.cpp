@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "frame/file_names.h"
 #include "platform/basic_text.h"
+#include "session/file_names.h"
 #include "transmit/switchbox.h"
 
 namespace kelvane {

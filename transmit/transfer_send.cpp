@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "frame/file_names.h"
 #include "platform/basic_text.h"
+#include "session/file_names.h"
 #include "transmit/binary_send.h"
 #include "transmit/control_characters.h"
 #include "transmit/scratch_copy.h"

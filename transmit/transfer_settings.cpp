@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "frame/machine_file_names.h"
 #include "machines/machine_files.h"
 #include "machines/machine_settings.h"
+#include "session/file_names.h"
 #include "transmit/notation.h"
 
 namespace kelvane {

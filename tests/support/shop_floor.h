@@ -3,9 +3,8 @@
 #include <string>
 #include <utility>
 
-#include "frame/file_names.h"
-#include "frame/machine_file_names.h"
 #include "program/program.h"
+#include "session/file_names.h"
 #include "support/headless_platform.h"
 #include "support/plain_settings.h"
 

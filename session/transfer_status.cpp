@@ -1,4 +1,4 @@
-#include "frame/transfer_status.h"
+#include "session/transfer_status.h"
 
 #include <utility>
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 /// Names of the program's own files, each in the program directory.
@@ -17,7 +18,7 @@ inline constexpr std::string_view page_layout = "\\Editor page layout settings";
 inline constexpr std::string_view machine_list = "\\Editor IO device list";
 /// Scratch copy of the machine list while a machine is deleted.
 inline constexpr std::string_view machine_list_temporary = "\\Editor IO device list (tempfile)";
-/// Settings of "(default)"; machine_file_names.h makes the other machines' names.
+/// Settings of "(default)"; `port_settings_name` makes the other machines' names.
 inline constexpr std::string_view port_settings = "\\Editor COM port settings";
 /// Switchbox select codes of "(default)".
 inline constexpr std::string_view switchbox_codes = "\\Switchbox codes";
@@ -37,3 +38,13 @@ inline constexpr std::string_view scratch_resequenced = "\\scratchpad data 6";
 inline constexpr std::string_view serial_port_devices = "\\Serial port devices";
 
 }  // namespace kelvane::file_names
+
+namespace kelvane {
+
+/// "\Editor COM port settings", or "\Editor COM port settings for NAME": a machine's name becomes
+/// part of it as it stands.
+std::string port_settings_name(std::string_view machine);
+/// "\Switchbox codes", or "\Switchbox codes for NAME".
+std::string switchbox_name(std::string_view machine);
+
+}  // namespace kelvane

@@ -1,6 +1,6 @@
-#include "frame/machine_file_names.h"
+#include "session/file_names.h"
 
-#include "frame/shared_state.h"
+#include "session/shared_state.h"
 
 namespace kelvane {
 
