@@ -20,6 +20,7 @@
 #include "desktop/qt_windows.h"
 #include "desktop/resequence_dialog.h"
 #include "desktop/select_device_dialog.h"
+#include "desktop/standard_streams.h"
 #include "program/program.h"
 
 namespace {
@@ -78,6 +79,7 @@ struct Window_end {
 }  // namespace
 
 int main(int argc, char** argv) {
+    guard_standard_streams();
     Application application(argc, argv);
     Application::setApplicationName("kelvane-lite");
     Application::setApplicationDisplayName(QString::fromLatin1(product_name.data()));

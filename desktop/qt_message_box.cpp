@@ -1,9 +1,9 @@
 #include "desktop/qt_message_box.h"
 
 #include <QMessageBox>
-#include <iostream>
 
 #include "desktop/qt_text.h"
+#include "desktop/standard_streams.h"
 
 namespace kelvane {
 
@@ -50,7 +50,7 @@ Message_answer Qt_message_box::show(const Message& message) {
         return choice.careful_answer;
     }
     // A job that a script has started may have nobody in front of its window.
-    std::cerr << message.title << ": " << message.text << std::endl;
+    tell_standard_error(message.title + ": " + message.text + "\n");
     if (!asks_) {
         return choice.careful_answer;
     }

@@ -308,6 +308,33 @@ TEST_F(Workshop, a_job_without_its_file_says_so) {
     expect_orderly_end();
 }
 
+TEST_F(Workshop, a_standard_error_that_takes_nothing_neither_ends_nor_blocks_the_program) {
+    enum Kind { closed, never_read, reader_gone };
+    for (const Kind kind : {closed, never_read, reader_gone}) {
+        SCOPED_TRACE(kind);
+        Pty_line line;
+        folder.connect(line.device());
+        folder.log = kind == closed ? "" : folder.path("pipe" + std::to_string(kind));
+        ::mkfifo(folder.log.c_str(), 0600);
+        const int reader = ::open(folder.log.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+        const int writer = ::open(folder.log.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+        while (kind == never_read && ::write(writer, "full", 4) == 4) {
+        }
+        start_job(receive, "BACK.NC");
+        expect_armed();
+        ::close(writer);
+        kind == reader_gone ? ::close(reader) : 0;
+        const std::string device = line.device();
+        line.hang_up();
+        EXPECT_TRUE(wait_until([&] { return !program->holds_open(device); }, in_time));
+        expect_calm();
+        EXPECT_TRUE(kind != closed || program->stream_target(STDERR_FILENO) == "/dev/null");
+        expect_orderly_end();
+        ::unlink(folder.path(staging).c_str());
+        kind == reader_gone ? 0 : ::close(reader);
+    }
+}
+
 // --- Modem lines, which a pseudo-terminal has only by the preloaded library
 
 class Modem_line_workshop : public Workshop, public ::testing::WithParamInterface<const char*> {

@@ -62,9 +62,14 @@ Process::Process(const std::vector<std::string>& command,
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, log.c_str(),
-                                     O_WRONLY | O_CREAT | O_APPEND, 0600);
-    posix_spawn_file_actions_adddup2(&actions, STDOUT_FILENO, STDERR_FILENO);
+    if (log.empty()) {
+        posix_spawn_file_actions_addclose(&actions, STDOUT_FILENO);
+        posix_spawn_file_actions_addclose(&actions, STDERR_FILENO);
+    } else {
+        posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, log.c_str(),
+                                         O_WRONLY | O_CREAT | O_APPEND, 0600);
+        posix_spawn_file_actions_adddup2(&actions, STDOUT_FILENO, STDERR_FILENO);
+    }
     const int error = ::posix_spawn(&id_, command.front().c_str(), &actions, nullptr,
                                     pointers(arguments).data(), pointers(variables).data());
     posix_spawn_file_actions_destroy(&actions);
@@ -112,6 +117,12 @@ bool Process::holds_open(const std::string& path) const {
     return false;
 }
 
+std::string Process::stream_target(int stream) const {
+    std::error_code error;
+    return fs::read_symlink("/proc/" + std::to_string(id_) + "/fd/" + std::to_string(stream),
+                            error);
+}
+
 std::chrono::milliseconds Process::processor_time() const {
     std::ifstream file("/proc/" + std::to_string(id_) + "/stat");
     std::string text{std::istreambuf_iterator<char>(file), {}};
@@ -133,6 +144,7 @@ Program_directory::Program_directory() {
         throw std::system_error(errno, std::generic_category(), name);
     }
     folder_ = name;
+    log = path("log");
 }
 
 Program_directory::~Program_directory() {
@@ -175,7 +187,7 @@ std::unique_ptr<Process> Program_directory::start(const std::string& job,
     if (!job.empty()) {
         command.push_back(job);
     }
-    return std::make_unique<Process>(command, environment, path("log"));
+    return std::make_unique<Process>(command, environment, log);
 }
 
 std::string Program_directory::job(int event, const std::string& file) {

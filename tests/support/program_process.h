@@ -20,8 +20,8 @@ bool wait_until(const std::function<bool()>& condition, std::chrono::millisecond
 /// A program that runs beside the test, at the latest killed with this object.
 class Process {
   public:
-    /// `environment` is added to the test's own; standard output and errors go to `log`. Throws
-    /// when the program cannot be started.
+    /// `environment` is added to the test's own; standard output and errors go to `log`, or are
+    /// closed when that is empty. Throws when the program cannot be started.
     Process(const std::vector<std::string>& command, const std::vector<std::string>& environment,
             const std::string& log);
     Process(const Process&) = delete;
@@ -36,6 +36,8 @@ class Process {
     [[nodiscard]] std::optional<int> exit_within(std::chrono::milliseconds limit);
     /// True while the process has that device or file open.
     [[nodiscard]] bool holds_open(const std::string& path) const;
+    /// What one of its streams leads to.
+    [[nodiscard]] std::string stream_target(int stream) const;
     /// Time that it has spent on a processor.
     [[nodiscard]] std::chrono::milliseconds processor_time() const;
 
@@ -66,8 +68,8 @@ class Program_directory {
     /// for `lines`.
     void connect(const std::string& device, const Setting_lines& lines = {}) const;
 
-    /// Starts the finished program without a display, by default idle. Its log is the file "log";
-    /// message boxes are told there too.
+    /// Starts the finished program without a display, by default idle. Message boxes are told in
+    /// its log too.
     [[nodiscard]] std::unique_ptr<Process> start(const std::string& job = {},
                                                  std::vector<std::string> environment = {}) const;
     /// The job of a command line for the known machine.
@@ -75,6 +77,10 @@ class Program_directory {
 
   private:
     std::string folder_;
+
+  public:
+    /// Of the programs started from now on; closed streams when empty.
+    std::string log;
 };
 
 }  // namespace kelvane::testing
