@@ -3,6 +3,7 @@
 #include <QSocketNotifier>
 #include <array>
 #include <csignal>
+#include <ctime>
 #include <fcntl.h>
 #include <unistd.h>
 #include <utility>
@@ -11,13 +12,35 @@ namespace kelvane {
 
 namespace {
 
-/// A signal handler may do next to nothing; writing to a pipe is allowed.
-std::array<int, 2> pipe_ends{-1, -1};
+/// An orderly end takes some hundredths of a second, so this is for a program that hangs.
+constexpr itimerspec patience{{0, 0}, {1, 500'000'000}};
 
-extern "C" void note_signal(int /*signal*/) {
+/// A signal handler may do next to nothing; writing to a pipe and setting a timer are allowed.
+std::array<int, 2> pipe_ends{-1, -1};
+timer_t deadline{};
+volatile std::sig_atomic_t end_signal = 0;
+
+extern "C" void note_signal(int signal) {
     const char mark = 1;
     // A full pipe says already what there is to say.
     [[maybe_unused]] const ssize_t written = ::write(pipe_ends[1], &mark, 1);
+    if (end_signal == 0) {
+        end_signal = signal;
+        ::timer_settime(deadline, 0, &patience, nullptr);
+    }
+}
+
+extern "C" void end_at_once(int /*signal*/) {
+    const int signal = end_signal;
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
+}
+
+void handle(int signal, void (*handler)(int)) {
+    struct sigaction action {};
+    action.sa_handler = handler;
+    action.sa_flags = SA_RESTART;
+    ::sigaction(signal, &action, nullptr);
 }
 
 void drain(int handle) {
@@ -37,11 +60,13 @@ void on_end_signals(QObject& owner, std::function<void()> close) {
         drain(pipe_ends[0]);
         close();
     });
-    struct sigaction action {};
-    action.sa_handler = note_signal;
-    action.sa_flags = SA_RESTART;
+    sigevent expiry{};
+    expiry.sigev_notify = SIGEV_SIGNAL;
+    expiry.sigev_signo = SIGALRM;
+    ::timer_create(CLOCK_MONOTONIC, &expiry, &deadline);
+    handle(SIGALRM, end_at_once);
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
-        ::sigaction(signal, &action, nullptr);
+        handle(signal, note_signal);
     }
 }
 

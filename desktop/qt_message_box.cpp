@@ -63,12 +63,21 @@ Message_answer Qt_message_box::show(const Message& message) {
     box.setDefaultButton(choice.careful);
     box.setEscapeButton(choice.careful);
     const Usual_pointer usual_pointer(windows_);
+    open_.push_back(&box);
     box.exec();
+    open_.pop_back();
     const QAbstractButton* pressed = box.clickedButton();
     if (pressed == nullptr || pressed == box.button(choice.careful)) {
         return choice.careful_answer;
     }
     return message.buttons == Message_buttons::yes_no ? Message_answer::yes : Message_answer::ok;
+}
+
+void Qt_message_box::stop_asking() {
+    asks_ = false;
+    for (QMessageBox* box : open_) {
+        box->reject();
+    }
 }
 
 }  // namespace kelvane

@@ -1,7 +1,11 @@
 #pragma once
 
+#include <vector>
+
 #include "desktop/qt_windows.h"
 #include "platform/message_box.h"
+
+class QMessageBox;
 
 namespace kelvane {
 
@@ -11,12 +15,13 @@ class Qt_message_box : public Message_box {
   public:
     explicit Qt_message_box(Qt_windows& windows) : windows_(windows) {}
     Message_answer show(const Message& message) override;
-    /// From now on a message goes to standard error only, with its careful answer: who ends the
-    /// program by a signal may not be there to press a button.
-    void stop_asking() { asks_ = false; }
+    /// From now on a message goes to standard error only, with its careful answer, which those get
+    /// that are open: who ends the program by a signal may not be there to press a button.
+    void stop_asking();
 
   private:
     Qt_windows& windows_;
+    std::vector<QMessageBox*> open_;
     bool asks_ = true;
 };
 

@@ -23,7 +23,7 @@ using namespace std::chrono_literals;
 enum Event { send = 1, receive = 2, binary_send = 5, binary_receive = 6 };
 
 constexpr auto in_time = 30s;     // for what comes at once on a quiet computer
-constexpr auto orderly_end = 3s;  // of a program that is told to end
+constexpr auto orderly_end = 2s;  // of a program that is told to end
 constexpr auto quiet = 400ms;     // silence that tells that nothing more comes
 
 constexpr const char* staging = "scratchpad data 5";
@@ -266,13 +266,52 @@ TEST_F(Workshop, every_end_signal_ends_an_idle_program) {
         EXPECT_EQ(folder.content(settings_file), "0\r\n(default)\r\n");
         ::unlink(folder.path(settings_file).c_str());
     }
-    // Settings that cannot be written are no reason to wait for somebody who presses OK.
+}
+
+// Nobody may be there to press OK, whatever has just failed, and whatever fails in addition.
+TEST_F(Workshop, an_end_signal_answers_every_box) {
+    const struct {
+        Event event;
+        const char* file;
+        const char* from_machine;
+        const char* box;
+    } cases[] = {
+        {send, "MISSING.NC", "", "MISSING.NC does not exist"},
+        {send, "PART.NC", xon, "Cannot write the settings file"},  // at its own end
+        {receive, "BACK.NC", "%\r\nO1\r\n", "BACK.NC"},            // cannot be saved
+    };
     ASSERT_EQ(::mkdir(folder.path(settings_file).c_str(), 0755), 0);
-    ::unlink(folder.path("Kelvane Lite lock").c_str());
-    start();
-    ASSERT_TRUE(wait_until([&] { return folder.exists("Kelvane Lite lock"); }, in_time));
-    expect_orderly_end();
-    EXPECT_NE(log().find("Cannot write the settings file"), std::string::npos);
+    folder.put("PART.NC", "M30\r\n");
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.box);
+        Pty_line line;
+        folder.connect(line.device());
+        ::unlink(folder.path("log").c_str());
+        ::rmdir(folder.path("BACK.NC").c_str());
+        start_job(c.event, c.file);
+        if (*c.from_machine != '\0') {
+            expect_armed();
+            ::mkdir(folder.path("BACK.NC").c_str(), 0755);
+            line.send(c.from_machine);
+        }
+        expect_box(c.box);
+        expect_orderly_end();
+        EXPECT_NE(log().find("Cannot write the settings file"), std::string::npos);
+        ::unlink(folder.path(staging).c_str());
+    }
+}
+
+TEST_F(Workshop, an_end_signal_ends_a_program_that_hangs_in_a_file) {
+    Pty_line line;
+    folder.connect(line.device());
+    start_job(receive, "BACK.NC");
+    expect_armed();
+    ::unlink(folder.path(staging).c_str());
+    ASSERT_EQ(::mkfifo(folder.path(staging).c_str(), 0600), 0);
+    line.send("%");  // to be added to a pipe that nobody reads
+    EXPECT_EQ(line.receive(1, quiet), "");
+    program->signal(SIGTERM);
+    EXPECT_EQ(program->exit_within(orderly_end), -SIGTERM);
 }
 
 TEST_F(Workshop, a_second_instance_refuses_and_leaves_the_settings_alone) {
