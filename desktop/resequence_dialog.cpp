@@ -109,8 +109,9 @@ QGroupBox* preview(resequence_form_lite& form) {
     auto* note = new QLabel;
     note->setWordWrap(true);
     bind(form.preview_note, *note);
-    // Room for two lines, so that nothing moves when a note comes or goes.
-    note->setMinimumHeight(2 * note->fontMetrics().lineSpacing());
+    // Room for some notes, so that nothing moves when one comes or goes.
+    constexpr int lines = 4;
+    note->setMinimumHeight(lines * note->fontMetrics().lineSpacing());
     note->setAlignment(Qt::AlignTop);
     grid->addWidget(note, 2, 0, 1, 2);
     return group_of("Preview", grid);

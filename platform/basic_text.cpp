@@ -123,28 +123,42 @@ bool Text_reader::line(std::string& target) {
 }
 
 bool Text_reader::field(std::string& target) {
+    return take_field(target, false);
+}
+
+bool Text_reader::text_field(std::string& target) {
+    return take_field(target, true);
+}
+
+bool Text_reader::take_field(std::string& target, bool blanks_count) {
     if (at_end()) {
         failed_ = true;
         return false;
     }
-    position_ = std::min(content_.find_first_not_of(' ', position_), content_.size());
-    const bool quoted = position_ < content_.size() && content_[position_] == '"';
-    const std::size_t start = quoted ? position_ + 1 : position_;
-    std::size_t end =
-        std::min(content_.find_first_of(quoted ? "\"" : ",\r\n", start), content_.size());
-    target = content_.substr(start, end - start);
-    if (quoted) {
-        end = std::min(content_.find_first_of(",\r\n", end), content_.size());
-    } else {
+    std::string_view rest = std::string_view(content_).substr(position_);
+    rest = rest.substr(0, rest.find_first_of(cr_lf));
+    if (!blanks_count) {
+        rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size()));
+    }
+    const std::size_t quote = rest.starts_with('"') ? rest.find('"', 1) : std::string_view::npos;
+    const bool quoted = quote != std::string_view::npos;
+    const std::size_t end = std::min(rest.find(',', quoted ? quote : 0), rest.size());
+    target = quoted ? rest.substr(1, quote - 1) : rest.substr(0, end);
+    if (!quoted && !blanks_count) {
         target.erase(target.find_last_not_of(' ') + 1);
     }
-    position_ = end;
+    position_ = static_cast<std::size_t>(rest.data() - content_.data()) + end;
+    skip_separator();
+    return true;
+}
+
+/// Past the comma or line end that ends a field.
+void Text_reader::skip_separator() {
     if (content_.compare(position_, cr_lf.size(), cr_lf) == 0) {
         position_ += cr_lf.size();
     } else if (position_ < content_.size()) {
         ++position_;
     }
-    return true;
 }
 
 bool Text_reader::line_number(int& target) {

@@ -51,9 +51,13 @@ class Text_reader {
     /// end of the text, with `target` unchanged. A last line without line end still counts.
     bool line(std::string& target);
 
-    /// Reads the next field: leading blanks skipped, ended by a comma or a line end; a field that
-    /// begins with a double quote ends at the next one. False at the end of the text.
+    /// Reads the next field: blanks at both ends skipped, ended by a comma or a line end; in a
+    /// field between double quotes, which are no part of it, commas count as text. A quote that is
+    /// not closed on its own line is text like any other. False at the end of the text.
     bool field(std::string& target);
+
+    /// As `field`, for texts of which blanks are a part: they are kept at both ends.
+    bool text_field(std::string& target);
 
     /// A line's or field's value as a whole number (CInt of Val).
     bool line_number(int& target);
@@ -66,6 +70,9 @@ class Text_reader {
     [[nodiscard]] bool at_end() const { return failed_ || position_ >= content_.size(); }
 
   private:
+    bool take_field(std::string& target, bool blanks_count);
+    void skip_separator();
+
     std::string content_;
     std::size_t position_ = 0;
     bool failed_ = false;

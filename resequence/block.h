@@ -53,6 +53,8 @@ class Bracket_comment {
     /// True when a line with these words belongs to a comment: from a line that begins with "["
     /// up to one that ends with "]", both included.
     [[nodiscard]] bool covers(std::string_view words);
+    /// True when the comment goes on after the line that was asked for last.
+    [[nodiscard]] bool open() const { return open_; }
 
   private:
     bool open_ = false;

@@ -63,7 +63,7 @@ class Resequencer {
         if (!end) {
             end = rewrite_gotos();
         }
-        return end ? *std::move(end) : Resequenced{std::move(result_)};
+        return end ? *std::move(end) : Resequenced{std::move(result_), open_bracket_line_};
     }
 
   private:
@@ -72,10 +72,11 @@ class Resequencer {
     Early_end renumber();
     [[nodiscard]] bool renumber_line(std::string_view line);
     [[nodiscard]] bool stays_as_read(std::string_view line) const;
-    [[nodiscard]] bool gets_no_number(const Block& block, bool in_brackets) const;
+    [[nodiscard]] bool gets_no_number(const Block& block, bool bracketed) const;
     void write_numbered(const Block& block, const std::string& number);
     Early_end rewrite_gotos();
     Early_end rewrite_gotos_of(std::string_view line, std::string& rewritten) const;
+    [[nodiscard]] bool in_brackets(const Block& block);
 
     [[nodiscard]] bool goes_on(int percent) const { return !progress_ || progress_(percent); }
     [[nodiscard]] int percent_done() const {
@@ -89,6 +90,8 @@ class Resequencer {
     Block_numbers numbers_;
     Bracket_comment brackets_;
     std::uint64_t bytes_done_ = 0;  ///< every line end counts two bytes, as in the result
+    std::int64_t lines_done_ = 0;
+    std::int64_t open_bracket_line_ = 0;  ///< where the bracket comment that is open began; 0: none
     std::string result_;
 };
 
@@ -133,17 +136,32 @@ Early_end Resequencer::renumber() {
     return std::nullopt;
 }
 
+/// To be asked once a line, in their order.
+bool Resequencer::in_brackets(const Block& block) {
+    if (options_.bracket_comments) {
+        return false;
+    }
+    const bool covered = brackets_.covers(block.rest);
+    if (!brackets_.open()) {
+        open_bracket_line_ = 0;
+    } else if (open_bracket_line_ == 0) {
+        open_bracket_line_ = lines_done_;
+    }
+    return covered;
+}
+
 bool Resequencer::renumber_line(std::string_view line) {
+    ++lines_done_;
     bytes_done_ += line.size() + cr_lf.size();
     const Block block = split_block(line, options_);
-    const bool in_brackets = !options_.bracket_comments && brackets_.covers(block.rest);
+    const bool bracketed = in_brackets(block);
     bool countable = true;
     if (stays_as_read(line)) {
         result_ += line;
     } else {
         const std::string& number = numbers_.text();
         const bool is_target = !targets_.empty() && targets_.renumbered(block.old_number, number);
-        if (!is_target && gets_no_number(block, in_brackets)) {
+        if (!is_target && gets_no_number(block, bracketed)) {
             result_.append(block.prefix).append(block.rest);
         } else {
             write_numbered(block, number);
@@ -167,9 +185,9 @@ bool Resequencer::stays_as_read(std::string_view line) const {
     return line.empty() && !options_.blank_lines;
 }
 
-bool Resequencer::gets_no_number(const Block& block, bool in_brackets) const {
+bool Resequencer::gets_no_number(const Block& block, bool bracketed) const {
     const std::string_view words = block.rest;
-    return in_brackets || (!options_.comments && words.starts_with('(')) ||
+    return bracketed || (!options_.comments && words.starts_with('(')) ||
            (options_.t_lines_only && words.find('T') == std::string_view::npos) ||
            (!options_.blank_lines && words.empty() && block.prefix.empty());
 }
@@ -190,6 +208,7 @@ Early_end Resequencer::rewrite_gotos() {
     if (targets_.empty()) {
         return std::nullopt;
     }
+    lines_done_ = 0;
     std::string rewritten;
     rewritten.reserve(result_.size() + result_.size() / 8);
     Lines portions(result_);
@@ -199,6 +218,7 @@ Early_end Resequencer::rewrite_gotos() {
         }
         Lines lines(portions.take(portion_length));
         while (!lines.at_end()) {
+            ++lines_done_;
             if (Early_end end = rewrite_gotos_of(lines.take(1), rewritten)) {
                 return end;
             }
@@ -216,7 +236,8 @@ Early_end Resequencer::rewrite_gotos_of(std::string_view line, std::string& rewr
     while (const auto found = find_goto(read, copied)) {
         const auto number = targets_.replacement(found->text);
         if (!number) {
-            return Unresolved_goto{std::string(found->text), found->end() == read.size()};
+            return Unresolved_goto{std::string(found->text), found->end() == read.size(),
+                                   lines_done_};
         }
         rewritten.append(read.substr(copied, found->position - copied)).append(*number);
         copied = found->end();

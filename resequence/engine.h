@@ -41,12 +41,16 @@ struct Resequence_options {
 /// The renumbered program; lines end with CR LF.
 struct Resequenced {
     std::string text;
+    /// The line, from 1, of a "[" that is never closed, so that no line after it has got a number;
+    /// 0: none.
+    std::int64_t open_bracket_line = 0;
 };
 
 /// A GOTO whose block does not exist, or that computes its target.
 struct Unresolved_goto {
     std::string target;        ///< what follows the GOTO, blanks included
     bool at_line_end = false;  ///< nothing but the target stands between the GOTO and the line end
+    std::int64_t line = 0;     ///< where it stands, from 1
 };
 
 /// `Resequence_progress` asked for the end.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/basic_text.h"
 #include "resequence/report.h"
 
 namespace kelvane {
@@ -40,28 +41,73 @@ std::vector<std::string> shown_lines(std::string_view text) {
     return result;
 }
 
+/// The notes beside a preview, a line each.
+class Notes {
+  public:
+    void add(const std::string& note) { text_ += (text_.empty() ? "" : "\n") + note; }
+    void add_about_line(std::int64_t line, const std::string& note) {
+        add("Line " + decimal(line) + ": " + note);
+    }
+    [[nodiscard]] const std::string& text() const { return text_; }
+
+  private:
+    std::string text_;
+};
+
+/// Options with which every block would get the same number.
+void note_standing_number(const Resequence_options& options, Notes& notes) {
+    if (options.increment == 0) {
+        notes.add("The increment is 0 or empty: every block gets the same number.");
+    }
+    if (options.maximum != 0 && options.start > options.maximum) {
+        notes.add("The start is above the maximum N#: every block gets the same number.");
+    }
+}
+
+void note_refusal(const Resequence_result& result, Notes& notes) {
+    std::string words = refusal_text(result);
+    std::replace(words.begin(), words.end(), '\n', ' ');
+    if (const auto* jump = std::get_if<Unresolved_goto>(&result)) {
+        notes.add_about_line(jump->line, words);
+    } else {
+        notes.add(words);
+    }
+}
+
+void note_open_bracket(const Resequenced& done, Notes& notes) {
+    if (done.open_bracket_line != 0) {
+        notes.add_about_line(done.open_bracket_line,
+                             R"(this "[" is never closed: no line from here on gets a number.)");
+    }
+}
+
 }  // namespace
 
 Resequence_preview preview_resequencing(std::string_view program_start,
                                         const Resequence_options& options) {
-    Resequence_preview preview;
-    preview.before = shown_lines(program_start);
+    const bool whole = program_start.size() <= whole_preview_length;
+    const std::string_view text = whole ? program_start : first_lines(program_start);
     Resequence_options numbers_only = options;
     numbers_only.gotos = false;
     numbers_only.maximum = options.gotos ? 0 : options.maximum;
-    const bool whole = program_start.size() <= whole_preview_length;
-    Resequence_result result = resequence(whole ? program_start : first_lines(program_start),
-                                          whole ? options : numbers_only);
+    Notes notes;
+    note_standing_number(options, notes);
+    Resequence_result result = resequence(text, whole ? options : numbers_only);
     if (!std::holds_alternative<Resequenced>(result)) {
-        preview.note = refusal_text(result);
-        std::replace(preview.note.begin(), preview.note.end(), '\n', ' ');
-        result = resequence(first_lines(program_start), numbers_only);
+        note_refusal(result, notes);
+        result = resequence(text, numbers_only);
     } else if (!whole && options.gotos) {
-        preview.note = "GOTOs are rewritten, too, but not shown for a program of this size.";
+        notes.add("GOTOs are rewritten, too, but not shown for a program of this size.");
     }
+    Resequence_preview preview;
+    preview.before = shown_lines(program_start);
     if (const auto* done = std::get_if<Resequenced>(&result)) {
         preview.after = shown_lines(done->text);
+        if (whole) {
+            note_open_bracket(*done, notes);
+        }
     }
+    preview.note = notes.text();
     return preview;
 }
 

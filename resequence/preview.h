@@ -16,7 +16,9 @@ inline constexpr std::size_t whole_preview_length = 1'000'000;
 struct Resequence_preview {
     std::vector<std::string> before;
     std::vector<std::string> after;
-    std::string note;  ///< why the run would end without a result, or what is not shown; or empty
+    /// Why the run would end without a result, what would surprise in one, what is not shown: a
+    /// line each, with the number of the program's line where it is about one. Empty: nothing.
+    std::string note;
 };
 
 /// `program_start` is the program, or, when it is longer than `whole_preview_length`, any part from

@@ -26,7 +26,7 @@ void read(Text_reader& reader, Check_box& box) {
 
 void read(Text_reader& reader, Text_box& box) {
     std::string text = box.text();
-    reader.field(text);
+    reader.text_field(text);
     box.set_text(std::move(text));
 }
 
@@ -141,8 +141,8 @@ void resequence_form_lite::read_options_file() {
     read(reader, Add_to_txt);
     // Older files hold a check box's value in the place of the character.
     std::string character = N_character_txt.text();
-    reader.field(character);
-    if (character != "1" && character != "0") {
+    reader.text_field(character);
+    if (trimmed(character) != "1" && trimmed(character) != "0") {
         N_character_txt.set_text(character);
     }
     for (Check_box* box : {&Chk_OsameasN, &Chk_HwithW, &Chk_Ns_only, &Chk_Dynapath}) {

@@ -42,8 +42,11 @@ void Resequence_run::run() {
         resequence(*program, options, [this](int percent) { return goes_on(percent); });
     if (const auto* done = std::get_if<Resequenced>(&result)) {
         const Failure failure = put_in_place(done->text, filename);
-        report(failure.empty() ? success_report(filename, backup_path(filename))
-                               : failure_report(filename, failure));
+        if (failure.empty()) {
+            window_.show_text(success_report(filename, backup_path(filename)) + done->text);
+        } else {
+            report(failure_report(filename, failure));
+        }
     } else if (std::holds_alternative<Fault>(result)) {
         report(failure_report(filename, refusal_text(result)));
     } else if (!std::holds_alternative<Resequence_cancelled>(result)) {

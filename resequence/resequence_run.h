@@ -11,7 +11,7 @@ namespace kelvane {
 
 /// What the dialog's "Resequence" button does: renumbers the working copy of `filename`, puts the
 /// result in the file's place with the original beside it as its ".bak" file, and reports in the
-/// editor. The file is whole at every moment, whatever fails.
+/// editor, with the new text behind the report. The file is whole at every moment, whatever fails.
 class Resequence_run {
   public:
     /// Takes over the form's button. Both outlive the run.

@@ -61,12 +61,14 @@ TEST_F(Resequencing, options_are_kept_but_the_maximum) {
     form.Maximum_txt.set_text("9990");
     form.chk_t_codes.set_value(2);
     form.Chk_HwithW.set_checked(true);
-    form.N_character_txt.set_text("BN");
+    form.N_character_txt.set_text("BN ");
+    form.Add_to_txt.set_text("\" M8 ");
     form.unload();
     const std::string written = file(options_file);
     form.load();
     EXPECT_EQ(form.Maximum_txt.text(), "");
     EXPECT_EQ(form.chk_t_codes.value(), 2);
+    EXPECT_EQ(form.N_character_txt.text() + "|" + form.Add_to_txt.text(), "BN |\" M8 ");
     form.unload();
     EXPECT_TRUE(file(options_file) == written && written != default_options);
 }
@@ -77,11 +79,14 @@ TEST_F(Resequencing, reads_what_other_hands_wrote) {
         std::string expected;  // start, character, added text, digits, "H" and gotos boxes
     } cases[] = {
         {"", "", "10|N||3|0|1"},
-        {"\r\nN\r\n", "\r\n1\r\n", "10|N||3|0|1"},            // a check box as the character
+        {"\r\nN\r\n", "\r\n1\r\n", "10|N||3|0|1"},  // a check box as the character
+        {"\r\nN\r\n", "\r\n 1 \r\n", "10|N||3|0|1"},
         {" 0 \r\n\r\nN", " 0 \r\nA,H\r\nN", "10|H|A|3|0|1"},  // a comma ends a field
+        {"\r\n\r\nN", "\n \"A,\"M \nBN", "10|\"M | \"A|3|0|1"},
+        {"\r\n\r\nN", "\r\n\"A, M\",\" B\"\r\nN", "10| B|A, M|3|0|1"},
         {"\r\n3\r\n", "\r\n12\r\n", "10|N||12|0|1"},
         {default_options, "0,0,1,1,1,1,1,0", "10|N||3|0|0"},
-        {default_options, "\xFF\r\n\"\r\n,,,,,,,,,", "10|N||3|0|1"},
+        {default_options, "\xFF\r\n\"\r\n,,,,,,,,,", "|N||3|0|0"},
     };
     for (const auto& c : cases) {
         std::string content = default_options;
@@ -132,6 +137,39 @@ TEST_F(Resequencing, shows_what_will_become) {
     EXPECT_THAT(form.preview_note.caption(), HasSubstr("not shown"));
 }
 
+TEST_F(Resequencing, warns_before_the_button_is_pressed) {
+    const struct {
+        const char *start, *increment, *maximum;
+        bool gotos;
+        const char *program, *note;
+    } cases[] = {
+        {"10", "10", "", true, "N1\n[X]\nN2", ""},
+        {"10", "0", "", true, "N1", "The increment is 0 or empty: "},
+        {"10", "", "10", false, "N1", "The increment is 0 or empty: "},
+        {"11", "1", "10", false, "N1", "The start is above the maximum N#: "},
+        {"10", "1", "", true, "N1\nN2GOTO1GOTO8\nGOTO9", "Line 2: Cannot resolve GOTO8 with"},
+        {"10", "1", "", false, "[X]\nN1\n [\n[\nX]", ""},
+        {"10", "1", "", false, "[X]\nN1\n\nN2[A]B\nN3", R"(Line 4: this "[" is never closed: )"},
+        {"10", "0", "", true, "[\nGOTO9", "never"},
+    };
+    for (const auto& c : cases) {
+        open(c.program);
+        form.chk_gotos.set_checked(c.gotos);
+        form.start_txt.set_text(c.start);
+        form.increment_txt.set_text(c.increment);
+        form.Maximum_txt.set_text(c.maximum);
+        const std::string& note = form.preview_note.caption();
+        EXPECT_THAT(note, HasSubstr(c.note)) << c.program;
+        EXPECT_EQ(note.empty(), *c.note == '\0') << note;
+        EXPECT_EQ(std::count(note.begin(), note.end(), '\n'),
+                  c.program[0] == '[' && c.gotos ? 2 : 0);
+        form.chk_comments2.set_checked(true);
+        EXPECT_EQ(note.find("never"), std::string::npos);
+        form.unload();
+        shop.files.remove(options_file);
+    }
+}
+
 TEST_F(Resequencing, puts_the_result_in_the_place_of_the_file) {
     shop.files.put("/parts/PART.bak", "an older one");
     open("N1G0X1\r\nGOTO1\r\n");
@@ -141,7 +179,7 @@ TEST_F(Resequencing, puts_the_result_in_the_place_of_the_file) {
     EXPECT_EQ(window.Text1.text(),
               std::string("File /parts/PART.NC has been resequenced.\n"
                           "The original file in now named '/parts/PART.bak'.\n") +
-                  rule + "before");
+                  rule + "N010 G0X1\r\nN020 GOTO010 \r\n");
     EXPECT_FALSE(shop.files.exists(copy) || shop.files.exists(staged));
     EXPECT_FALSE(form.loaded() || shop.windows.hourglass);
     EXPECT_EQ(shop.desktop.beeps, 1);
