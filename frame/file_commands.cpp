@@ -27,9 +27,9 @@ void Kelvane_lite_form::file_menu(int item) {
     }
     give_up_running_transfer();
     const int command = ++newest_command_;
-    work.run_when_done([this, item, command, name = *chosen] {
+    control.work.run_when_done([this, item, command, name = *chosen] {
         wait_for_closed_port(command);
-        if (!closing_ && command == newest_command_) {
+        if (!closing() && command == newest_command_) {
             give_up_running_transfer();
             state.filename = name;
             act_on_file_command(item);
@@ -39,7 +39,7 @@ void Kelvane_lite_form::file_menu(int item) {
 
 std::optional<std::string> Kelvane_lite_form::choose_file(File_purpose purpose) {
     const auto chosen = platform.file_dialog.choose_file(purpose);
-    if (!chosen || closing_) {
+    if (!chosen || closing()) {
         return std::nullopt;
     }
     const bool completes = state.Add_extension != 0 && !platform.files.exists(*chosen);

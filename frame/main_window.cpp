@@ -33,7 +33,7 @@ Kelvane_lite_form::Kelvane_lite_form(Platform& the_platform)
       Timer17(the_platform.loop, 5000),
       exclamation_timer(the_platform.loop, 0),
       status(the_platform.loop, status_label),
-      work(the_platform.loop) {
+      control(the_platform.loop, state, Send_button, Stop_button) {
     status_label.plain = true;
     attach_handlers();
 }
@@ -101,7 +101,7 @@ void Kelvane_lite_form::start_up() {
 }
 
 void Kelvane_lite_form::on_unload() {
-    closing_ = true;
+    control.begin_closing();
     if (!refused_) {
         shut_down();
     }
@@ -109,12 +109,9 @@ void Kelvane_lite_form::on_unload() {
 }
 
 void Kelvane_lite_form::shut_down() {
-    state.escape = 1;
-    state.IOsend_cancel = 1;
     Timer1.set_enabled(false);
     Timer5.set_enabled(false);
     Timer6.set_enabled(false);
-    work.forget();
     if (!write_selected_machine(platform.files, state)) {
         box("Cannot write the settings file: " + platform.files.last_error());
     }
@@ -159,11 +156,6 @@ void Kelvane_lite_form::reset_transfer_display() {
     Enable_buttons();
     show_text({});
     set_progress(0);
-}
-
-Message_answer Kelvane_lite_form::box(const std::string& text, Message_icon icon,
-                                      Message_buttons buttons, const std::string& title) {
-    return platform.message_box.show({text, title, icon, buttons});
 }
 
 void Kelvane_lite_form::report_fault(Fault fault) {

@@ -6,13 +6,14 @@
 #include <string>
 
 #include "frame/command_hooks.h"
-#include "frame/running_work.h"
 #include "platform/controls.h"
 #include "platform/event_loop.h"
 #include "platform/fault.h"
 #include "platform/form.h"
 #include "platform/platform.h"
+#include "session/operator.h"
 #include "session/shared_state.h"
+#include "session/transfer_control.h"
 #include "session/transfer_status.h"
 
 namespace kelvane {
@@ -27,7 +28,7 @@ struct Menu {
 /// The main window: the editor that doubles as the transfer log, the menus, Send and Stop, the
 /// timers, and the shared state of the whole program. It lives for the whole run; loading it is
 /// start-up, closing it is shut-down.
-class Kelvane_lite_form : public Form {
+class Kelvane_lite_form : public Form, public Operator {
   public:
     explicit Kelvane_lite_form(Platform& platform);
 
@@ -59,7 +60,7 @@ class Kelvane_lite_form : public Form {
     Timer exclamation_timer;  ///< pause of a "!" line
 
     Transfer_status status;
-    Running_work work;
+    Transfer_control control;
 
     /// Send and Stop both live, or both dead.
     void Enable_buttons();
@@ -75,20 +76,26 @@ class Kelvane_lite_form : public Form {
     /// gives a machine that has no settings file a copy of the default machine's.
     void Add_machine_name(int mode);
 
-    /// The transfer log: replaces the editor's text.
-    void show_text(const std::string& text) { Text1.set_text(text); }
-    void set_progress(int percent) { ProgressBar1.set_value(percent); }
+    void show_text(const std::string& text) override { Text1.set_text(text); }
+    [[nodiscard]] const std::string& shown_text() const override { return Text1.text(); }
+    void insert_text(const std::string& text) override { Text1.insert(text); }
+    void select_text(std::size_t offset, std::size_t length) override {
+        Text1.select(offset, length);
+    }
+    void repaint() override { windows().repaint(*this); }
+    void set_progress(int percent) override { ProgressBar1.set_value(percent); }
+    void set_note(const std::string& note) override { status.set_note(note); }
+    void beep() override { platform.desktop.beep(); }
     /// What every end of a transfer does: buttons enabled, log empty, progress 0.
     void reset_transfer_display();
-    /// A critical or other box with the product's name, or `title`.
-    Message_answer box(const std::string& text, Message_icon icon = Message_icon::critical,
-                       Message_buttons buttons = Message_buttons::ok,
-                       const std::string& title = std::string(product_name));
+    Message_answer ask(const Message& message) override {
+        return platform.message_box.show(message);
+    }
     /// The last trap of an event: closes the port, says what happened, and is idle again. Files
     /// stay as they are.
     void report_fault(Fault fault);
     /// True from the moment the window is being closed: nothing new may be started.
-    [[nodiscard]] bool closing() const { return closing_; }
+    [[nodiscard]] bool closing() const { return control.closing(); }
     /// The status bar names the machine that is selected now.
     void show_machine();
 
@@ -124,7 +131,6 @@ class Kelvane_lite_form : public Form {
 
     Command_hooks hooks_;
     bool refused_ = false;
-    bool closing_ = false;
     int newest_command_ = 0;  ///< number of the File command picked last
 };
 

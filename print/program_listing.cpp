@@ -38,7 +38,7 @@ void Program_listing::Preview_listing(const std::string& path, const Page_layout
 }
 
 bool Program_listing::may_start() const {
-    return !window_.work.any() && window_.state.busy == 0 && !window_.closing();
+    return !window_.control.work.any() && window_.state.busy == 0 && !window_.closing();
 }
 
 void Program_listing::run(const std::string& path, const Page_layout& layout,
@@ -46,7 +46,7 @@ void Program_listing::run(const std::string& path, const Page_layout& layout,
     if (!window_.platform.files.exists(path)) {
         return;
     }
-    const Running_work::Scope at_work(window_.work);
+    const Running_work::Scope at_work(window_.control.work);
     layout_ = layout;
     begin_display();
     if (const auto listing = compose(path)) {

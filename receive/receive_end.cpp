@@ -15,7 +15,7 @@ void Receive_loop::end_of_receive() {
         poll();
         return;
     }
-    const Running_work::Scope at_work(window_.work);
+    const Running_work::Scope at_work(window_.control.work);
     stop_timers();
     window_.Disable_buttons();
     platform_.port.close();

@@ -16,7 +16,7 @@ void Resequence_run::Resequence_button_Click() {
     if (form_.running == 1) {
         return;
     }
-    const Running_work::Scope at_work(window_.work);
+    const Running_work::Scope at_work(window_.control.work);
     form_.running = 1;
     window_.platform.windows.set_hourglass(true);
     run();

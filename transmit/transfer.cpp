@@ -23,7 +23,7 @@ void Transfer::Start_transfer(int mode) {
         platform_.desktop.beep();
         return;
     }
-    const Running_work::Scope at_work(window_.work);
+    const Running_work::Scope at_work(window_.control.work);
     clear_transfer_state(state_);
     window_.Timer5.set_enabled(false);
     window_.Timer6.set_enabled(false);

@@ -1,4 +1,4 @@
-#include "frame/running_work.h"
+#include "session/running_work.h"
 
 #include <utility>
 
