@@ -1,0 +1,123 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "editing/line_index.h"
+#include "editing/text_encoding.h"
+
+namespace kelvane {
+
+/// What a text widget has to do to show the document: `removed` units at `position` give way to
+/// `added`.
+struct Shown_change {
+    std::size_t position = 0;
+    std::size_t removed = 0;
+    std::u16string added;
+
+    bool operator==(const Shown_change&) const = default;
+};
+
+/// A program as bytes, with undo. What is not edited stays byte for byte as it was loaded, whatever
+/// its line ends, control characters and encoding. A program beyond `max_editable` is for looking.
+///
+/// Offsets are in bytes. Positions are those of a text widget: UTF-16 units, every line end
+/// counting one. Both are turned into each other in a time that does not depend on the length.
+class Program_document {
+  public:
+    static constexpr std::size_t max_editable = std::size_t{16} << 20;
+    /// An edit that would make the program longer than this is refused.
+    static constexpr std::size_t max_grown = 2 * max_editable;
+
+    // --- Loading: the bytes at once or in pieces, then `prepare` until it says true.
+    void load(std::string bytes);
+    /// Begins with an empty program; `expected` bytes are set aside.
+    void begin_load(std::size_t expected);
+    void load_piece(std::string_view piece) { text_ += piece; }
+    /// Recognises the encoding and finds the lines, `budget` bytes at a time. True when all is
+    /// done: only then what is said of lines and positions holds, and the program can be edited.
+    bool prepare(std::size_t budget = std::string::npos);
+
+    // --- Reading
+    [[nodiscard]] const std::string& text() const { return text_; }
+    [[nodiscard]] Text_encoding encoding() const { return check_.result(); }
+    [[nodiscard]] bool editable() const { return prepared_ && loaded_size_ <= max_editable; }
+    /// At least 1; after a line end at the end of the program stands one more, empty line.
+    [[nodiscard]] std::size_t line_count() const { return index_.line_count(); }
+    [[nodiscard]] std::size_t line_start(std::size_t line) const;
+    [[nodiscard]] std::size_t line_at(std::size_t offset) const;
+    /// The line without its line end; empty for lines that do not exist. Valid until the next edit.
+    [[nodiscard]] std::string_view line(std::size_t line) const;
+    [[nodiscard]] std::size_t position_of(std::size_t offset) const;
+    /// The first byte of the character at `position`.
+    [[nodiscard]] std::size_t offset_of(std::size_t position) const;
+    /// Characters of a range of bytes, as a widget shows them.
+    [[nodiscard]] std::u16string shown(std::size_t from, std::size_t to) const;
+    /// What Enter writes at `offset`: the end of the line there, else of the one before, else CR
+    /// LF.
+    [[nodiscard]] std::string_view line_end_at(std::size_t offset) const;
+
+    // --- Editing. No value, and nothing changed: the program is not editable, the range is not in
+    // it, or it would grow too long.
+    /// Replaces bytes as one step for undo.
+    std::optional<Shown_change> replace(std::size_t at, std::size_t removed,
+                                        std::string_view added);
+    /// A widget tells that `removed` units at `position` have given way to `added`. What is the
+    /// same before and after is left alone, so a report that covers more than the edit costs no
+    /// byte. The value is what the widget must still change to show the program: nothing as a rule
+    /// (`removed` 0, `added` empty), but "?" for what Latin-1 lacks, one line end where a CR and an
+    /// LF have met, and everything again after an edit that was refused.
+    Shown_change typed(std::size_t position, std::size_t removed, std::u16string_view added);
+    /// The widget's next change begins a new step for undo: the caret was moved, the program saved.
+    void end_step() { step_open_ = false; }
+
+    [[nodiscard]] bool can_undo() const { return done_ > 0; }
+    [[nodiscard]] bool can_redo() const { return done_ < edits_.size(); }
+    std::optional<Shown_change> undo();
+    std::optional<Shown_change> redo();
+
+    /// True when the program differs from what was loaded or saved last.
+    [[nodiscard]] bool changed() const { return !saved_ || *saved_ != done_; }
+    void mark_saved();
+    /// Grows with every change of the bytes.
+    [[nodiscard]] std::uint64_t revision() const { return revision_; }
+
+  private:
+    struct Edit {
+        std::size_t at;
+        std::string removed, added;
+    };
+    /// A range of bytes whose characters depend on an edit inside it.
+    struct Range {
+        std::size_t from, to;
+    };
+
+    void begin(std::string bytes);
+    [[nodiscard]] std::string_view line_end_between(std::size_t at, std::size_t end) const;
+    [[nodiscard]] bool allowed(std::size_t at, std::size_t removed, std::size_t added) const;
+    [[nodiscard]] Range affected(std::size_t at, std::size_t length) const;
+    Shown_change exchange(std::size_t at, std::size_t removed, std::string_view added);
+    void remember(Edit edit);
+    bool continues_step(const Edit& edit);
+    void forget_beyond_limit();
+
+    std::string text_;
+    Encoding_check check_;
+    std::size_t checked_ = 0;  ///< bytes
+    Line_index index_;
+    bool prepared_ = false;
+    std::size_t loaded_size_ = 0;
+
+    std::deque<Edit> edits_;
+    std::size_t done_ = 0;  ///< the first so many edits are in the text
+    std::size_t edit_bytes_ = 0;
+    std::optional<std::size_t> saved_ = 0;  ///< value of `done_` whose text is on disk
+    bool step_open_ = false;
+    std::uint64_t revision_ = 0;
+};
+
+}  // namespace kelvane
