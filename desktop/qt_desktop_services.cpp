@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 
@@ -20,6 +21,20 @@ namespace kelvane {
 namespace {
 
 constexpr mode_t lock_mode = 0666;
+
+/// The lock file, made when it is missing; -1 when it cannot be opened. One of another user need
+/// only be readable, but some network file systems want it writable.
+int open_lock(const char* path) {
+    for (const int access : {O_RDWR | O_CREAT, O_RDWR, O_RDONLY}) {
+        const int lock = ::open(path, access | O_CLOEXEC, lock_mode);
+        if (lock >= 0) {
+            // Whatever the user's mask says, others are to see it. It holds nothing.
+            static_cast<void>(::fchmod(lock, lock_mode) == 0);
+            return lock;
+        }
+    }
+    return -1;
+}
 
 std::string short_date(const QDate& date) {
     return from_screen(QLocale::system().toString(date, QLocale::ShortFormat), Text_form::name);
@@ -70,8 +85,18 @@ bool Qt_desktop_services::another_instance_runs() {
     if (lock_ >= 0) {
         return false;
     }
-    lock_ = ::open(lock_path_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, lock_mode);
-    const bool taken = lock_ >= 0 && ::flock(lock_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    lock_trouble_.clear();
+    lock_ = open_lock(lock_path_.c_str());
+    if (lock_ < 0) {
+        // A folder that takes no lock file at all (read-only, full) does not keep anybody out.
+        const bool hidden = errno == EACCES;
+        lock_trouble_ = hidden ? "The lock file " + lock_path_ +
+                                     " belongs to another user and cannot be opened.\nHave Kelvane "
+                                     "Lite ended there, then have that file deleted."
+                               : "";
+        return hidden;
+    }
+    const bool taken = ::flock(lock_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
     if (taken) {
         ::close(std::exchange(lock_, -1));
     }

@@ -22,11 +22,13 @@ class Qt_desktop_services : public Desktop_services {
     [[nodiscard]] std::string command_line() const override { return command_line_; }
     /// The lock is the kernel's and ends with the process, however that ends.
     [[nodiscard]] bool another_instance_runs() override;
+    [[nodiscard]] std::string lock_trouble() const override { return lock_trouble_; }
     [[nodiscard]] std::vector<Serial_device> serial_devices() const override;
 
   private:
     std::string command_line_;
     std::string lock_path_;
+    std::string lock_trouble_;
     int lock_ = -1;
 };
 

@@ -1,12 +1,16 @@
 #include "desktop/serial_line.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
+#include <csignal>
 #include <cstring>
 #include <fcntl.h>
+#include <fstream>
 #include <grp.h>
 #include <linux/serial.h>
 #include <poll.h>
+#include <pwd.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <termios.h>
@@ -52,6 +56,38 @@ int open_error(const std::string& device) {
     const int error = ::tcgetattr(handle, &settings) == 0 ? 0 : errno;
     ::close(handle);
     return error;
+}
+
+std::string user_name(uid_t user) {
+    const struct passwd* entry = ::getpwuid(user);
+    return entry == nullptr ? std::to_string(user) : std::string(entry->pw_name);
+}
+
+/// Whether the program that has written its number into a lock file may still run.
+bool owner_may_run(const std::string& lock_file) {
+    pid_t owner = 0;
+    const bool known = static_cast<bool>(std::ifstream(lock_file) >> owner) && owner > 0;
+    return known && (::kill(owner, 0) == 0 || errno != ESRCH);
+}
+
+/// Serial ports are locked by files, in the first of these folders that can be written. One that a
+/// killed program has left behind goes by itself, unless it belongs to another user.
+Open_failure locked(const std::string& device) {
+    constexpr std::string_view prefix = "/dev/";
+    std::string name = device.substr(device.starts_with(prefix) ? prefix.size() : 0);
+    std::replace(name.begin(), name.end(), '/', '_');
+    for (const char* folder : {"/var/lock", "/etc/locks", "/var/spool/locks", "/var/spool/uucp",
+                               "/tmp", "/var/tmp", "/var/lock/lockdev", "/run/lock"}) {
+        const std::string file = std::string(folder) + "/LCK.." + name;
+        struct stat found {};
+        if (::stat(file.c_str(), &found) == 0 && !owner_may_run(file)) {
+            return {Port_error::in_use, device + " is locked by the file " + file +
+                                            " of the user \"" + user_name(found.st_uid) +
+                                            "\". When no program uses the line any more, have that "
+                                            "file deleted, then try again."};
+        }
+    }
+    return {Port_error::in_use, device + " is in use by another program."};
 }
 
 Open_failure no_permission(const std::string& device, const struct stat& found) {
@@ -159,7 +195,7 @@ Open_failure explain_open_failure(const std::string& device, bool refused,
             break;
     }
     if (refused) {
-        return {Port_error::in_use, device + " is in use by another program."};
+        return locked(device);
     }
     return {Port_error::other, device + ": " + system_text};
 }

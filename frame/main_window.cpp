@@ -76,8 +76,10 @@ void Kelvane_lite_form::attach_handlers() {
 void Kelvane_lite_form::on_load() {
     if (platform.desktop.another_instance_runs()) {
         refused_ = true;
-        box("Kelvane Lite is currently busy.\nTry sending your file later.", Message_icon::critical,
-            Message_buttons::ok, "Sorry...");
+        const std::string trouble = platform.desktop.lock_trouble();
+        box(trouble.empty() ? "Kelvane Lite is currently busy.\nTry sending your file later."
+                            : trouble,
+            Message_icon::critical, Message_buttons::ok, "Sorry...");
         unload();
         return;
     }

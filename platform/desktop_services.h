@@ -24,8 +24,11 @@ class Desktop_services {
     [[nodiscard]] virtual std::string stamp_text(std::time_t stamp) const = 0;
     /// All arguments joined by one blank, the window system's own taken out.
     [[nodiscard]] virtual std::string command_line() const = 0;
-    /// True when another instance runs on the same program directory.
+    /// True when another instance runs on the same program directory, of this or another user, or
+    /// when that cannot be known.
     [[nodiscard]] virtual bool another_instance_runs() = 0;
+    /// Why that cannot be known, and what to do; empty when it is known.
+    [[nodiscard]] virtual std::string lock_trouble() const = 0;
     /// The serial devices found now, in a stable order.
     [[nodiscard]] virtual std::vector<Serial_device> serial_devices() const = 0;
 };

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include "desktop/disk_files.h"
+#include "desktop/qt_desktop_services.h"
 #include "support/memory_files.h"
 
 namespace kelvane {
@@ -131,6 +132,24 @@ TEST_F(Disk_files_test, a_write_protected_file_is_not_replaced) {
     };
     EXPECT_EXIT(try_it(), ::testing::ExitedWithCode(0), "");
     EXPECT_EQ(disk.read(a), "old");
+}
+
+TEST_F(Disk_files_test, a_program_directory_has_one_user_at_a_time) {
+    ::umask(077);
+    Qt_desktop_services first("", folder);
+    EXPECT_FALSE(first.another_instance_runs());
+    fs::permissions(folder, fs::perms::all);
+    const auto look_as_another_user = [&](bool trouble) {
+        constexpr uid_t nobody = 65534;
+        static_cast<void>(::setuid(nobody) == 0);
+        Qt_desktop_services second("", folder);
+        const bool refused = second.another_instance_runs();
+        const bool named = second.lock_trouble().find(folder) != std::string::npos;
+        ::_exit(refused && named == trouble ? 0 : 1);
+    };
+    EXPECT_EXIT(look_as_another_user(false), ::testing::ExitedWithCode(0), "");
+    fs::permissions(folder + "/Kelvane Lite lock", fs::perms::none);
+    EXPECT_EXIT(look_as_another_user(true), ::testing::ExitedWithCode(0), "");
 }
 
 TEST_F(Disk_files_test, the_program_directory_is_the_one_that_is_asked_for) {

@@ -2,7 +2,9 @@
 
 #include <chrono>
 #include <fcntl.h>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <regex>
 #include <string>
 #include <sys/stat.h>
 #include <termios.h>
@@ -192,6 +194,15 @@ TEST_F(Serial_line_test, failures_to_open_are_told_apart) {
     EXPECT_EQ(open(), Port_error::in_use);
     EXPECT_EQ(port_.error_text(), device_ + " is in use by another program.");
     other.close();
+    const std::string lock =
+        "/tmp/LCK.." + std::regex_replace(device_.substr(5), std::regex("/"), "_");
+    for (const pid_t owner : {::getpid(), pid_t{2'000'000'000}}) {
+        std::ofstream(lock) << owner << "\n";
+        const bool runs = owner == ::getpid();
+        EXPECT_NE(explain_open_failure(device_, true, "").text.find(runs ? "in use" : lock),
+                  std::string::npos);
+    }
+    ::unlink(lock.c_str());
     for (const int missing : {2, 3}) {
         settings_.com_port = missing;
         EXPECT_EQ(open(), Port_error::no_such_device) << missing;

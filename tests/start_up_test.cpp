@@ -71,14 +71,20 @@ TEST(ShutDown, WritesTheSelectionAndUnloadsAll) {
 }
 
 TEST(StartUp, RefusesASecondInstanceAndTouchesNothing) {
-    Shop_floor shop({}, "");
-    const std::string before = shop.desk.files.content("/kelvane/Kelvane Lite settings");
-    shop.desk.desktop.another_runs = true;
-    shop.boxes().expect("Kelvane Lite is currently busy.\nTry sending your file later.");
-    shop.start("1|/nc/A.NC");
-    EXPECT_TRUE(shop.desk.windows.ended);
-    EXPECT_FALSE(shop.window().visible());
-    EXPECT_EQ(shop.desk.files.content("/kelvane/Kelvane Lite settings"), before);
+    for (const char* trouble : {"", "The lock file belongs to another user"}) {
+        Shop_floor shop({}, "");
+        const std::string before = shop.desk.files.content("/kelvane/Kelvane Lite settings");
+        shop.desk.desktop.another_runs = true;
+        shop.desk.desktop.trouble = trouble;
+        shop.boxes().expect(
+            *trouble != '\0'
+                ? trouble
+                : "Sorry...\nKelvane Lite is currently busy.\nTry sending your file later.");
+        shop.start("1|/nc/A.NC");
+        EXPECT_TRUE(shop.desk.windows.ended);
+        EXPECT_FALSE(shop.window().visible());
+        EXPECT_EQ(shop.desk.files.content("/kelvane/Kelvane Lite settings"), before);
+    }
 }
 
 TEST(CommandJob, SelectsTheMachineAndRunsOnce) {

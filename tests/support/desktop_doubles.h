@@ -117,11 +117,13 @@ class Recorded_desktop : public Desktop_services {
     std::string stamp_text(std::time_t) const override { return "09.09.01 03:46"; }
     std::string command_line() const override { return command; }
     bool another_instance_runs() override { return another_runs; }
+    std::string lock_trouble() const override { return trouble; }
     std::vector<Serial_device> serial_devices() const override { return devices; }
 
     int beeps = 0;
     std::string command;
     bool another_runs = false;
+    std::string trouble;
     std::vector<Serial_device> devices;
 };
 
