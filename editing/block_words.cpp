@@ -1,0 +1,242 @@
+#include "editing/block_words.h"
+
+#include <algorithm>
+
+#include "platform/basic_text.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr std::string_view blanks = " \t";
+
+bool is_letter(char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
+char upper(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+bool is_control(char c) {
+    return (static_cast<unsigned char>(c) < 0x20 && c != '\t') || c == 0x7F;
+}
+
+bool is_sign(char c) {
+    return c == '+' || c == '-';
+}
+
+Word_kind kind_of(char letter) {
+    switch (letter) {
+        case 'N':
+            return Word_kind::block_number;
+        case 'O':
+        case ':':
+            return Word_kind::program_number;
+        case 'G':
+            return Word_kind::g_code;
+        case 'M':
+            return Word_kind::m_code;
+        case 'T':
+            return Word_kind::tool;
+        default:
+            return std::string_view("ABCUVWXYZ").find(letter) != std::string_view::npos
+                       ? Word_kind::axis
+                       : Word_kind::other;
+    }
+}
+
+/// Without the zeros that change nothing.
+std::string_view essential(std::string_view number) {
+    if (number.find('.') != std::string_view::npos) {
+        number = number.substr(0, number.find_last_not_of('0') + 1);
+        number.remove_suffix(number.ends_with('.') ? 1 : 0);
+    }
+    number.remove_prefix(std::min(number.find_first_not_of('0'), number.size()));
+    return number;
+}
+
+}  // namespace
+
+char Block_reader::at(std::size_t place) const {
+    return place < line_.size() ? line_[place] : '\0';
+}
+
+void Block_reader::skip_blanks() {
+    place_ = std::min(line_.find_first_not_of(blanks, place_), line_.size());
+}
+
+/// On to `behind` bytes after the first of `ends`, or to the end of the line.
+void Block_reader::run_to(std::string_view ends, std::size_t behind) {
+    const std::size_t found = line_.find_first_of(ends, place_);
+    place_ = found == std::string_view::npos ? line_.size() : found + behind;
+}
+
+/// Over a bracket with all brackets in it, or a variable: "[#1+[2]]", "#24", "##1".
+void Block_reader::read_expression() {
+    while (at(place_) == '#') {
+        ++place_;
+    }
+    if (at(place_) != '[') {
+        while (is_digit(at(place_))) {
+            ++place_;
+        }
+        return;
+    }
+    int depth = 0;
+    do {
+        depth += at(place_) == '[' ? 1 : at(place_) == ']' ? -1 : 0;
+        ++place_;
+    } while (depth > 0 && place_ < line_.size());
+}
+
+void Block_reader::read_value(Block_word& word) {
+    const std::size_t behind_letter = place_;
+    skip_blanks();
+    if (at(place_) == '=') {
+        ++place_;
+        skip_blanks();
+    }
+    const std::size_t begin = place_;
+    place_ += is_sign(at(place_)) ? 1 : 0;
+    if (at(place_) == '#' || at(place_) == '[') {
+        word.computed = true;
+        read_expression();
+        return;
+    }
+    const std::size_t digits = place_;
+    while (is_digit(at(place_)) || at(place_) == '.') {
+        ++place_;
+    }
+    if (place_ == digits) {
+        place_ = behind_letter;  // no value: what stands there is a word of its own
+        return;
+    }
+    word.number = line_.substr(begin, place_ - begin);
+}
+
+void Block_reader::read_letters(Block_word& word) {
+    std::size_t end = place_;
+    while (is_letter(at(end)) || at(end) == '_') {
+        ++end;
+    }
+    word.name = line_.substr(place_, end - place_);
+    word.kind = Word_kind::statement;
+    place_ = end;
+    if (upper_case(word.name) == "CALL") {
+        run_to("(;", 0);
+    } else {
+        read_value(word);
+    }
+}
+
+void Block_reader::read_address(Block_word& word) {
+    word.letter = upper(line_[place_]);
+    word.kind = kind_of(word.letter);
+    ++place_;
+    read_value(word);
+}
+
+/// A word that begins with neither a letter nor a control character.
+void Block_reader::read_mark(Block_word& word) {
+    const std::size_t begin = place_;
+    const char c = line_[place_++];
+    switch (c) {
+        case '(':
+            word.kind = Word_kind::comment;
+            run_to(")", 1);
+            break;
+        case ';':
+            word.kind = Word_kind::comment;
+            place_ = line_.size();
+            break;
+        case '/':
+            word.kind = Word_kind::block_skip;
+            place_ += is_digit(at(place_)) ? 1 : 0;
+            break;
+        case '%':
+            word.kind =
+                line_.find_first_not_of(blanks) == begin ? Word_kind::tape_mark : Word_kind::unread;
+            place_ = line_.size();
+            break;
+        case '#':
+            word.kind = Word_kind::expression;
+            run_to("(;", 0);
+            break;
+        case '[':
+            word.kind = Word_kind::expression;
+            --place_;
+            read_expression();
+            break;
+        case ',':
+            word.kind = Word_kind::other;
+            place_ += is_letter(at(place_)) ? 1 : 0;
+            read_value(word);
+            break;
+        case '"':
+            run_to("\"", 1);
+            break;
+        default:
+            while (is_digit(c) && is_digit(at(place_))) {
+                ++place_;
+            }
+            break;
+    }
+}
+
+bool Block_reader::next(Block_word& word) {
+    skip_blanks();
+    if (place_ == line_.size()) {
+        return false;
+    }
+    word = {};
+    word.begin = place_;
+    const char c = line_[place_];
+    if (is_control(c)) {
+        word.kind = Word_kind::controls;
+        const auto* const end =
+            std::find_if_not(line_.begin() + static_cast<std::ptrdiff_t>(place_), line_.end(),
+                             [](char byte) { return is_control(byte); });
+        place_ = static_cast<std::size_t>(end - line_.begin());
+    } else if (is_letter(c) && is_letter(at(place_ + 1))) {
+        read_letters(word);
+    } else if (is_letter(c) || c == ':') {
+        read_address(word);
+    } else {
+        read_mark(word);
+    }
+    word.length = place_ - word.begin;
+    return true;
+}
+
+std::optional<std::string_view> block_number(std::string_view line) {
+    Block_reader reader(line);
+    Block_word word;
+    while (reader.next(word) &&
+           (word.kind == Word_kind::block_skip || word.kind == Word_kind::controls)) {
+    }
+    const bool is_number = word.kind == Word_kind::block_number && !word.number.empty();
+    return is_number ? std::optional(word.number) : std::nullopt;
+}
+
+bool same_number(std::string_view one, std::string_view other) {
+    return essential(one) == essential(other);
+}
+
+std::string_view take_line(std::string_view& rest) {
+    std::size_t window = 256;
+    std::size_t end = std::string_view::npos;
+    // In windows, or the search for the one would run through all lines that end at the other.
+    for (bool more = true; more && end == std::string_view::npos; window *= 4) {
+        const std::string_view ahead = rest.substr(0, window);
+        const std::size_t feed = ahead.find('\n');
+        end = std::min(feed, ahead.substr(0, feed).find('\r'));
+        more = ahead.size() < rest.size();
+    }
+    const std::string_view line = rest.substr(0, end);
+    rest.remove_prefix(line.size());
+    rest.remove_prefix(rest.starts_with("\r\n") ? 2 : rest.empty() ? 0 : 1);
+    return line;
+}
+
+}  // namespace kelvane

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace kelvane {
+
+/// What a piece of a program's line is.
+enum class Word_kind : std::uint8_t {
+    comment,         ///< ( ) with the brackets, or from ";" to the end of the line
+    block_skip,      ///< "/" or "/2": what follows in the block runs only with the switch off
+    block_number,    ///< N120
+    program_number,  ///< O1001, :1001
+    tape_mark,       ///< "%" at the start of a line, with all behind it
+    g_code,
+    m_code,
+    tool,        ///< T
+    axis,        ///< A B C U V W X Y Z
+    other,       ///< F, S, I, ",R2." and all other addresses
+    statement,   ///< two letters or more: IF, GOTO 120, CALL with all behind it
+    expression,  ///< [ ] and assignments to variables: #1=[#2+3]
+    controls,    ///< a run of control characters
+    unread,      ///< no part of a block as this reader knows them
+};
+
+/// One word of a line.
+struct Block_word {
+    Word_kind kind = Word_kind::unread;
+    char letter = 0;          ///< the address in upper case; 0 where there is none
+    std::size_t begin = 0;    ///< in the line
+    std::size_t length = 0;   ///< bytes
+    std::string_view name;    ///< of a statement, as written
+    std::string_view number;  ///< as written, with its sign ("-.5", "007"); empty: no number
+    bool computed = false;    ///< the value comes from a variable or an expression
+};
+
+/// Takes a line (without line end) apart, word by word, as ISO 6983 programs are written: words
+/// with or without blanks between and inside them, in capitals or small letters. Every byte but
+/// blanks is in one word. Time grows with the line's length and nothing else.
+class Block_reader {
+  public:
+    explicit Block_reader(std::string_view line) : line_(line) {}
+    /// False at the end of the line.
+    bool next(Block_word& word);
+
+  private:
+    void skip_blanks();
+    void read_value(Block_word& word);
+    void read_expression();
+    void read_letters(Block_word& word);
+    void read_address(Block_word& word);
+    void read_mark(Block_word& word);
+    void run_to(std::string_view ends, std::size_t behind);
+    [[nodiscard]] char at(std::size_t place) const;
+
+    std::string_view line_;
+    std::size_t place_ = 0;
+};
+
+/// The digits of a line's N number, as written; no value for a line without one. A "/" in front of
+/// it is passed over.
+std::optional<std::string_view> block_number(std::string_view line);
+
+/// True when two numbers without sign have the same value: "0120", "120" and "120.0".
+bool same_number(std::string_view one, std::string_view other);
+
+/// Takes the next line off the front of `rest`, with its line end; the value is without it. Lines
+/// end at CR LF, LF or CR.
+std::string_view take_line(std::string_view& rest);
+
+}  // namespace kelvane
