@@ -18,6 +18,13 @@ if(KELVANE_FUZZ)
   target_link_options(kelvane_flags INTERFACE -fsanitize=address,undefined)
 endif()
 
+if(KELVANE_HARDENED)
+  target_compile_options(kelvane_flags INTERFACE
+    -fstack-protector-strong -fstack-clash-protection -fcf-protection
+    -D_FORTIFY_SOURCE=2 -fPIE)
+  target_link_options(kelvane_flags INTERFACE -pie -Wl,-z,relro,-z,now)
+endif()
+
 # kelvane_library(NAME SOURCES ... LINKS ...): the folder's library. Its headers are reached as
 # "folder/header.h"; what a folder may include is what it links, checked by scripts/check-includes.
 function(kelvane_library name)
