@@ -1,7 +1,7 @@
 # What is installed where, and the Debian package (cpack -G DEB in the build folder).
 include(GNUInstallDirs)
 
-set(KELVANE_MAINTAINER "Kelvane Lite developers <kelvane-lite@localhost.localdomain>")
+set(KELVANE_MAINTAINER "Kelvane Lite developers <developers@kelvane-lite.example>")
 set(KELVANE_PACKAGING ${PROJECT_SOURCE_DIR}/packaging)
 set(KELVANE_DOC_DIR ${CMAKE_INSTALL_DATAROOTDIR}/doc/kelvane-lite)
 
@@ -50,10 +50,10 @@ set(CPACK_PACKAGE_CONTACT ${KELVANE_MAINTAINER})
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "send NC programs to CNC machines and receive them")
 set(CPACK_PACKAGE_DESCRIPTION
 "Kelvane Lite sends NC part programs from a shop-floor computer to CNC machine
- tools over RS-232, and saves what a machine punches out. It keeps a list of
- machines with their port, tape code (ASCII with even, odd or no parity, EIA
- RS-244) and handshake (Xon/Xoff, RTS/CTS), prints listings with bar codes and
- renumbers the blocks of a program.")
+tools over RS-232, and saves what a machine punches out. It keeps a list of
+machines with their port, tape code (ASCII with even, odd or no parity, EIA
+RS-244) and handshake (Xon/Xoff, RTS/CTS), prints listings with bar codes and
+renumbers the blocks of a program.")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
