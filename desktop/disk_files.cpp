@@ -22,6 +22,20 @@ namespace {
 constexpr std::size_t copy_block = 1U << 16U;
 constexpr mode_t new_file_mode = 0666;
 
+/// What the system says of a path that holds no file, whatever stands before its name.
+bool says_missing(int error) {
+    return error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG;
+}
+
+Failure failure_of(int error) {
+    return {std::strerror(error), says_missing(error)};
+}
+
+/// Of the system call that was made last.
+Failure failed() {
+    return failure_of(errno);
+}
+
 /// An open file that is closed again on every way out.
 class Handle {
   public:
@@ -101,28 +115,27 @@ mode_t mode_for(const std::string& path) {
 }
 
 /// Lets `write` fill a temporary file beside `path`, which then takes the place of `path`.
-bool replace_by(const std::string& path, const std::function<bool(int)>& write) {
+Result<> replace_by(const std::string& path, const std::function<bool(int)>& write) {
     const std::string target = link_target(path);
     // A rename asks only the folder; a write-protected file is to stay as it is.
     if (::access(target.c_str(), W_OK) != 0 && errno != ENOENT) {
-        return false;
+        return failed();
     }
     std::string temporary = target + ".XXXXXX";
     Handle handle(::mkostemp(temporary.data(), O_CLOEXEC));
     if (!handle.ok()) {
-        return false;
+        return failed();
     }
     const bool done = write(handle.get()) && ::fchmod(handle.get(), mode_for(target)) == 0 &&
                       ::fsync(handle.get()) == 0 && handle.close() &&
                       ::rename(temporary.c_str(), target.c_str()) == 0;
     if (!done) {
-        const int error = errno;
+        const Failure failure = failed();
         ::unlink(temporary.c_str());
-        errno = error;
-        return false;
+        return failure;
     }
     sync_folder_of(target);
-    return true;
+    return {};
 }
 
 bool copy_content(int from, int to) {
@@ -138,9 +151,18 @@ bool copy_content(int from, int to) {
     }
 }
 
-std::optional<struct stat> look_at(const std::string& path) {
+Result<struct stat> look_at(const std::string& path) {
     struct stat found {};
-    return ::stat(path.c_str(), &found) == 0 ? std::optional(found) : std::nullopt;
+    if (::stat(path.c_str(), &found) != 0) {
+        return failed();
+    }
+    return found;
+}
+
+/// As `look_at`, for what is to be a file.
+Result<struct stat> look_at_file(const std::string& path) {
+    auto found = look_at(path);
+    return found && S_ISDIR(found->st_mode) ? failure_of(EISDIR) : found;
 }
 
 }  // namespace
@@ -148,18 +170,9 @@ std::optional<struct stat> look_at(const std::string& path) {
 Disk_files::Disk_files(std::string program_directory)
     : program_directory_(std::move(program_directory)) {}
 
-bool Disk_files::failed() const {
-    return failed(errno);
-}
-
-bool Disk_files::failed(int error) const {
-    last_error_ = std::strerror(error);
-    return false;
-}
-
 bool Disk_files::exists(const std::string& path) const {
     const auto found = look_at(path);
-    return found && !S_ISDIR(found->st_mode);
+    return found ? !S_ISDIR(found->st_mode) : !found.missing();
 }
 
 bool Disk_files::is_folder(const std::string& path) const {
@@ -167,58 +180,56 @@ bool Disk_files::is_folder(const std::string& path) const {
     return found && S_ISDIR(found->st_mode);
 }
 
-std::optional<std::string> Disk_files::read(const std::string& path) const {
+Result<std::string> Disk_files::read(const std::string& path) const {
     return read_start(path, std::string::npos);
 }
 
-std::optional<std::string> Disk_files::read_start(const std::string& path,
-                                                  std::size_t count) const {
+Result<std::string> Disk_files::read_start(const std::string& path, std::size_t count) const {
     const Handle handle = open_file(path, O_RDONLY | O_NONBLOCK);
-    std::string content;
-    if (const auto size = length(path)) {
-        content.reserve(std::min<std::size_t>(*size + copy_block, count));
+    if (!handle.ok()) {
+        return failed();
     }
-    if (!handle.ok() || !read_some(handle.get(), content, count)) {
-        failed();
-        return std::nullopt;
+    std::string content;
+    content.reserve(std::min<std::size_t>(length(path).value_or(0) + copy_block, count));
+    if (!read_some(handle.get(), content, count)) {
+        return failed();
     }
     return content;
 }
 
-bool Disk_files::replace(const std::string& path, std::string_view content) {
-    return replace_by(path, [&](int to) { return write_all(to, content); }) || failed();
+Result<> Disk_files::replace(const std::string& path, std::string_view content) {
+    return replace_by(path, [&](int to) { return write_all(to, content); });
 }
 
-bool Disk_files::append(const std::string& path, std::string_view content) {
+Result<> Disk_files::append(const std::string& path, std::string_view content) {
     const auto old_length = length(path);
     Handle handle = open_file(path, O_WRONLY | O_APPEND | O_CREAT);
     if (!handle.ok()) {
         return failed();
     }
     if (write_all(handle.get(), content)) {
-        return handle.close() || failed();
+        return handle.close() ? Result<>() : failed();
     }
-    failed();
+    const Failure failure = failed();
     if (!old_length) {
         ::unlink(path.c_str());
     } else if (::ftruncate(handle.get(), static_cast<off_t>(*old_length)) != 0) {
-        failed();
+        return failed();
     }
-    return false;
+    return failure;
 }
 
-bool Disk_files::copy(const std::string& from, const std::string& to) {
+Result<> Disk_files::copy(const std::string& from, const std::string& to) {
     const Handle source = open_file(from, O_RDONLY | O_NONBLOCK);
     if (!source.ok()) {
         return failed();
     }
-    return replace_by(to, [&](int target) { return copy_content(source.get(), target); }) ||
-           failed();
+    return replace_by(to, [&](int target) { return copy_content(source.get(), target); });
 }
 
-bool Disk_files::rename(const std::string& from, const std::string& to) {
-    if (!exists(from)) {
-        return failed(is_folder(from) ? EISDIR : ENOENT);
+Result<> Disk_files::rename(const std::string& from, const std::string& to) {
+    if (const auto found = look_at_file(from); !found) {
+        return found.failure();
     }
     // The old file at `to` goes: the new content must be on the disk before its name is.
     const Handle content = open_file(from, O_RDONLY | O_NONBLOCK);
@@ -229,25 +240,26 @@ bool Disk_files::rename(const std::string& from, const std::string& to) {
         return failed();
     }
     sync_folder_of(to);
-    return true;
+    return {};
 }
 
-bool Disk_files::remove(const std::string& path) {
-    return ::unlink(path.c_str()) == 0 || errno == ENOENT || errno == ENOTDIR || failed();
+Result<> Disk_files::remove(const std::string& path) {
+    const bool gone = ::unlink(path.c_str()) == 0 || says_missing(errno);
+    return gone ? Result<>() : failed();
 }
 
-std::optional<std::uint64_t> Disk_files::length(const std::string& path) const {
-    const auto found = look_at(path);
-    if (!found || S_ISDIR(found->st_mode)) {
-        return std::nullopt;
+Result<std::uint64_t> Disk_files::length(const std::string& path) const {
+    const auto found = look_at_file(path);
+    if (!found) {
+        return found.failure();
     }
     return static_cast<std::uint64_t>(found->st_size);
 }
 
-std::optional<std::time_t> Disk_files::stamp(const std::string& path) const {
-    const auto found = look_at(path);
-    if (!found || S_ISDIR(found->st_mode)) {
-        return std::nullopt;
+Result<std::time_t> Disk_files::stamp(const std::string& path) const {
+    const auto found = look_at_file(path);
+    if (!found) {
+        return found.failure();
     }
     return found->st_mtime;
 }

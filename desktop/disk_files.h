@@ -16,24 +16,19 @@ class Disk_files : public Files {
     [[nodiscard]] std::string program_directory() const override { return program_directory_; }
     [[nodiscard]] bool exists(const std::string& path) const override;
     [[nodiscard]] bool is_folder(const std::string& path) const override;
-    [[nodiscard]] std::optional<std::string> read(const std::string& path) const override;
-    [[nodiscard]] std::optional<std::string> read_start(const std::string& path,
-                                                        std::size_t count) const override;
-    [[nodiscard]] bool replace(const std::string& path, std::string_view content) override;
-    [[nodiscard]] bool append(const std::string& path, std::string_view content) override;
-    [[nodiscard]] bool copy(const std::string& from, const std::string& to) override;
-    [[nodiscard]] bool rename(const std::string& from, const std::string& to) override;
-    bool remove(const std::string& path) override;
-    [[nodiscard]] std::optional<std::uint64_t> length(const std::string& path) const override;
-    [[nodiscard]] std::optional<std::time_t> stamp(const std::string& path) const override;
-    [[nodiscard]] std::string last_error() const override { return last_error_; }
+    [[nodiscard]] Result<std::string> read(const std::string& path) const override;
+    [[nodiscard]] Result<std::string> read_start(const std::string& path,
+                                                 std::size_t count) const override;
+    [[nodiscard]] Result<> replace(const std::string& path, std::string_view content) override;
+    [[nodiscard]] Result<> append(const std::string& path, std::string_view content) override;
+    [[nodiscard]] Result<> copy(const std::string& from, const std::string& to) override;
+    [[nodiscard]] Result<> rename(const std::string& from, const std::string& to) override;
+    Result<> remove(const std::string& path) override;
+    [[nodiscard]] Result<std::uint64_t> length(const std::string& path) const override;
+    [[nodiscard]] Result<std::time_t> stamp(const std::string& path) const override;
 
   private:
-    bool failed() const;
-    bool failed(int error) const;
-
     std::string program_directory_;
-    mutable std::string last_error_;
 };
 
 /// Where the program keeps its own files: `KELVANE_LITE_DIRECTORY` when that is set, else the

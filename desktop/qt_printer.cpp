@@ -227,8 +227,9 @@ bool Qt_printer::finish_paper(Document& document) {
     if (!ended || !content || !is_complete_pdf(*content)) {
         return failed("The temporary file of the listing could not be written");
     }
-    return files_.replace(QFile::encodeName(document.pdf_target).toStdString(), *content) ||
-           failed("Can't write " + destination_ + ": " + files_.last_error());
+    const auto stored =
+        files_.replace(QFile::encodeName(document.pdf_target).toStdString(), *content);
+    return stored || failed("Can't write " + destination_ + ": " + stored.reason());
 }
 
 void Qt_printer::abort_document() {

@@ -61,7 +61,7 @@ void Kelvane_lite_form::Add_machine_name(int mode) {
     Files& files = platform.files;
     const std::string& name = state.Command_line_machine;
     const std::string settings = files.program_path(port_settings_name(name));
-    bool added = false;
+    Result<> added;
     if (mode == 0) {
         const std::string list = files.program_path(file_names::machine_list);
         const std::string old = files.read(list).value_or(std::string());
@@ -74,8 +74,9 @@ void Kelvane_lite_form::Add_machine_name(int mode) {
     }
     const std::string pattern = files.program_path(port_settings_name(default_machine));
     const bool copies = can_be_file_name(name) && !files.exists(settings) && files.exists(pattern);
-    if (!added || (copies && !files.copy(pattern, settings))) {
-        status.set_note("Machine " + name + " could not be added: " + files.last_error());
+    added = added.and_then([&] { return copies ? files.copy(pattern, settings) : Result<>(); });
+    if (!added) {
+        status.set_note("Machine " + name + " could not be added: " + added.reason());
     }
 }
 

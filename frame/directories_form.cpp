@@ -29,19 +29,19 @@ std::vector<std::string> lines_of(const Files& files, std::string_view name, std
     return lines;
 }
 
-/// False when the lines could not be stored, or would take the place of a file that could not be
+/// Fails when the lines could not be stored, or would take the place of a file that could not be
 /// read; that file is whole then.
-bool store_lines(Files& files, std::string_view name, const std::vector<std::string>& lines) {
+Result<> store_lines(Files& files, std::string_view name, const std::vector<std::string>& lines) {
     const std::string path = files.program_path(name);
     const auto old_content = files.read(path);
-    if (!old_content && files.exists(path)) {
-        return false;
+    if (old_content.unreadable()) {
+        return old_content.failure();
     }
     Text_writer writer;
     for (const std::string& line : lines) {
         writer.line(line);
     }
-    return writer.text() == old_content || files.replace(path, writer.text());
+    return old_content == writer.text() ? Result<>() : files.replace(path, writer.text());
 }
 
 /// `text` without what separates the parts and lines of the filter.
@@ -191,9 +191,9 @@ std::string directories_form_lite::filter() const {
 }
 
 void directories_form_lite::accept() {
-    if (!store()) {
+    if (const auto stored = store(); !stored) {
         platform_.message_box.show(
-            {"Cannot write the files and directories settings.\n" + platform_.files.last_error(),
+            {"Cannot write the files and directories settings.\n" + stored.reason(),
              std::string(product_name), Message_icon::critical, Message_buttons::ok});
         return;
     }
@@ -201,7 +201,7 @@ void directories_form_lite::accept() {
     unload();
 }
 
-bool directories_form_lite::store() {
+Result<> directories_form_lite::store() {
     directory_lines_[path_line] = directory_path_;
     type_lines_[filter_line] = filter();
     const int first_type = First_type_lst.selected() + 1;
@@ -213,8 +213,9 @@ bool directories_form_lite::store() {
         type_lines_[add_extension_line] = chk_add_extension.checked() ? "1" : "0";
     }
     Files& files = platform_.files;
-    return store_lines(files, file_names::default_directories, directory_lines_) &&
-           store_lines(files, file_names::default_file_types, type_lines_);
+    return store_lines(files, file_names::default_directories, directory_lines_).and_then([&] {
+        return store_lines(files, file_names::default_file_types, type_lines_);
+    });
 }
 
 void directories_form_lite::put_in_force() {

@@ -77,7 +77,7 @@ class directories_form_lite : public Form {
     void set_directory();
     void show_directory();
     void accept();
-    [[nodiscard]] bool store();
+    [[nodiscard]] Result<> store();
     void put_in_force();
     [[nodiscard]] std::string filter() const;
 

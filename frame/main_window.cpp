@@ -114,8 +114,8 @@ void Kelvane_lite_form::shut_down() {
     Timer1.set_enabled(false);
     Timer5.set_enabled(false);
     Timer6.set_enabled(false);
-    if (!write_selected_machine(platform.files, state)) {
-        box("Cannot write the settings file: " + platform.files.last_error());
+    if (const auto written = write_selected_machine(platform.files, state); !written) {
+        box("Cannot write the settings file: " + written.reason());
     }
     for (Form* form : hooks_.other_forms) {
         form->unload();

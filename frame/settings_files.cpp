@@ -73,7 +73,7 @@ void read_page_layout(const Files& files, Shared_state& state) {
     reader.field_number(state.Barcode_path);
 }
 
-bool write_selected_machine(Files& files, const Shared_state& state) {
+Result<> write_selected_machine(Files& files, const Shared_state& state) {
     Text_writer writer;
     writer.line(decimal(state.IO_device)).line(state.IO_device_name);
     return files.replace(files.program_path(file_names::settings), writer.text());

@@ -14,8 +14,7 @@ void read_default_file_types(const Files& files, Shared_state& state, File_dialo
 /// Sets the defaults of the page layout first.
 void read_page_layout(const Files& files, Shared_state& state);
 
-/// Writes the selected machine's index and name; false when the file could not be written, the old
-/// one being whole then.
-[[nodiscard]] bool write_selected_machine(Files& files, const Shared_state& state);
+/// Writes the selected machine's index and name. When that fails the old file is whole.
+[[nodiscard]] Result<> write_selected_machine(Files& files, const Shared_state& state);
 
 }  // namespace kelvane

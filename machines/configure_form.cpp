@@ -128,7 +128,7 @@ void configure_IO_lite::read_switchbox_codes(const std::string& machine) {
 }
 
 /// Resets every field, with `port` for the COM number, and takes the file's lines over that.
-void configure_IO_lite::load_record(std::optional<std::string> content, int port) {
+void configure_IO_lite::load_record(Result<std::string> content, int port) {
     MachineSettings settings;
     settings.com_port = port;
     settings.skip_up_to = advanced_.skip_upto_txt.text();

@@ -90,7 +90,7 @@ class configure_IO_lite : public Form {
 
     void load_current_machine();
     void machine_clicked();
-    void load_record(std::optional<std::string> content, int port);
+    void load_record(Result<std::string> content, int port);
     void show_settings(const MachineSettings& settings, int lines_read);
     void show_end_of_block(const MachineSettings& settings);
     [[nodiscard]] MachineSettings shown_settings() const;

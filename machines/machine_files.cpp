@@ -19,14 +19,14 @@ std::optional<std::string> machine_file_path(const Files& files, std::string_vie
     return files.program_path(file_name);
 }
 
-std::optional<std::string> read_machine_file(const Files& files, std::string_view file_name) {
+Result<std::string> read_machine_file(const Files& files, std::string_view file_name) {
     const auto path = machine_file_path(files, file_name);
-    return path ? files.read(*path) : std::nullopt;
+    return path ? files.read(*path) : Failure{"No file can have this name", true};
 }
 
 bool write_machine_file(Files& files, std::string_view file_name, std::string_view content) {
     const auto path = machine_file_path(files, file_name);
-    return path && files.replace(*path, content);
+    return path && files.replace(*path, content).has_value();
 }
 
 std::vector<std::string> read_machine_list(const Files& files) {
@@ -57,7 +57,7 @@ bool write_machine_list(Files& files, const std::vector<std::string>& names) {
     for (const std::string& name : names) {
         writer.line(one_line(name));
     }
-    return files.replace(files.program_path(file_names::machine_list), writer.text());
+    return files.replace(files.program_path(file_names::machine_list), writer.text()).has_value();
 }
 
 bool remove_from_machine_list(Files& files, std::string_view name) {
@@ -78,7 +78,9 @@ bool remove_from_machine_list(Files& files, std::string_view name) {
         }
     }
     const std::string scratch_path = files.program_path(file_names::machine_list_temporary);
-    return files.replace(scratch_path, writer.text()) && files.rename(scratch_path, list_path);
+    return files.replace(scratch_path, writer.text())
+        .and_then([&] { return files.rename(scratch_path, list_path); })
+        .has_value();
 }
 
 std::string read_switchbox_text(const Files& files, std::string_view machine) {

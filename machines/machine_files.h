@@ -18,9 +18,8 @@ namespace kelvane {
 [[nodiscard]] std::optional<std::string> machine_file_path(const Files& files,
                                                            std::string_view file_name);
 
-/// The content of such a file; no value when it cannot be named or read.
-[[nodiscard]] std::optional<std::string> read_machine_file(const Files& files,
-                                                           std::string_view file_name);
+/// The content of such a file; missing too when no file can have the name.
+[[nodiscard]] Result<std::string> read_machine_file(const Files& files, std::string_view file_name);
 
 /// Writes such a file whole or not at all.
 [[nodiscard]] bool write_machine_file(Files& files, std::string_view file_name,

@@ -103,7 +103,7 @@ std::string lower_case(std::string_view text) {
         text, [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
 }
 
-Text_reader::Text_reader(std::optional<std::string> content)
+Text_reader::Text_reader(Result<std::string> content)
     : content_(content ? std::move(*content) : std::string()), failed_(!content.has_value()) {}
 
 bool Text_reader::line(std::string& target) {

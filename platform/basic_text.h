@@ -1,9 +1,10 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
+
+#include "platform/result.h"
 
 namespace kelvane {
 
@@ -45,7 +46,7 @@ std::string lower_case(std::string_view text);
 class Text_reader {
   public:
     /// `content` without a value (the file could not be read) is a reader that has already failed.
-    explicit Text_reader(std::optional<std::string> content);
+    explicit Text_reader(Result<std::string> content);
 
     /// Reads up to the next CR LF or LF, which is consumed and not part of the line. False at the
     /// end of the text, with `target` unchanged. A last line without line end still counts.

@@ -2,14 +2,16 @@
 
 #include <cstdint>
 #include <ctime>
-#include <optional>
 #include <string>
 #include <string_view>
+
+#include "platform/result.h"
 
 namespace kelvane {
 
 /// Whole-file operations; nothing is ever left open. Paths are bytes in the system's own form.
-/// Failures are values; `last_error()` then says why in the system's words.
+/// A failure says why in the system's words, and whether the file is simply missing: one that is
+/// there and cannot be read is never to be taken for none.
 class Files {
   public:
     virtual ~Files() = default;
@@ -21,37 +23,35 @@ class Files {
     /// in the program directory).
     [[nodiscard]] std::string program_path(std::string_view name) const;
 
-    /// True for an existing file that is not a folder.
+    /// True for an existing file that is not a folder, and for what the system cannot look at: only
+    /// what is certainly not there is missing.
     [[nodiscard]] virtual bool exists(const std::string& path) const = 0;
     /// True for an existing folder.
     [[nodiscard]] virtual bool is_folder(const std::string& path) const = 0;
 
-    /// The whole content; no value when the file is missing or cannot be read.
-    [[nodiscard]] virtual std::optional<std::string> read(const std::string& path) const = 0;
+    /// The whole content.
+    [[nodiscard]] virtual Result<std::string> read(const std::string& path) const = 0;
     /// At most `count` bytes from the start.
-    [[nodiscard]] virtual std::optional<std::string> read_start(const std::string& path,
-                                                                std::size_t count) const = 0;
+    [[nodiscard]] virtual Result<std::string> read_start(const std::string& path,
+                                                         std::size_t count) const = 0;
 
     /// Makes `path` hold exactly `content`: written to a temporary file beside it, synced, renamed.
     /// On failure, as with a file that is write-protected, an old file of that name is untouched.
-    [[nodiscard]] virtual bool replace(const std::string& path, std::string_view content) = 0;
+    [[nodiscard]] virtual Result<> replace(const std::string& path, std::string_view content) = 0;
     /// Adds `content` at the end, creating the file when it is missing. On failure the file keeps
     /// its old length.
-    [[nodiscard]] virtual bool append(const std::string& path, std::string_view content) = 0;
+    [[nodiscard]] virtual Result<> append(const std::string& path, std::string_view content) = 0;
     /// As `replace` with the content of `from`.
-    [[nodiscard]] virtual bool copy(const std::string& from, const std::string& to) = 0;
+    [[nodiscard]] virtual Result<> copy(const std::string& from, const std::string& to) = 0;
     /// Renames within a folder or between folders of one disk; an existing `to` is replaced.
-    [[nodiscard]] virtual bool rename(const std::string& from, const std::string& to) = 0;
-    /// True when the file is gone afterwards, a missing one included.
-    virtual bool remove(const std::string& path) = 0;
+    [[nodiscard]] virtual Result<> rename(const std::string& from, const std::string& to) = 0;
+    /// Done when the file is gone afterwards, a missing one included.
+    virtual Result<> remove(const std::string& path) = 0;
 
-    /// Length in bytes; no value for a missing file.
-    [[nodiscard]] virtual std::optional<std::uint64_t> length(const std::string& path) const = 0;
-    /// Time of the last change; no value for a missing file.
-    [[nodiscard]] virtual std::optional<std::time_t> stamp(const std::string& path) const = 0;
-
-    /// Why the last failed operation failed ("No space left on device"); empty when unknown.
-    [[nodiscard]] virtual std::string last_error() const = 0;
+    /// Length in bytes.
+    [[nodiscard]] virtual Result<std::uint64_t> length(const std::string& path) const = 0;
+    /// Time of the last change.
+    [[nodiscard]] virtual Result<std::time_t> stamp(const std::string& path) const = 0;
 };
 
 /// The folder part of a path without its last separator (the root keeps it); empty when the path

@@ -210,8 +210,9 @@ void Page_layout_form_lite::accept() {
         return;
     }
     Files& files = window_.platform.files;
-    if (!files.replace(files.program_path(file_names::page_layout), page_layout_text(*layout))) {
-        window_.box("Can't write the page layout\n" + files.last_error());
+    const std::string path = files.program_path(file_names::page_layout);
+    if (const auto written = files.replace(path, page_layout_text(*layout)); !written) {
+        window_.box("Can't write the page layout\n" + written.reason());
         return;
     }
     set_page_layout(window_.state, *layout);

@@ -58,7 +58,7 @@ void Program_listing::run(const std::string& path, const Page_layout& layout,
 std::optional<Listing> Program_listing::compose(const std::string& path) {
     auto content = window_.platform.files.read(path);
     if (!content) {
-        say(window_.platform.files.last_error());
+        say(content.reason());
         return std::nullopt;
     }
     printer_.set_font_size(layout_.font_size == 10 ? 12 : 10);

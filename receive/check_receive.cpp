@@ -11,8 +11,8 @@ constexpr const char* write_test_name = "DummyfilenameforIOtest";
 }  // namespace
 
 bool Receive_loop::Check_receive() {
-    if (!folder_can_be_written()) {
-        end_job("Cannot write to folder " + folder_of(state_.filename));
+    if (const auto done = folder_can_be_written(); !done) {
+        end_job("Cannot write to folder " + folder_of(state_.filename) + "\n" + done.reason());
         return false;
     }
     if (!platform_.files.exists(state_.filename)) {
@@ -27,32 +27,36 @@ bool Receive_loop::Check_receive() {
         window_.unload();
         return false;
     }
-    if (!keep_backup()) {
-        end_job("Cannot keep a backup of file " + state_.filename);
+    if (const auto done = keep_backup(); !done) {
+        end_job("Cannot keep a backup of file " + state_.filename + "\n" + done.reason());
         return false;
     }
     return true;
 }
 
-bool Receive_loop::folder_can_be_written() {
+Result<> Receive_loop::folder_can_be_written() {
     const std::string folder = folder_of(state_.filename);
     if (folder.empty()) {
-        return true;
+        return {};
     }
     const std::string test = path_in(folder, write_test_name);
-    return platform_.files.replace(test, " ") && platform_.files.remove(test);
+    return platform_.files.replace(test, " ").and_then(
+        [&] { return platform_.files.remove(test); });
 }
 
 // A ".bak" file would be its own backup: it stays until the new program takes its place.
-bool Receive_loop::keep_backup() {
+Result<> Receive_loop::keep_backup() {
     const std::string backup = backup_path(state_.filename);
-    return same_path(state_.filename, backup) || (platform_.files.copy(state_.filename, backup) &&
-                                                  platform_.files.remove(state_.filename));
+    if (same_path(state_.filename, backup)) {
+        return {};
+    }
+    return platform_.files.copy(state_.filename, backup).and_then([this] {
+        return platform_.files.remove(state_.filename);
+    });
 }
 
 void Receive_loop::end_job(const std::string& text) {
-    const std::string reason = platform_.files.last_error();
-    window_.box(reason.empty() ? text : text + "\n" + reason);
+    window_.box(text);
     window_.unload();
 }
 

@@ -97,23 +97,24 @@ bool Receive_loop::apply_skip_upto() {
 std::optional<std::string> Receive_loop::read_staging() {
     auto text = platform_.files.read(staging_);
     if (!text) {
-        window_.box("Cannot access file\n" + staging_ + "\n" + platform_.files.last_error(),
+        window_.box("Cannot access file\n" + staging_ + "\n" + text.reason(),
                     Message_icon::critical, Message_buttons::ok, "Disk read error");
+        return std::nullopt;
     }
-    return text;
+    return std::move(*text);
 }
 
 bool Receive_loop::write(const std::string& path, const std::string& content) {
-    const bool written = platform_.files.replace(path, content);
+    const auto written = platform_.files.replace(path, content);
     if (!written) {
-        tell_unwritten(path);
+        tell_unwritten(path, written.reason());
     }
-    return written;
+    return written.has_value();
 }
 
-void Receive_loop::tell_unwritten(const std::string& path) {
-    window_.box("Cannot access file\n" + path + "\n" + platform_.files.last_error() +
-                    "\nThe received data is kept in\n" + staging_,
+void Receive_loop::tell_unwritten(const std::string& path, const std::string& reason) {
+    window_.box("Cannot access file\n" + path + "\n" + reason + "\nThe received data is kept in\n" +
+                    staging_,
                 Message_icon::critical, Message_buttons::ok, "Disk write error");
 }
 
@@ -218,13 +219,14 @@ bool Receive_loop::code_convert_file() {
         state_.ignore_before = false;
     }
     const std::string converted = platform_.files.program_path(file_names::scratch_converted);
-    const bool done =
-        platform_.files.replace(converted, text) && platform_.files.rename(converted, staging_);
+    const auto done = platform_.files.replace(converted, text).and_then([&] {
+        return platform_.files.rename(converted, staging_);
+    });
     if (!done) {
-        tell_unwritten(converted);
+        tell_unwritten(converted, done.reason());
         platform_.files.remove(converted);
     }
-    return done;
+    return done.has_value();
 }
 
 }  // namespace kelvane

@@ -84,8 +84,8 @@ bool Receive_loop::store(const std::string& data) {
         window_.report_fault(Fault::overflow);
         return false;
     }
-    if (!platform_.files.append(staging_, data)) {
-        end_on_full_disk();
+    if (const auto stored = platform_.files.append(staging_, data); !stored) {
+        end_on_full_disk(stored.reason());
         return false;
     }
     state_.RXbytecount = total;
@@ -103,8 +103,7 @@ void Receive_loop::end_on_lost_port() {
     }
 }
 
-void Receive_loop::end_on_full_disk() {
-    const std::string reason = platform_.files.last_error();
+void Receive_loop::end_on_full_disk(const std::string& reason) {
     give_up("Receive ended: disk write error");
     window_.box("Cannot access file\n" + staging_ + "\n" + reason +
                     "\nThe bytes received until then are kept in it.",

@@ -32,7 +32,7 @@ class Receive_loop {
     [[nodiscard]] bool is_lone_dc2(const std::string& data) const;
     [[nodiscard]] bool store(const std::string& data);
     void end_on_lost_port();
-    void end_on_full_disk();
+    void end_on_full_disk(const std::string& reason);
     void stop_timers();
     void give_up(const std::string& note);
 
@@ -48,11 +48,11 @@ class Receive_loop {
     /// The staging file's content; no value, after a box, when it cannot be read.
     [[nodiscard]] std::optional<std::string> read_staging();
     [[nodiscard]] bool write(const std::string& path, const std::string& content);
-    void tell_unwritten(const std::string& path);
+    void tell_unwritten(const std::string& path, const std::string& reason);
     void finish(bool saved);
 
-    [[nodiscard]] bool folder_can_be_written();
-    [[nodiscard]] bool keep_backup();
+    [[nodiscard]] Result<> folder_can_be_written();
+    [[nodiscard]] Result<> keep_backup();
     void end_job(const std::string& text);
 
     Kelvane_lite_form& window_;

@@ -34,7 +34,8 @@ void Resequence_run::run() {
     const std::string filename = window_.state.filename;
     const auto program = files.read(files.program_path(file_names::scratch));
     if (!program) {
-        report(failure_report(filename, "Its working copy cannot be read" + system_reason()));
+        report(
+            failure_report(filename, "Its working copy cannot be read: " + program.reason() + "."));
         end();
         return;
     }
@@ -75,25 +76,20 @@ Resequence_run::Failure Resequence_run::put_in_place(const std::string& text,
     Files& files = window_.platform.files;
     const std::string backup = backup_path(filename);
     const std::string staged = files.program_path(file_names::scratch_resequenced);
-    if (!files.replace(staged, text)) {
-        return "The new text cannot be written to '" + staged + "'" + system_reason();
+    if (const auto done = files.replace(staged, text); !done) {
+        return "The new text cannot be written to '" + staged + "': " + done.reason() + ".";
     }
     const std::string kept = "\nThe new text is in '" + staged + "'.";
-    if (!files.copy(filename, backup)) {
-        return "Its backup '" + backup + "' cannot be written" + system_reason() + kept;
+    if (const auto done = files.copy(filename, backup); !done) {
+        return "Its backup '" + backup + "' cannot be written: " + done.reason() + "." + kept;
     }
-    if (!files.replace(filename, text)) {
-        return "The file cannot be written" + system_reason() + "\nIts backup is '" + backup +
+    if (const auto done = files.replace(filename, text); !done) {
+        return "The file cannot be written: " + done.reason() + ".\nIts backup is '" + backup +
                "'." + kept;
     }
     files.remove(staged);
     files.remove(files.program_path(file_names::scratch));
     return {};
-}
-
-std::string Resequence_run::system_reason() const {
-    const std::string reason = window_.platform.files.last_error();
-    return reason.empty() ? "." : ": " + reason + ".";
 }
 
 void Resequence_run::report(const std::string& text) {

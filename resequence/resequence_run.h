@@ -31,7 +31,6 @@ class Resequence_run {
     [[nodiscard]] bool goes_on(int percent);
     void show_refusal(const Resequence_result& result);
     [[nodiscard]] Failure put_in_place(const std::string& text, const std::string& filename);
-    [[nodiscard]] std::string system_reason() const;
     void report(const std::string& text);
     void end();
 

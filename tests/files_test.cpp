@@ -85,9 +85,12 @@ TEST_P(Files_test, tells_files_folders_and_nothing_apart) {
         EXPECT_FALSE(files.exists(path));
     }
     EXPECT_FALSE(files.read(a) || files.copy(a, b) || files.rename(a, b) || files.exists(b));
-    EXPECT_FALSE(files.replace(folder + "/no folder/a", "1"));
-    EXPECT_FALSE(files.append(folder + "/no folder/a", "1"));
-    EXPECT_EQ(files.last_error(), "No such file or directory");
+    for (const Result<>& result : {files.replace(folder + "/no folder/a", "1"),
+                                   files.append(folder + "/no folder/a", "1")}) {
+        EXPECT_EQ(result.reason(), "No such file or directory");
+    }
+    EXPECT_TRUE(files.read(a).missing() && !files.read(a).unreadable());
+    EXPECT_TRUE(files.read(folder + "/no folder/a").missing());
 }
 
 TEST_F(Disk_files_test, a_full_disk_leaves_the_old_content_and_nothing_beside_it) {
@@ -101,8 +104,7 @@ TEST_F(Disk_files_test, a_full_disk_leaves_the_old_content_and_nothing_beside_it
     EXPECT_FALSE(disk.replace(a, large));
     EXPECT_FALSE(disk.append(a, large));
     EXPECT_FALSE(disk.append(folder + "/new", large));
-    EXPECT_FALSE(disk.copy(b, a));
-    EXPECT_EQ(disk.last_error(), "File too large");
+    EXPECT_EQ(disk.copy(b, a).reason(), "File too large");
     ::setrlimit(RLIMIT_FSIZE, &old);
     std::signal(SIGXFSZ, old_handler);
     EXPECT_EQ(disk.read(a), "old");
@@ -127,8 +129,10 @@ TEST_F(Disk_files_test, a_write_protected_file_is_not_replaced) {
     const auto try_it = [&] {
         constexpr uid_t nobody = 65534;  // root may write everything
         static_cast<void>(::setuid(nobody) == 0);
-        const bool refused = !disk.replace(a, "new") && !disk.copy(a, a);
-        ::_exit(refused && disk.last_error() == "Permission denied" ? 0 : 1);
+        const std::string why = "Permission denied";
+        const bool refused =
+            disk.replace(a, "new").reason() == why && disk.copy(a, a).reason() == why;
+        ::_exit(refused ? 0 : 1);
     };
     EXPECT_EXIT(try_it(), ::testing::ExitedWithCode(0), "");
     EXPECT_EQ(disk.read(a), "old");

@@ -84,7 +84,8 @@ bool Make_scratchpad_copy(Kelvane_lite_form& window, const std::string& path) {
     if (copy_kind(*content) == Copy_kind::converted) {
         *content = converted_copy(*content);
     }
-    return files.replace(copy, *content) || cannot_copy(window, "Disk write error", copy);
+    const auto copied = files.replace(copy, *content);
+    return copied || cannot_copy(window, "Disk write error", copy);
 }
 
 }  // namespace kelvane

@@ -87,7 +87,7 @@ std::optional<Expansion_error> Sub_file_reader::check() {
     open(main_copy_, real_main_, default_directory_);
     auto content = files_.read(main_copy_);
     if (!content) {
-        error_ = {real_main_, 0, "The working copy cannot be read. " + files_.last_error()};
+        error_ = {real_main_, 0, "The working copy cannot be read. " + content.reason()};
         return error_;
     }
     main_content_ = std::make_shared<const std::string>(std::move(*content));
@@ -101,10 +101,11 @@ std::optional<Expansion_error> Sub_file_reader::check() {
     return error_;
 }
 
-std::shared_ptr<const std::string> Sub_file_reader::sub_content(const std::string& path) const {
+Result<std::shared_ptr<const std::string>> Sub_file_reader::sub_content(
+    const std::string& path) const {
     auto content = files_.read(path);
     if (!content) {
-        return nullptr;
+        return content.failure();
     }
     if (copy_kind(*content) == Copy_kind::converted) {
         content = converted_copy(*content);
@@ -160,10 +161,10 @@ Sub_file_reader::Program_file* Sub_file_reader::target_of(const Program_file& ca
     }
     const auto content = sub_content(path);
     if (!content) {
-        fail(caller, site.line, sub_file + " cannot be read. " + files_.last_error());
+        fail(caller, site.line, sub_file + " cannot be read. " + content.reason());
         return nullptr;
     }
-    return &index(path, *content, false);
+    return &index(path, **content, false);
 }
 
 std::optional<std::uint64_t> Sub_file_reader::measure(Program_file& file) {
@@ -276,15 +277,15 @@ bool Sub_file_reader::enter(const Call_site& site, std::string& line) {
     const std::string sub_file = the_sub_file(site.call.name);
     if (!content) {
         fail(*levels_.back().file, site.line,
-             sub_file + " can no longer be read. " + files_.last_error());
+             sub_file + " can no longer be read. " + content.reason());
         return false;
     }
-    if (content->size() != target.length || std::hash<std::string>()(*content) != target.hash) {
+    if ((*content)->size() != target.length || std::hash<std::string>()(**content) != target.hash) {
         fail(*levels_.back().file, site.line, sub_file + " has changed since the transfer began.");
         return false;
     }
     levels_.push_back({.file = &target,
-                       .content = std::move(content),
+                       .content = *std::move(content),
                        .name = site.call.name,
                        .passes_left = site.call.repeats});
     line = beginning_of(site.call.name);

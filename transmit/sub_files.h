@@ -113,7 +113,8 @@ class Sub_file_reader {
         bool pass_gave_lines = false;
     };
 
-    [[nodiscard]] std::shared_ptr<const std::string> sub_content(const std::string& path) const;
+    [[nodiscard]] Result<std::shared_ptr<const std::string>> sub_content(
+        const std::string& path) const;
     [[nodiscard]] std::string find(const std::string& name, const std::string& caller) const;
     Program_file& index(const std::string& path, const std::string& content, bool is_main);
     Program_file* target_of(const Program_file& caller, const Call_site& site);

@@ -105,12 +105,12 @@ Fault_or_ok Transfer::arm_receive() {
     state_.escape = 0;
     const std::string staging = platform_.files.program_path(file_names::scratch);
     const bool is_target = !state_.RX_binary && same_path(state_.filename, staging);
-    if (is_target || !platform_.files.replace(staging, {})) {
-        const std::string reason =
-            is_target ? "The program itself works with this file. Choose another name."
-                      : platform_.files.last_error();
-        window_.box("Cannot access file\n" + staging + "\n" + reason, Message_icon::exclamation,
-                    Message_buttons::ok, "Disk write error");
+    const Result<> emptied =
+        is_target ? Failure{"The program itself works with this file. Choose another name."}
+                  : platform_.files.replace(staging, {});
+    if (!emptied) {
+        window_.box("Cannot access file\n" + staging + "\n" + emptied.reason(),
+                    Message_icon::exclamation, Message_buttons::ok, "Disk write error");
         platform_.port.close();
         return std::nullopt;
     }

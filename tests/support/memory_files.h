@@ -20,44 +20,55 @@ class Memory_files : public Files {
     std::string program_directory() const override { return directory_; }
     bool exists(const std::string& path) const override { return files_.contains(path); }
     bool is_folder(const std::string& path) const override { return folders.contains(path); }
-    std::optional<std::string> read(const std::string& path) const override {
+    Result<std::string> read(const std::string& path) const override {
         return read_start(path, SIZE_MAX);
     }
-    std::optional<std::string> read_start(const std::string& path,
-                                          std::size_t most) const override {
-        const bool readable = works("read", path) && exists(path);
-        return readable ? std::optional(files_.at(path).substr(0, most)) : std::nullopt;
+    Result<std::string> read_start(const std::string& path, std::size_t most) const override {
+        if (const auto state = works("read", path); !state) {
+            return state.failure();
+        }
+        return exists(path) ? Result<std::string>(files_.at(path).substr(0, most)) : missing;
     }
-    bool replace(const std::string& path, std::string_view content) override {
+    Result<> replace(const std::string& path, std::string_view content) override {
         const std::string folder = folder_of(path);
         if (!folder.empty() && !folders.contains(folder)) {
-            last_error_ = "No such file or directory";
-            return false;
+            return missing;
         }
-        return works("replace", path) && (files_[path] = content, true);
+        return works("replace", path).and_then([&] { return store(path, content); });
     }
-    bool append(const std::string& path, std::string_view content) override {
+    Result<> append(const std::string& path, std::string_view content) override {
         const std::string old = exists(path) ? files_[path] : "";
-        return works("append", path) && replace(path, old + std::string(content));
+        return works("append", path).and_then([&] {
+            return replace(path, old + std::string(content));
+        });
     }
-    bool copy(const std::string& from, const std::string& to) override {
+    Result<> copy(const std::string& from, const std::string& to) override {
         const auto content = read(from);
-        return content && works("copy", to) && replace(to, *content);
+        if (!content) {
+            return content.failure();
+        }
+        return works("copy", to).and_then([&] { return replace(to, *content); });
     }
-    bool rename(const std::string& from, const std::string& to) override {
-        const bool possible = exists(from) && works("rename", to);
-        return possible && (files_[to] = files_.extract(from).mapped(), true);
+    Result<> rename(const std::string& from, const std::string& to) override {
+        if (!exists(from)) {
+            return missing;
+        }
+        return works("rename", to).and_then([&] {
+            return store(to, files_.extract(from).mapped());
+        });
     }
-    bool remove(const std::string& path) override {
-        return works("remove", path) && (files_.erase(path), true);
+    Result<> remove(const std::string& path) override {
+        return works("remove", path).and_then([&] {
+            files_.erase(path);
+            return Result<>();
+        });
     }
-    std::optional<std::uint64_t> length(const std::string& path) const override {
-        return exists(path) ? std::optional(files_.at(path).size()) : std::nullopt;
+    Result<std::uint64_t> length(const std::string& path) const override {
+        return exists(path) ? Result<std::uint64_t>(files_.at(path).size()) : missing;
     }
-    std::optional<std::time_t> stamp(const std::string& path) const override {
-        return exists(path) ? std::optional(1'000'000'000) : std::nullopt;
+    Result<std::time_t> stamp(const std::string& path) const override {
+        return exists(path) ? Result<std::time_t>(1'000'000'000) : missing;
     }
-    std::string last_error() const override { return last_error_; }
 
     /// A file that is just there.
     void put(const std::string& path, std::string content) { files_[path] = std::move(content); }
@@ -69,9 +80,9 @@ class Memory_files : public Files {
     /// on a path that ends with `path_end` fail.
     void fail(const std::string& operation, const std::string& path_end,
               const std::string& why = "Input/output error") {
-        failing_.push_back({operation, path_end, why});
+        fates_.push_back({operation, path_end, why});
     }
-    void repair() { failing_.clear(); }
+    void repair() { fates_.clear(); }
     [[nodiscard]] std::vector<std::string> names() const {
         std::vector<std::string> names;
         // A loop, because clang 14 cannot read the views of this standard library.
@@ -83,20 +94,24 @@ class Memory_files : public Files {
     std::set<std::string> folders;
 
   private:
-    struct Failure {
+    struct Fate {
         std::string operation, path_end, why;
     };
-    [[nodiscard]] bool works(const std::string& operation, const std::string& path) const {
-        const auto failure = std::ranges::find_if(failing_, [&](const Failure& f) {
+    static inline const Failure missing{"No such file or directory", true};
+    [[nodiscard]] Result<> works(const std::string& operation, const std::string& path) const {
+        const auto fate = std::ranges::find_if(fates_, [&](const Fate& f) {
             return f.operation == operation && path.ends_with(f.path_end);
         });
-        return failure == failing_.end() || (last_error_ = failure->why, false);
+        return fate == fates_.end() ? Result<>() : Failure{fate->why};
+    }
+    Result<> store(const std::string& path, std::string_view content) {
+        files_[path] = content;
+        return {};
     }
 
     std::string directory_;
     std::map<std::string, std::string> files_;
-    std::vector<Failure> failing_;
-    mutable std::string last_error_;
+    std::vector<Fate> fates_;
 };
 
 }  // namespace kelvane::testing
