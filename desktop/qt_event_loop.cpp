@@ -2,6 +2,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
+#include <QEvent>
 #include <QSocketNotifier>
 #include <algorithm>
 #include <cstdint>
@@ -17,8 +18,8 @@ using namespace std::chrono_literals;
 
 /// Nothing reports a change of CTS or of the clock on the wall: waiting loops look again so often.
 constexpr Clock_time longest_sleep = 20ms;
-/// So often a working loop lets windows repaint and buttons be pressed.
-constexpr Clock_time pending_interval = 10ms;
+/// So often a working loop lets windows repaint, buttons be pressed and other tasks go on.
+constexpr Clock_time pending_interval = 5ms;
 
 bool dispatch(QEventLoop::ProcessEventsFlags flags) {
     return QCoreApplication::eventDispatcher()->processEvents(flags);
@@ -33,12 +34,50 @@ itimerspec after(Clock_time delay) {
     return setting;
 }
 
+QEvent::Type round_event() {
+    static const auto type = static_cast<QEvent::Type>(QEvent::registerEventType());
+    return type;
+}
+
 }  // namespace
+
+/// Sees every event before it is delivered, and has a round of the tasks follow the batch.
+class Qt_event_loop::Rounds : public QObject {
+  public:
+    explicit Rounds(Qt_event_loop& loop) : loop_(loop) {
+        QCoreApplication::instance()->installEventFilter(this);
+    }
+    void ask() {
+        if (!std::exchange(asked_, true)) {
+            QCoreApplication::postEvent(this, new QEvent(round_event()), Qt::LowEventPriority);
+        }
+    }
+    bool eventFilter(QObject* watched, QEvent* /*event*/) override {
+        if (watched != this) {
+            ask();
+        }
+        return false;
+    }
+    bool event(QEvent* event) override {
+        if (event->type() != round_event()) {
+            return QObject::event(event);
+        }
+        asked_ = false;
+        loop_.resume_round();
+        return true;
+    }
+
+  private:
+    Qt_event_loop& loop_;
+    bool asked_ = false;
+};
 
 Qt_event_loop::Qt_event_loop()
     : start_(std::chrono::steady_clock::now()),
       timer_handle_(::timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)),
-      wake_(std::make_unique<QSocketNotifier>(timer_handle_, QSocketNotifier::Read)) {
+      wake_(std::make_unique<QSocketNotifier>(timer_handle_, QSocketNotifier::Read)),
+      rounds_(std::make_unique<Rounds>(*this)) {
+    breath_interval = pending_interval;
     QObject::connect(wake_.get(), &QSocketNotifier::activated, [this] { wake_timer_fired(); });
     timers().on_changed = [this] { set_wake_timer(); };
 }
@@ -57,6 +96,9 @@ void Qt_event_loop::process_events() {
     const bool timer_ran = run_due_timers();
     const Clock_time sleep = std::min(
         longest_sleep, sleep_limit ? sleep_limit().value_or(longest_sleep) : longest_sleep);
+    if (timer_ran) {
+        wake();
+    }
     if (timer_ran || sleep <= 0ms) {
         dispatch(QEventLoop::AllEvents);
         return;
@@ -72,9 +114,32 @@ void Qt_event_loop::process_pending() {
     if (now() < next_pending_) {
         return;
     }
-    run_due_timers();
+    if (run_due_timers()) {
+        wake();
+    }
     dispatch(QEventLoop::AllEvents);
     next_pending_ = now() + pending_interval;
+}
+
+void Qt_event_loop::wake() {
+    rounds_->ask();
+}
+
+void Qt_event_loop::resume_round() {
+    if (!tasks_wait()) {
+        return;
+    }
+    if (resume_tasks()) {
+        wake();
+        return;
+    }
+    const auto sleep = sleep_limit ? sleep_limit() : std::nullopt;
+    if (sleep && *sleep <= 0ms) {
+        wake();
+    } else if (sleep) {
+        sleep_end_ = now() + *sleep;
+        set_wake_timer();
+    }
 }
 
 /// Each timer that is due now runs once; one that falls due meanwhile waits for the next round.

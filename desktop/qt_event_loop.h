@@ -15,6 +15,8 @@ namespace kelvane {
 /// The event loop on Qt's dispatcher. The timers run wherever window events are handled: in the
 /// yields, in the application's own loop and inside system dialogs. One kernel timer wakes the
 /// dispatcher, because Qt's timers count whole milliseconds and a fast line wants parts of one.
+/// Tasks go on after each batch of events, in an event of their own, so that what leaves a task as
+/// an exception meets the trap of all events.
 ///
 /// Made after the application object; there is one.
 class Qt_event_loop : public Event_loop {
@@ -24,6 +26,7 @@ class Qt_event_loop : public Event_loop {
 
     void process_events() override;
     void process_pending() override;
+    void wake() override;
     [[nodiscard]] Clock_time now() const override;
 
     /// Asked before each sleep: how long nothing is due on the port; no value when nothing is going
@@ -31,6 +34,8 @@ class Qt_event_loop : public Event_loop {
     std::function<std::optional<Clock_time>()> sleep_limit;
 
   private:
+    class Rounds;
+    void resume_round();
     bool run_due_timers();
     void set_wake_timer();
     void wake_timer_fired();
@@ -38,6 +43,7 @@ class Qt_event_loop : public Event_loop {
     std::chrono::steady_clock::time_point start_;
     int timer_handle_;
     std::unique_ptr<QSocketNotifier> wake_;
+    std::unique_ptr<Rounds> rounds_;
     std::optional<Clock_time> sleep_end_;
     Clock_time next_pending_{};
 };

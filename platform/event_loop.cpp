@@ -1,6 +1,9 @@
 #include "platform/event_loop.h"
 
 #include <algorithm>
+#include <utility>
+
+#include "platform/task_keeper.h"
 
 namespace kelvane {
 
@@ -42,6 +45,39 @@ bool Timer_queue::run_next(Clock_time now) {
 void Timer_queue::changed() const {
     if (on_changed) {
         on_changed();
+    }
+}
+
+bool Event_loop::resume_tasks() {
+    bool progress = false;
+    const std::uint64_t round = waiting_.begin_round();
+    while (const std::coroutine_handle<> task = waiting_.take(round)) {
+        try {
+            resume(task);
+        } catch (...) {
+            wake();  // for the rest of the round
+            throw;
+        }
+        progress = progress || !waiting_.waits_again(task);
+    }
+    return progress;
+}
+
+void Event_loop::resume(std::coroutine_handle<> task) {
+    ++running_;
+    task.resume();  // what a task throws stays in it until it is asked for
+    --running_;
+    end_tasks();
+}
+
+/// Tasks that nobody awaits end here and nowhere else, while none is running.
+void Event_loop::end_tasks() {
+    if (running_ > 0) {
+        return;
+    }
+    std::exchange(ending_, {}).clear();
+    for (std::size_t i = 0; i < keepers_.size(); ++i) {
+        keepers_[i]->drop_done();
     }
 }
 

@@ -1,13 +1,17 @@
 #pragma once
 
 #include <chrono>
+#include <coroutine>
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <vector>
 
+#include "platform/task.h"
+
 namespace kelvane {
 
+class Task_keeper;
 class Timer;
 
 /// Time since an arbitrary start, never going back. The only clock of the program.
@@ -38,8 +42,8 @@ class Timer_queue {
     std::uint64_t next_order_ = 0;
 };
 
-/// The event loop and its clock. Waiting and working routines hand control back here, and nowhere
-/// else; after each yield flags are read again, because the operator may have pressed anything.
+/// The event loop and its clock. Tasks wait here, and nowhere else; after each wait flags are read
+/// again, because the operator may have pressed anything.
 class Event_loop {
   public:
     Event_loop() = default;
@@ -47,9 +51,26 @@ class Event_loop {
     Event_loop& operator=(const Event_loop&) = delete;
     virtual ~Event_loop() = default;
 
+    /// The wait of a task for something outside, always in a loop that looks whether it has come:
+    ///
+    ///     while (!machine_asks()) { co_await loop.next(); }
+    ///
+    /// It goes on when something may have changed: input on the port, a timer that was due, a press
+    /// or another window event, queued output that has drained far enough for the sender, a task
+    /// that has gone on or ended. Tasks go on in the order in which they began to wait.
+    [[nodiscard]] auto next() { return Wait{*this}; }
+
+    /// The wait of a task that works on: lets windows, timers and other tasks in. It costs no more
+    /// than a clock read when called again within some milliseconds.
+    [[nodiscard]] auto breath() { return Breath{*this}; }
+
+    /// Tells the waiting tasks that something may have changed which no event of the loop tells;
+    /// returns at once.
+    virtual void wake() = 0;
+
     /// The yield of a waiting loop: runs due timers and window events, then sleeps until something
     /// can have changed: input on the port, a due timer, a window event, queued output that has
-    /// drained far enough for the sender, or a few ten milliseconds.
+    /// drained far enough for the sender, or a few ten milliseconds. Tasks go on meanwhile.
     virtual void process_events() = 0;
 
     /// The yield of a working loop: as `process_events` but never sleeps, and costs no more than a
@@ -60,8 +81,54 @@ class Event_loop {
 
     [[nodiscard]] Timer_queue& timers() { return timers_; }
 
+  protected:
+    [[nodiscard]] bool tasks_wait() const { return !waiting_.empty(); }
+    /// Lets every task that waits go on, once; to be called after each dispatch. True when one has
+    /// done more than look and wait again: then others may find that something has changed. Throws
+    /// what has left a task that nobody awaits.
+    bool resume_tasks();
+    /// A task works so long between two breaths.
+    Clock_time breath_interval{};
+
   private:
+    friend Task_keeper;
+
+    struct Wait {
+        Event_loop& loop;
+        [[nodiscard]] bool await_ready() const noexcept { return false; }
+        template <typename Promise>
+        void await_suspend(std::coroutine_handle<Promise> task) const {
+            loop.waiting_.add(task.promise().waiter(), task);
+        }
+        void await_resume() const noexcept {}
+    };
+
+    struct Breath {
+        Event_loop& loop;
+        bool waited = false;
+        [[nodiscard]] bool await_ready() const { return loop.now() < loop.next_breath_; }
+        template <typename Promise>
+        void await_suspend(std::coroutine_handle<Promise> task) {
+            waited = true;
+            loop.waiting_.add(task.promise().waiter(), task);
+            loop.wake();
+        }
+        void await_resume() const {
+            if (waited) {
+                loop.next_breath_ = loop.now() + loop.breath_interval;
+            }
+        }
+    };
+
+    void resume(std::coroutine_handle<> task);
+    void end_tasks();
+
     Timer_queue timers_;
+    Wait_list waiting_;
+    std::vector<Task_keeper*> keepers_;
+    std::vector<Task<>> ending_;  ///< given up by their keepers, perhaps one that runs now
+    int running_ = 0;             ///< tasks on the call stack
+    Clock_time next_breath_{};
 };
 
 /// A timer control: while enabled it ticks every `interval` milliseconds. Setting it enabled always

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
+#include "platform/task_keeper.h"
 #include "qt_test_application.h"
 
 namespace kelvane {
@@ -88,6 +89,62 @@ TEST_F(Qt_event_loop_test, a_working_loop_lets_timers_and_windows_have_their_tur
         loop.process_pending();
     }
     EXPECT_TRUE(window_event);
+}
+
+/// Waits until `condition` holds; the loop's own rounds do the rest.
+Task<> wait_until(Event_loop& loop, std::function<bool()> condition, std::string& log, char mark) {
+    while (!condition()) {
+        log += '.';
+        co_await loop.next();
+    }
+    log += mark;
+    QCoreApplication::exit();
+}
+
+TEST_F(Qt_event_loop_test, tasks_go_on_after_each_batch_of_the_applications_own_loop) {
+    Task_keeper keeper(loop);
+    const auto a = timer('a', 1, [](Timer& self) { self.set_enabled(false); });
+    keeper.start(wait_until(
+        loop, [this] { return ticks.find('a') != std::string::npos; }, ticks, 'T'));
+    QCoreApplication::exec();
+    EXPECT_TRUE(ticks.ends_with("aT")) << ticks;
+
+    bool pressed = false;
+    QTimer::singleShot(0, [&pressed] { pressed = true; });
+    keeper.start(wait_until(
+        loop, [&pressed] { return pressed; }, ticks, 'P'));
+    QCoreApplication::exec();
+    EXPECT_TRUE(ticks.ends_with('P'));
+}
+
+TEST_F(Qt_event_loop_test, tasks_sleep_no_longer_than_the_port_says_and_not_at_all_for_nothing) {
+    Task_keeper keeper(loop);
+    const Clock_time start = loop.now();
+    loop.sleep_limit = [] { return std::optional<Clock_time>(300us); };
+    keeper.start(wait_until(
+        loop, [&] { return loop.now() > start + 3ms; }, ticks, 'T'));
+    QCoreApplication::exec();
+    EXPECT_LE(ticks.size(), 30U) << "it has looked much more often than the port has said";
+    EXPECT_TRUE(ticks.ends_with('T'));
+}
+
+TEST_F(Qt_event_loop_test, a_task_that_breathes_lets_timers_windows_and_other_tasks_in) {
+    Task_keeper keeper(loop);
+    bool window_event = false;
+    QTimer::singleShot(0, [&] { window_event = true; });
+    const auto a = timer('a', 1);
+    const auto breathe = [](Event_loop& its_loop, const bool& event,
+                            const std::string& log) -> Task<> {
+        while (!event || log.find('a') == std::string::npos) {
+            co_await its_loop.breath();
+        }
+    };
+    keeper.start(breathe(loop, window_event, ticks));
+    Task_keeper watcher(loop);
+    watcher.start(wait_until(
+        loop, [&keeper] { return keeper.empty(); }, ticks, 'T'));
+    QCoreApplication::exec();
+    EXPECT_TRUE(ticks.ends_with('T'));
 }
 
 }  // namespace

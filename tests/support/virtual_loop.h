@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <functional>
 #include <map>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
 #include "platform/event_loop.h"
+#include "platform/task_keeper.h"
 
 namespace kelvane::testing {
 
@@ -21,23 +23,25 @@ struct Waits_for_ever : std::runtime_error {
 class Virtual_loop : public Event_loop {
   public:
     void process_events() override {
-        ++yields_;
-        if (run_one_due()) {
-            return;
+        const bool woken = std::exchange(woken_, false);
+        if (!run_one_due() && !woken) {
+            const Clock_time timer = timers().next_due().value_or(Clock_time::max());
+            const Clock_time event = events_.empty() ? timer : events_.begin()->first;
+            const Clock_time next = std::min(timer, event);
+            if (next > std::chrono::hours(1)) {
+                throw Waits_for_ever("waits for ever: nothing is due within a virtual hour");
+            }
+            now_ = std::max(now_, next);
+            run_one_due();
         }
-        const Clock_time timer = timers().next_due().value_or(Clock_time::max());
-        const Clock_time next = events_.empty() ? timer : std::min(timer, events_.begin()->first);
-        if (next > std::chrono::hours(1)) {
-            throw Waits_for_ever("waits for ever: nothing is due within a virtual hour");
-        }
-        now_ = std::max(now_, next);
-        run_one_due();
+        woken_ = resume_tasks() || woken_;
     }
     void process_pending() override {
-        ++yields_;
-        while (run_one_due()) {
-        }
+        do {
+            woken_ = resume_tasks() || woken_;
+        } while (run_one_due());
     }
+    void wake() override { woken_ = true; }
     [[nodiscard]] Clock_time now() const override { return now_; }
 
     /// Runs `event` at a time, or after a span from now.
@@ -57,10 +61,24 @@ class Virtual_loop : public Event_loop {
             process_events();
         }
     }
-    /// Yields of both kinds so far.
-    [[nodiscard]] unsigned long yields() const { return yields_; }
+    /// Runs a task to its end; what it returns.
+    template <typename T>
+    T run(Task<T> task) {
+        std::optional<T> result;
+        run(into(result, std::move(task)));
+        return std::move(*result);
+    }
+    void run(Task<> task) {
+        Task_keeper keeper(*this);
+        keeper.start(std::move(task));
+        run_until([&keeper] { return keeper.empty(); });
+    }
 
   private:
+    template <typename T>
+    static Task<> into(std::optional<T>& result, Task<T> task) {
+        result = co_await task;
+    }
     bool run_one_due() {
         const bool event_due = !events_.empty() && events_.begin()->first <= now_;
         if (!event_due || timers().next_due().value_or(now_) < events_.begin()->first) {
@@ -72,7 +90,7 @@ class Virtual_loop : public Event_loop {
 
     Clock_time now_{};
     std::multimap<Clock_time, std::function<void()>> events_;
-    unsigned long yields_ = 0;
+    bool woken_ = false;
 };
 
 }  // namespace kelvane::testing
