@@ -1,6 +1,7 @@
 #include "desktop/bindings.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QAbstractSlider>
 #include <QAction>
 #include <QCheckBox>
@@ -13,7 +14,6 @@
 #include <QProgressBar>
 #include <QRadioButton>
 #include <QSignalBlocker>
-#include <QSpinBox>
 #include <algorithm>
 #include <functional>
 #include <memory>
@@ -46,8 +46,9 @@ void refresh_visible(const Control& control, QWidget& widget) {
 }
 
 /// Binds what all controls show, and what `refresh_more` adds to it. The widget's own signals are
-/// silent meanwhile, so that they report the operator's doings only. The function that is returned
-/// makes the widget show the control's values again.
+/// silent meanwhile, so that they report only what the operator does, by hand or through an
+/// assistive program. The function that is returned makes the widget show the control's values
+/// again.
 Refresh bind_widget(Control& control, QWidget& widget, Refresh refresh_more) {
     Refresh refresh = [&control, &widget, more = std::move(refresh_more)] {
         const QSignalBlocker silent(widget);
@@ -79,6 +80,18 @@ bool is_enter(const QEvent& event) {
     }
     const int key = static_cast<const QKeyEvent&>(event).key();
     return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
+/// Enter in a field or a list is for its control and goes no further: the dialog's default button,
+/// which stores or starts something, must not be pressed in passing.
+void take_enter(QWidget& widget, std::function<void()> pressed) {
+    Event_filter::install(widget, [pressed = std::move(pressed)](QEvent& event) {
+        if (!is_enter(event)) {
+            return false;
+        }
+        pressed();
+        return true;
+    });
 }
 
 /// True for a key press that types a character which the control refuses, or which it cannot hold.
@@ -142,11 +155,16 @@ int selected_row(const QListWidget& widget) {
     return selected.isEmpty() ? -1 : widget.row(selected.first());
 }
 
-template <typename Widget, typename Changed>
-void bind_scroll_bar(Scroll_bar& control, Widget& widget, Changed changed) {
-    widget.setRange(control.minimum(), control.maximum());
-    bind_widget(control, widget, [&control, &widget] { widget.setValue(control.value()); });
-    QObject::connect(&widget, changed, [&control](int value) { control.set_value(value); });
+/// An item of the folded list that an assistive program selects is a choice. (In an open list the
+/// selection only follows the pointer.)
+void choose_in_folded_list(QComboBox& widget) {
+    QAbstractItemView* list = widget.view();
+    QObject::connect(list->selectionModel(), &QItemSelectionModel::selectionChanged, &widget,
+                     [&widget, list](const QItemSelection& selected) {
+                         if (!list->isVisible() && !selected.isEmpty()) {
+                             widget.setCurrentIndex(selected.first().top());
+                         }
+                     });
 }
 
 }  // namespace
@@ -172,7 +190,7 @@ void bind(Check_box& control, QCheckBox& widget) {
         widget.setCheckState(states[control.value()]);
         widget.setTristate(control.value() == 2);
     });
-    QObject::connect(&widget, &QCheckBox::clicked, [&control, refresh] {
+    QObject::connect(&widget, &QCheckBox::stateChanged, [&control, refresh] {
         control.click();
         refresh();
     });
@@ -186,18 +204,23 @@ void bind(Option_button& control, QRadioButton& widget) {
         widget.setChecked(control.value());
         widget.setAutoExclusive(true);
     });
-    QObject::connect(&widget, &QRadioButton::clicked, [&control, refresh] {
-        control.click();
-        refresh();
+    // One that is cleared is told by the one that has been chosen in its place.
+    QObject::connect(&widget, &QRadioButton::toggled, [&control, refresh](bool chosen) {
+        if (chosen) {
+            control.click();
+            refresh();
+        }
     });
 }
 
 void bind(Text_box& control, QLineEdit& widget, Text_form form) {
     const Refresh refresh = bind_widget(
         control, widget, [&control, &widget, form] { refresh_text(control, widget, form); });
-    QObject::connect(&widget, &QLineEdit::textEdited,
+    QObject::connect(&widget, &QLineEdit::textChanged,
                      [&control, form, refresh](const QString& text) {
-                         control.set_text(from_screen(one_line(text), form));
+                         if (control.enabled()) {
+                             control.set_text(from_screen(one_line(text), form));
+                         }
                          refresh();
                      });
     Event_filter::install(widget, [&control, &widget, form](QEvent& event) {
@@ -205,12 +228,9 @@ void bind(Text_box& control, QLineEdit& widget, Text_form form) {
             // A mouse press sets its caret only after the focus has come.
             QMetaObject::invokeMethod(&widget, "selectAll", Qt::QueuedConnection);
         }
-        if (is_enter(event) && control.on_enter) {
-            control.press_enter();
-            return true;
-        }
         return is_refused_key(control, event, form);
     });
+    take_enter(widget, [&control] { control.press_enter(); });
 }
 
 void bind(List_box& control, QListWidget& widget) {
@@ -223,9 +243,13 @@ void bind(List_box& control, QListWidget& widget) {
     const auto chosen = std::make_shared<bool>(false);
     const auto choose = [&control, &widget, chosen, refresh] {
         *chosen = true;
-        if (const int row = selected_row(widget); row >= 0) {
+        const int row = selected_row(widget);
+        if (row >= 0) {
             control.choose(row);
             refresh();
+        } else {
+            // Nothing is a choice only until the new row follows; else the old one stays.
+            QMetaObject::invokeMethod(&widget, refresh, Qt::QueuedConnection);
         }
     };
     QObject::connect(&widget, &QListWidget::itemSelectionChanged, choose);
@@ -240,13 +264,7 @@ void bind(List_box& control, QListWidget& widget) {
         *chosen = *chosen && event.type() != QEvent::MouseButtonPress;
         return false;
     });
-    Event_filter::install(widget, [&control](QEvent& event) {
-        const bool double_click = is_enter(event) && control.on_double_click;
-        if (double_click) {
-            control.double_click();
-        }
-        return double_click;
-    });
+    take_enter(widget, [&control] { control.double_click(); });
 }
 
 void bind(List_box& control, QComboBox& widget) {
@@ -255,10 +273,12 @@ void bind(List_box& control, QComboBox& widget) {
         refresh_items(control, widget, *filled_with);
         widget.setCurrentIndex(control.selected());
     });
-    QObject::connect(&widget, &QComboBox::activated, [&control, refresh](int row) {
+    QObject::connect(&widget, &QComboBox::currentIndexChanged, [&control, refresh](int row) {
         control.choose(row);
         refresh();
     });
+    choose_in_folded_list(widget);
+    take_enter(widget, [] {});
 }
 
 void bind(Label& control, QLabel& widget) {
@@ -275,13 +295,17 @@ void bind(Label& control, QLabel& widget) {
     });
 }
 
-void bind(Scroll_bar& control, QSpinBox& widget) {
-    widget.setKeyboardTracking(false);
-    bind_scroll_bar(control, widget, &QSpinBox::valueChanged);
-}
-
 void bind(Scroll_bar& control, QAbstractSlider& widget) {
-    bind_scroll_bar(control, widget, &QAbstractSlider::valueChanged);
+    widget.setRange(control.minimum(), control.maximum());
+    const Refresh refresh =
+        bind_widget(control, widget, [&control, &widget] { widget.setValue(control.value()); });
+    QObject::connect(&widget, &QAbstractSlider::valueChanged, [&control, refresh](int value) {
+        if (control.enabled()) {
+            control.set_value(value);
+        }
+        refresh();
+    });
+    take_enter(widget, [] {});
 }
 
 void bind(Progress_bar& control, QProgressBar& widget) {

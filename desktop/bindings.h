@@ -13,7 +13,6 @@ class QLineEdit;
 class QListWidget;
 class QProgressBar;
 class QRadioButton;
-class QSpinBox;
 class QWidget;
 
 namespace kelvane {
@@ -25,9 +24,9 @@ namespace kelvane {
 // which makes a QDialog without a parent, lays widgets out (layouts, no pixels), binds each to its
 // control with one of the functions below, gives every label its buddy, and ends with
 // `finish_dialog`. Nothing else: no logic, no exec(), no accept() or reject(), no values copied.
-// Values go from a control to its widget whenever the control changes, and what the operator does
-// goes to the control, whose handlers do the work. Title, Escape, close button and showing are
-// `Qt_windows`'s affair; it learns of the window by
+// Values go from a control to its widget whenever the control changes, and what the operator does,
+// by hand or through an assistive program, goes to the control, whose handlers do the work. Title,
+// Escape, close button and showing are `Qt_windows`'s affair; it learns of the window by
 //
 //     windows.add(form, make_select_device_dialog);
 //
@@ -42,15 +41,15 @@ void bind(Check_box& control, QCheckBox& widget);
 /// The options of one group share a parent widget of their own (a QGroupBox), so that the arrow
 /// keys go from one to the other.
 void bind(Option_button& control, QRadioButton& widget);
-/// Typed characters are filtered by `accepts_key`, pasted text is not. Enter presses the dialog's
-/// default button unless the control has an `on_enter`.
+/// Typed characters are filtered by `accepts_key`, text that comes as a whole is not. Enter is for
+/// the control's `on_enter` alone: in fields and lists it never presses the dialog's default
+/// button.
 void bind(Text_box& control, QLineEdit& widget, Text_form form = Text_form::latin1);
 /// A mouse press or a key that moves the selection is a choice; Enter is a double click.
 void bind(List_box& control, QListWidget& widget);
 void bind(List_box& control, QComboBox& widget);
 /// A control that has a caption is shown with it; an access key works when `widget` has a buddy.
 void bind(Label& control, QLabel& widget);
-void bind(Scroll_bar& control, QSpinBox& widget);
 void bind(Scroll_bar& control, QAbstractSlider& widget);
 void bind(Progress_bar& control, QProgressBar& widget);
 

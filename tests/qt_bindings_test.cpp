@@ -1,5 +1,7 @@
+#include <QAccessible>
 #include <QCheckBox>
 #include <QClipboard>
+#include <QComboBox>
 #include <QDialog>
 #include <QKeyEvent>
 #include <QLabel>
@@ -8,6 +10,7 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSlider>
 #include <QVBoxLayout>
 #include <cctype>
 #include <gtest/gtest.h>
@@ -202,6 +205,129 @@ TEST_F(List_binding_test, code_selects_without_a_handler_and_a_handler_may_chang
     press_row(2);
     EXPECT_EQ(widget.count(), 1);
     EXPECT_TRUE(widget.selectedItems().isEmpty());
+}
+
+/// A widget as a screen reader, a dictation program or an on-screen keyboard has it.
+QAccessibleInterface& accessible(QWidget& widget) {
+    return *QAccessible::queryAccessibleInterface(&widget);
+}
+
+void toggle(QAccessibleInterface& element) {
+    element.actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+}
+
+TEST(Assistive_test, fields_take_texts_as_from_the_keyboard) {
+    Bound_text box("txt");
+    auto& field = accessible(box.widget);
+    const std::pair<std::function<void()>, std::string> steps[] = {
+        {[&] { field.setText(QAccessible::Value, "abc"); }, "abc"},
+        {[&] { field.editableTextInterface()->insertText(3, "de"); }, "abcde"},
+        {[&] { field.editableTextInterface()->replaceText(0, 2, "x\n"); }, "xcde"},
+        {[&] { field.editableTextInterface()->deleteText(1, 3); }, "xe"},
+        {[&] { box.control.set_enabled(false), field.setText(QAccessible::Value, "no"); }, "xe"},
+    };
+    int changes = 0;
+    box.control.on_change = [&] { ++changes; };
+    for (const auto& [step, text] : steps) {
+        step();
+        EXPECT_EQ(box.control.text(), text);
+        EXPECT_EQ(box.widget.text().toStdString(), text);
+    }
+    EXPECT_EQ(changes, 4);
+}
+
+TEST(Assistive_test, boxes_options_and_sliders_follow) {
+    Bound<Check_box, QCheckBox> box("chk", "Check");
+    for (const int value : {1, 0, 1}) {
+        toggle(accessible(box.widget));
+        EXPECT_EQ(box.control.value(), value);
+    }
+    box.control.set_value(2);
+    toggle(accessible(box.widget));
+    EXPECT_EQ(box.widget.checkState(), Qt::Checked);
+
+    Option_button options[] = {Option_button("a", "A"), Option_button("b", "B")};
+    options[0].join(options[1]);
+    QWidget group;
+    QRadioButton buttons[] = {QRadioButton(&group), QRadioButton(&group)};
+    for (const int i : {0, 1}) {
+        bind(options[i], buttons[i]);
+    }
+    for (const int i : {1, 0, 0}) {
+        toggle(accessible(buttons[i]));
+        EXPECT_TRUE(options[i].value() && !options[1 - i].value());
+        EXPECT_TRUE(buttons[i].isChecked() && !buttons[1 - i].isChecked());
+    }
+
+    Bound<Scroll_bar, QSlider> slider("bar", 1, 8);
+    accessible(slider.widget).valueInterface()->setCurrentValue(5);
+    EXPECT_EQ(slider.control.value(), 5);
+    slider.control.set_enabled(false);
+    accessible(slider.widget).valueInterface()->setCurrentValue(6);
+    EXPECT_EQ(slider.control.value() * 10 + slider.widget.value(), 55);
+}
+
+TEST_F(List_binding_test, an_assistive_program_chooses_and_cannot_choose_nothing) {
+    auto& list = accessible(widget);
+    list.tableInterface()->selectRow(1);
+    list.tableInterface()->selectRow(2);
+    toggle(*list.child(0));
+    EXPECT_EQ(log, "120");
+    EXPECT_EQ(widget.currentRow(), 0);
+    widget.clearSelection();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(widget.selectedItems().size(), 1);
+    EXPECT_EQ(log, "120");
+}
+
+TEST(Assistive_test, a_folded_list_takes_a_choice_and_code_makes_none) {
+    Bound<List_box, QComboBox> list("lst");
+    int choices = 0;
+    list.control.on_mouse_down = [&] { ++choices; };
+    list.control.set_items({"zero", "one", "two"});
+    list.control.select(1);
+    EXPECT_EQ(list.widget.currentText(), "one");
+    EXPECT_EQ(choices, 0);
+    accessible(list.widget).child(0)->tableInterface()->selectRow(2);
+    EXPECT_EQ(list.control.selected_text(), "two");
+    press_key(list.widget, Qt::Key_Up);
+    EXPECT_EQ(list.control.selected_text(), "one");
+    EXPECT_EQ(choices, 2);
+}
+
+TEST(Bindings_test, enter_in_fields_and_lists_presses_no_default_button) {
+    Button button("OK_button", "OK");
+    Text_box text("txt");
+    List_box list("lst");
+    List_box folded("folded");
+    Scroll_bar bar("bar", 1, 8);
+    list.set_items({"zero"});
+    std::string log;
+    button.on_click = [&] { log += "B"; };
+    text.on_enter = [&] { log += "T"; };
+    list.on_double_click = [&] { log += "L"; };
+    QDialog dialog;
+    auto* default_button = new QPushButton(&dialog);
+    auto* field = new QLineEdit(&dialog);
+    auto* rows = new QListWidget(&dialog);
+    auto* combo = new QComboBox(&dialog);
+    auto* slider = new QSlider(&dialog);
+    bind(button, *default_button);
+    bind(text, *field);
+    bind(list, *rows);
+    bind(folded, *combo);
+    bind(bar, *slider);
+    default_button->setDefault(true);
+    dialog.show();
+    for (QWidget* widget : std::initializer_list<QWidget*>{field, rows, combo, slider}) {
+        press_key(*widget, Qt::Key_Return);
+    }
+    EXPECT_EQ(log, "T");
+    list.select(0);
+    press_key(*rows, Qt::Key_Enter);
+    EXPECT_EQ(log, "TL");
+    press_key(dialog, Qt::Key_Return);
+    EXPECT_EQ(log, "TLB");
 }
 
 TEST(Bindings_test, labels_show_marks_only_as_access_keys) {
