@@ -82,7 +82,7 @@ int main(int argc, char** argv) {
     guard_standard_streams();
     Application application(argc, argv);
     Application::setApplicationName("kelvane-lite");
-    Application::setApplicationDisplayName(QString::fromLatin1(product_name.data()));
+    // No display name: the system would append it to every window's title.
     Application::setQuitOnLastWindowClosed(false);
 
     Qt_event_loop loop;

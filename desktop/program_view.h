@@ -11,10 +11,9 @@
 namespace kelvane {
 
 /// The editor pane: shows a program or a message and the part of it that is being sent. It is for
-/// reading; programs are sent and saved from files. Changes are shown at most 25 times a second,
-/// and less often when painting would cost more than a hundredth of the time: a line must not wait.
-/// Of a very large text only the part around the selection is in the widget, which would take
-/// seconds for the whole.
+/// reading; programs are sent and saved from files. Changes are shown at the pace of a
+/// `Paced_refresh`: a line must not wait. Of a very large text only the part around the selection
+/// is in the widget, which would take seconds for the whole.
 class Program_view : public QPlainTextEdit {
   public:
     explicit Program_view(Rich_text& text);
