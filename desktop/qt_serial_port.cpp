@@ -8,6 +8,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "desktop/line_speed.h"
 #include "desktop/serial_line.h"
 #include "machines/port_devices.h"
 #include "session/file_names.h"
@@ -24,6 +25,11 @@ constexpr std::size_t room_for_next = 2;
 constexpr Clock_time cts_interval = 5ms;
 /// So often a driver is looked at that is slower than its line's nominal speed, or is held.
 constexpr Clock_time driver_interval = 1ms;
+/// So long after the reckoned end of a send its last characters are taken to be in the chip; then a
+/// driver that can tell is asked in this interval. One that never says so is not believed for
+/// longer than `empty_patience` after the line must be at rest.
+constexpr Clock_time empty_interval = 2ms;
+constexpr Clock_time empty_patience = 1s;
 /// At most so many bytes are read in one go, so that a line that never pauses cannot hold the rest
 /// of the program.
 constexpr std::size_t read_limit = 1U << 18U;
@@ -85,7 +91,12 @@ Port_error Qt_serial_port::open(const Port_settings& settings) {
     if (!port_.open(QIODevice::ReadWrite)) {
         return open_failed(device);
     }
-    prepare_open_line(*line);
+    const int actual = line_speed(handle()).value_or(line->baud);
+    if (std::string trouble = speed_trouble(device, line->baud, actual); !trouble.empty()) {
+        return open_at_wrong_speed(std::move(trouble));
+    }
+    prepare_open_line(device);
+    start_clock(actual, line->bits_per_character());
     return Port_error::none;
 }
 
@@ -105,17 +116,32 @@ Port_error Qt_serial_port::open_failed(const std::string& device) {
     return failure.error;
 }
 
-void Qt_serial_port::prepare_open_line(const Line_settings& line) {
-    const auto handle = static_cast<int>(port_.handle());
+Port_error Qt_serial_port::open_at_wrong_speed(std::string text) {
+    error_text_ = std::move(text);
+    set_modem_lines(handle(), false);
+    port_.close();
+    return Port_error::no_such_speed;
+}
+
+void Qt_serial_port::prepare_open_line(const std::string& device) {
     port_.clear(QSerialPort::AllDirections);
-    set_driver_handshaking(handle, settings_);
-    set_modem_lines(handle, true);
-    ask_for_low_latency(handle);
+    set_driver_handshaking(handle(), settings_);
+    set_modem_lines(handle(), true);
+    ask_for_low_latency(handle());
+    static_cast<void>(set_receive_trigger(device));
     received_.reserve(settings_.in_buffer_size);
-    characters_per_second_ = static_cast<double>(line.baud) / line.bits_per_character();
-    wire_.start(characters_per_second_);
+    cts_.start(counts_cts_changes(device));
+    errors_at_open_ = driver_counts(handle()).value_or(Driver_counts()).errors;
+    errors_at_close_ = errors_at_open_;
+}
+
+void Qt_serial_port::start_clock(int baud, int bits) {
+    characters_per_second_ = static_cast<double>(baud) / bits;
+    wire_.start(baud, bits);
     driver_count_ = 0;
     waits_for_cts_ = false;
+    waits_for_rest_ = false;
+    at_rest_ = true;
 }
 
 void Qt_serial_port::close() {
@@ -126,14 +152,14 @@ void Qt_serial_port::shut() {
     if (!port_.isOpen()) {
         return;
     }
-    const auto handle = static_cast<int>(port_.handle());
     const bool output_left = port_.bytesToWrite() > 0 || wire_.queued(loop_.now()) > 0 ||
-                             driver_queue(handle).value_or(0) > 0;
+                             driver_queue(handle()).value_or(0) > 0;
+    errors_at_close_ = driver_counts(handle()).value_or(Driver_counts{0, errors_at_open_}).errors;
     if (output_left) {
         // With output left, the system's close can wait half a minute for a machine that holds us.
         port_.clear(QSerialPort::Output);
     }
-    set_modem_lines(handle, false);
+    set_modem_lines(handle(), false);
     port_.close();
     received_.clear();
 }
@@ -147,12 +173,28 @@ void Qt_serial_port::lose() {
                   " has gone: the adapter was pulled out or the line hung up.";
 }
 
-void Qt_serial_port::store(const char* bytes, std::size_t count) {
+Line_errors Qt_serial_port::line_errors() const {
+    const Line_errors& from = errors_at_open_;
+    const Line_errors to = is_open()
+                               ? driver_counts(handle()).value_or(Driver_counts{0, from}).errors
+                               : errors_at_close_;
+    return {to.framing - from.framing, to.parity - from.parity, to.overrun - from.overrun,
+            to.breaks - from.breaks};
+}
+
+void Qt_serial_port::tell(Line_direction direction, std::string_view bytes) const {
+    if (on_crossing && !bytes.empty()) {
+        on_crossing(direction, bytes);
+    }
+}
+
+void Qt_serial_port::store(std::string_view bytes) {
+    tell(Line_direction::from_machine, bytes);
     if (settings_.null_discard) {
-        std::copy_if(bytes, bytes + count, std::back_inserter(received_),
+        std::copy_if(bytes.begin(), bytes.end(), std::back_inserter(received_),
                      [](char byte) { return byte != '\0'; });
     } else {
-        received_.append(bytes, count);
+        received_ += bytes;
     }
 }
 
@@ -161,17 +203,16 @@ void Qt_serial_port::receive() {
         return;
     }
     const QByteArray read_by_qt = port_.readAll();
-    store(read_by_qt.constData(), static_cast<std::size_t>(read_by_qt.size()));
+    store({read_by_qt.constData(), static_cast<std::size_t>(read_by_qt.size())});
     // Bytes that have just come need not wait for the event loop: an Xoff among them is urgent.
-    const auto handle = static_cast<int>(port_.handle());
     std::array<char, 4096> block{};
-    Line_look line = look_at_line(handle);
-    for (std::size_t total = 0; line.input && total < read_limit; line = look_at_line(handle)) {
-        const ssize_t count = ::read(handle, block.data(), block.size());
+    Line_look line = look_at_line(handle());
+    for (std::size_t total = 0; line.input && total < read_limit; line = look_at_line(handle())) {
+        const ssize_t count = ::read(handle(), block.data(), block.size());
         if (count <= 0) {
             break;
         }
-        store(block.data(), static_cast<std::size_t>(count));
+        store({block.data(), static_cast<std::size_t>(count)});
         total += static_cast<std::size_t>(count);
     }
     if (line.gone) {
@@ -196,13 +237,29 @@ std::size_t Qt_serial_port::out_buffer_count() {
     if (!port_.isOpen()) {
         return 0;
     }
-    const auto in_driver = driver_queue(static_cast<int>(port_.handle()));
+    const auto in_driver = driver_queue(handle());
     if (!in_driver) {
         lose();
         return 0;
     }
     driver_count_ = *in_driver + static_cast<std::size_t>(port_.bytesToWrite());
-    return std::max(driver_count_, wire_.queued(loop_.now()));
+    const Clock_time now = loop_.now();
+    const std::size_t queued = std::max(driver_count_, wire_.queued(now));
+    waits_for_rest_ = queued == 0 && !at_rest(now);
+    // One is in the adapter, which lets a sender go on, but not a port be closed.
+    return waits_for_rest_ ? 1 : queued;
+}
+
+/// Nothing is queued any more, and what was has left the adapter. Asking may cost a USB transfer,
+/// so a sender that is only late does not pay for it.
+bool Qt_serial_port::at_rest(Clock_time now) {
+    if (at_rest_ || wire_.time_until(0, now) + empty_interval > 0ms) {
+        return at_rest_;
+    }
+    const auto empty = transmitter_empty(handle());
+    const Clock_time overdue = -wire_.time_until_rest(now);
+    at_rest_ = empty.value_or(overdue >= 0ms) || overdue >= empty_patience;
+    return at_rest_;
 }
 
 void Qt_serial_port::output(std::string_view bytes) {
@@ -210,9 +267,10 @@ void Qt_serial_port::output(std::string_view bytes) {
         return;
     }
     wire_.sent(bytes.size(), loop_.now());
+    at_rest_ = false;
+    tell(Line_direction::to_machine, bytes);
     if (port_.bytesToWrite() == 0) {
-        const auto handle = static_cast<int>(port_.handle());
-        const ssize_t written = ::write(handle, bytes.data(), bytes.size());
+        const ssize_t written = ::write(handle(), bytes.data(), bytes.size());
         bytes.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
     }
     // What the driver has no room for goes through Qt's buffer, which refills the driver.
@@ -222,9 +280,17 @@ void Qt_serial_port::output(std::string_view bytes) {
 }
 
 bool Qt_serial_port::cts_holding() {
-    const bool holding = port_.isOpen() && clear_to_send(static_cast<int>(port_.handle()));
-    waits_for_cts_ = !holding;
-    return holding;
+    waits_for_cts_ = true;
+    if (!is_open()) {
+        return false;
+    }
+    const auto counts = driver_counts(handle());
+    const auto changes = counts ? std::optional(counts->cts_changes) : std::nullopt;
+    if (const Clock_time now = loop_.now(); cts_.must_ask(changes, now)) {
+        cts_.asked(changes, clear_to_send(handle()), now);
+    }
+    waits_for_cts_ = !cts_.clear();
+    return cts_.clear();
 }
 
 std::optional<Clock_time> Qt_serial_port::sleep_limit() {
@@ -238,6 +304,9 @@ std::optional<Clock_time> Qt_serial_port::sleep_limit() {
     const std::size_t queued = wire_.queued(now);
     if (queued > 0) {
         return wire_.time_until(queued > room_for_next ? room_for_next : 0, now);
+    }
+    if (std::exchange(waits_for_rest_, false)) {
+        return empty_interval;
     }
     const std::size_t late = std::exchange(driver_count_, 0);
     return late > 0 ? std::optional(std::max(driver_interval, wire_.duration(late))) : std::nullopt;

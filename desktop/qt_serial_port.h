@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "desktop/cts_watch.h"
 #include "desktop/qt_event_loop.h"
 #include "desktop/wire_clock.h"
 #include "platform/files.h"
@@ -33,6 +34,8 @@ class Qt_serial_port : public Serial_comm {
     [[nodiscard]] std::string device_of(int com_port) const override;
     [[nodiscard]] double characters_per_second() const override { return characters_per_second_; }
 
+    [[nodiscard]] Line_errors line_errors() const override;
+
     [[nodiscard]] std::size_t in_buffer_count() override;
     [[nodiscard]] std::string input(std::size_t most) override;
     [[nodiscard]] std::size_t out_buffer_count() override;
@@ -42,9 +45,14 @@ class Qt_serial_port : public Serial_comm {
   private:
     void set_frame(const Line_settings& line);
     Port_error open_failed(const std::string& device);
-    void prepare_open_line(const Line_settings& line);
+    Port_error open_at_wrong_speed(std::string text);
+    void prepare_open_line(const std::string& device);
+    void start_clock(int baud, int bits);
     void receive();
-    void store(const char* bytes, std::size_t count);
+    void store(std::string_view bytes);
+    void tell(Line_direction direction, std::string_view bytes) const;
+    [[nodiscard]] bool at_rest(Clock_time now);
+    [[nodiscard]] int handle() const { return static_cast<int>(port_.handle()); }
     void shut();
     void lose();
     [[nodiscard]] std::optional<Clock_time> sleep_limit();
@@ -55,11 +63,16 @@ class Qt_serial_port : public Serial_comm {
     QTimer look_again_;
     Port_settings settings_;
     Wire_clock wire_;
+    Cts_watch cts_;
+    Line_errors errors_at_open_;
+    Line_errors errors_at_close_;
     double characters_per_second_ = 0;
     std::string received_;
     std::string error_text_;
     std::size_t driver_count_ = 0;  ///< as last asked for
     bool waits_for_cts_ = false;    ///< CTS was low when last asked for
+    bool waits_for_rest_ = false;   ///< only the adapter kept characters when last asked
+    bool at_rest_ = true;           ///< nothing was handed over since the line was last at rest
     bool lost_ = false;
 };
 

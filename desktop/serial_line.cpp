@@ -6,6 +6,7 @@
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
+#include <filesystem>
 #include <fstream>
 #include <grp.h>
 #include <linux/serial.h>
@@ -96,6 +97,13 @@ Open_failure no_permission(const std::string& device, const struct stat& found) 
                 group_name(found.st_gid) + "\": have yourself added to it, then log in again."};
 }
 
+/// The folder that the system keeps on a device; `device` may be a lasting name for it.
+std::filesystem::path class_of(const std::string& device, const std::string& classes) {
+    std::error_code error;
+    const auto path = std::filesystem::canonical(device, error);
+    return classes / (error ? std::filesystem::path(device) : path).filename();
+}
+
 }  // namespace
 
 int Line_settings::bits_per_character() const {
@@ -169,6 +177,41 @@ void ask_for_low_latency(int handle) {
         port.flags |= ASYNC_LOW_LATENCY;
         ::ioctl(handle, TIOCSSERIAL, &port);
     }
+}
+
+std::optional<Driver_counts> driver_counts(int handle) {
+    serial_icounter_struct count{};
+    if (::ioctl(handle, TIOCGICOUNT, &count) != 0) {
+        return std::nullopt;
+    }
+    return Driver_counts{count.cts,
+                         {count.frame, count.parity, count.overrun + count.buf_overrun, count.brk}};
+}
+
+std::optional<bool> transmitter_empty(int handle) {
+    unsigned state = 0;
+    return ::ioctl(handle, TIOCSERGETLSR, &state) == 0 ? std::optional((state & TIOCSER_TEMT) != 0)
+                                                       : std::nullopt;
+}
+
+std::optional<int> set_receive_trigger(const std::string& device, const std::string& classes) {
+    const auto path = class_of(device, classes) / "rx_trig_bytes";
+    std::error_code error;
+    if (!std::filesystem::exists(path, error)) {
+        return std::nullopt;
+    }
+    std::ofstream(path) << "1\n";
+    int trigger = 0;
+    return std::ifstream(path) >> trigger ? std::optional(trigger) : std::nullopt;
+}
+
+bool counts_cts_changes(const std::string& device, const std::string& classes) {
+    // This one is told of the modem lines with every packet; a look at them costs a packet.
+    constexpr const char* counting_driver = "ftdi_sio";
+    std::error_code error;
+    const auto driver =
+        std::filesystem::read_symlink(class_of(device, classes) / "device" / "driver", error);
+    return !error && driver.filename() == counting_driver;
 }
 
 Open_failure explain_open_failure(const std::string& device, bool refused,

@@ -45,9 +45,33 @@ void set_modem_lines(int handle, bool on);
 /// CTS; a device without modem lines is clear to send.
 bool clear_to_send(int handle);
 
+/// What a driver counts on a line, since the computer was started.
+struct Driver_counts {
+    int cts_changes = 0;
+    Line_errors errors;
+};
+/// No value where the driver counts nothing.
+std::optional<Driver_counts> driver_counts(int handle);
+
+/// Whether the last bit has left the chip. No value where the driver cannot tell.
+std::optional<bool> transmitter_empty(int handle);
+
 /// USB adapters hand received bytes on only every 16 ms unless this is asked for. A device that
 /// knows no such thing refuses, which does no harm.
 void ask_for_low_latency(int handle);
+
+/// Folder in which the system lists its serial devices.
+inline constexpr const char* serial_classes = "/sys/class/tty";
+
+/// A chip holds back what comes until its buffer has filled up to a trigger, or until the line has
+/// been silent for four characters: a lone Xoff comes that much later. Sets the trigger of the
+/// device's chip to one byte where that may be done. The trigger that holds now; no value for a
+/// device without one.
+std::optional<int> set_receive_trigger(const std::string& device,
+                                       const std::string& classes = serial_classes);
+
+/// The driver counts every change of CTS, whatever the settings of the line.
+bool counts_cts_changes(const std::string& device, const std::string& classes = serial_classes);
 
 /// What keeps a device from being opened, told apart by a look at it.
 struct Open_failure {

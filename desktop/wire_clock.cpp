@@ -7,6 +7,15 @@ namespace kelvane {
 
 namespace {
 
+/// How much longer than nominal a character is reckoned. Up to here a line has time to spare.
+constexpr int spare_time_below = 57600;
+constexpr double slow_line_margin = 0.01;
+constexpr double fast_line_margin = 0.006;
+/// What an adapter still holds at the end of a run: a USB transfer or two, and what its clock has
+/// lost in the run.
+constexpr double adapter_delay = 20'000;
+constexpr double clock_error = 0.01;
+
 double microseconds(Clock_time time) {
     return static_cast<double>(time.count());
 }
@@ -17,12 +26,17 @@ Clock_time rounded_up(double time) {
 
 }  // namespace
 
-void Wire_clock::start(double characters_per_second) {
-    character_time_ = 1e6 / characters_per_second;
-    idle_from_ = 0;
+void Wire_clock::start(int baud, int bits) {
+    const double margin = baud < spare_time_below ? slow_line_margin : fast_line_margin;
+    character_time_ = 1e6 * bits / baud * (1 + margin);
+    idle_from_ = -adapter_delay;
+    run_from_ = idle_from_;
 }
 
 void Wire_clock::sent(std::size_t count, Clock_time now) {
+    if (time_until_rest(now) <= Clock_time(0)) {
+        run_from_ = microseconds(now);
+    }
     idle_from_ =
         std::max(idle_from_, microseconds(now)) + character_time_ * static_cast<double>(count);
 }
@@ -41,6 +55,11 @@ Clock_time Wire_clock::time_until(std::size_t count, Clock_time now) const {
 
 Clock_time Wire_clock::duration(std::size_t count) const {
     return rounded_up(character_time_ * static_cast<double>(count));
+}
+
+Clock_time Wire_clock::time_until_rest(Clock_time now) const {
+    const double rest_from = idle_from_ + adapter_delay + clock_error * (idle_from_ - run_from_);
+    return rounded_up(rest_from - microseconds(now));
 }
 
 }  // namespace kelvane

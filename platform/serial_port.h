@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -26,11 +27,34 @@ struct Port_settings {
 };
 
 /// Why a port could not be opened.
-enum class Port_error { none, bad_settings, no_such_device, in_use, no_permission, other };
+enum class Port_error {
+    none,
+    bad_settings,
+    no_such_device,
+    in_use,
+    no_permission,
+    no_such_speed,  ///< the adapter would run at another speed than the one asked for
+    other
+};
+
+/// Characters that came in damaged, or were lost.
+struct Line_errors {
+    int framing = 0;  ///< without their stop bit
+    int parity = 0;
+    int overrun = 0;  ///< lost because the computer did not fetch them in time
+    int breaks = 0;   ///< times that the line was held low for longer than a character
+
+    friend bool operator==(const Line_errors&, const Line_errors&) = default;
+};
+
+enum class Line_direction : char { to_machine, from_machine };
 
 /// The serial port `Serial_comm1`. All reading is polled.
 class Serial_comm {
   public:
+    Serial_comm() = default;
+    Serial_comm(const Serial_comm&) = delete;
+    Serial_comm& operator=(const Serial_comm&) = delete;
     virtual ~Serial_comm() = default;
 
     /// Opens the port with RTS and DTR on and old input thrown away. On failure the port is closed
@@ -49,11 +73,19 @@ class Serial_comm {
     /// Characters a second that the open line can carry: baud rate over bits of a character.
     [[nodiscard]] virtual double characters_per_second() const = 0;
 
+    /// What has gone wrong on the line since `open`; after `close`, up to that. All 0 on a device
+    /// that counts no errors.
+    [[nodiscard]] virtual Line_errors line_errors() const = 0;
+    /// Sees all that crosses the line: what comes in as the driver hands it over, before any is
+    /// thrown away, what goes out as it is handed over. Must not call the port.
+    std::function<void(Line_direction, std::string_view)> on_crossing;
+
     /// Bytes that wait to be read.
     [[nodiscard]] virtual std::size_t in_buffer_count() = 0;
     /// Takes at most `most` waiting bytes; 0 takes all.
     [[nodiscard]] virtual std::string input(std::size_t most) = 0;
     /// Bytes handed over that have not left the line yet, as far as can be known, but never fewer.
+    /// 0 only when the last of them has left the adapter too.
     [[nodiscard]] virtual std::size_t out_buffer_count() = 0;
     virtual void output(std::string_view bytes) = 0;
     /// CTS raised; a device without modem lines counts as clear to send.

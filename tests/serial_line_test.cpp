@@ -43,18 +43,23 @@ TEST(Line_settings_test, are_taken_apart) {
 
 TEST(Wire_clock_test, counts_what_the_line_cannot_have_carried_yet) {
     Wire_clock wire;
-    wire.start(1000);  // a character a millisecond
+    wire.start(9600, 10);
+    const Clock_time nominal = Clock_time(1s) / 960;
+    EXPECT_GT(wire.duration(1), nominal);
+    EXPECT_LE(wire.duration(1), nominal * 102 / 100);
+    const Clock_time character = wire.duration(1000) / 1000;
     EXPECT_EQ(wire.queued(5ms), 0U);
     wire.sent(5, 10ms);
     EXPECT_EQ(wire.queued(10ms), 5U);
     EXPECT_EQ(wire.queued(10ms + 1us), 5U);
-    EXPECT_EQ(wire.queued(11ms), 4U);
-    EXPECT_EQ(wire.time_until(2, 11ms), 2ms);
-    wire.sent(3, 13ms);  // follows the two that still wait
-    EXPECT_EQ(wire.queued(13ms), 5U);
-    EXPECT_EQ(wire.queued(18ms - 1us), 1U);
-    EXPECT_EQ(wire.queued(18ms), 0U);
-    EXPECT_LE(wire.time_until(2, 17ms), 0ms);
+    EXPECT_EQ(wire.queued(10ms + character + 1us), 4U);
+    const Clock_time third = 10ms + 3 * character + 10us;
+    EXPECT_LE(wire.time_until(2, third), 0ms);
+    EXPECT_GT(wire.time_until(1, third), 0ms);
+    wire.sent(3, third);  // follows the two that still wait
+    EXPECT_EQ(wire.queued(third), 5U);
+    EXPECT_EQ(wire.queued(10ms + 8 * character - 1us), 1U);
+    EXPECT_EQ(wire.queued(10ms + 8 * character + 10us), 0U);
 }
 
 /// A port on a pseudo-terminal, of which the test is the machine's end.

@@ -45,6 +45,7 @@ class Scripted_machine : public Serial_comm {
     double characters_per_second() const override {
         return Val(settings_.settings) / (settings_.settings.ends_with(",1") ? 10 : 11);
     }
+    Line_errors line_errors() const override { return errors; }
     std::size_t in_buffer_count() override { return to_program_.size(); }
     std::string input(std::size_t most) override {
         std::string taken = to_program_.substr(0, most == 0 ? std::string::npos : most);
@@ -54,6 +55,7 @@ class Scripted_machine : public Serial_comm {
     std::size_t out_buffer_count() override { return on_line_.size(); }
     void output(std::string_view bytes) override {
         const bool idle = on_line_.empty();
+        tell(Line_direction::to_machine, bytes);
         on_line_ += open_ ? bytes : "";
         most_queued_ = std::max(most_queued_, on_line_.size());
         if (idle && !on_line_.empty()) {
@@ -77,6 +79,7 @@ class Scripted_machine : public Serial_comm {
         for (const char byte : bytes) {
             input_free_ += open_ ? character_time() : Clock_time(1);
             loop_.at(input_free_, [this, byte] {
+                tell(Line_direction::from_machine, {&byte, 1});
                 to_program_.append(open_ && !(settings_.null_discard && byte == '\0') ? 1 : 0,
                                    byte);
             });
@@ -92,6 +95,7 @@ class Scripted_machine : public Serial_comm {
         error_text_ = std::move(text);
     }
     bool cts = true;
+    Line_errors errors;
 
     // --- The record
     [[nodiscard]] const std::string& received() const { return received_; }
@@ -103,6 +107,11 @@ class Scripted_machine : public Serial_comm {
   private:
     [[nodiscard]] Clock_time character_time() const {
         return Clock_time(std::llround(1e6 / characters_per_second()));
+    }
+    void tell(Line_direction direction, std::string_view bytes) const {
+        if (open_ && on_crossing && !bytes.empty()) {
+            on_crossing(direction, bytes);
+        }
     }
     void shift_next() {
         loop_.after(character_time(), [this, line = line_] {
