@@ -15,6 +15,8 @@
 #include <unistd.h>
 #include <utility>
 
+#include "session/file_names.h"
+
 namespace kelvane {
 
 namespace {
@@ -115,7 +117,8 @@ mode_t mode_for(const std::string& path) {
 }
 
 /// Lets `write` fill a temporary file beside `path`, which then takes the place of `path`.
-Result<> replace_by(const std::string& path, const std::function<bool(int)>& write) {
+Result<> replace_by(const std::string& path, const Unfinished_files& unfinished,
+                    const std::function<bool(int)>& write) {
     const std::string target = link_target(path);
     // A rename asks only the folder; a write-protected file is to stay as it is.
     if (::access(target.c_str(), W_OK) != 0 && errno != ENOENT) {
@@ -126,6 +129,7 @@ Result<> replace_by(const std::string& path, const std::function<bool(int)>& wri
     if (!handle.ok()) {
         return failed();
     }
+    const Unfinished_files::Entry entry(unfinished, temporary);
     const bool done = write(handle.get()) && ::fchmod(handle.get(), mode_for(target)) == 0 &&
                       ::fsync(handle.get()) == 0 && handle.close() &&
                       ::rename(temporary.c_str(), target.c_str()) == 0;
@@ -168,7 +172,8 @@ Result<struct stat> look_at_file(const std::string& path) {
 }  // namespace
 
 Disk_files::Disk_files(std::string program_directory)
-    : program_directory_(std::move(program_directory)) {}
+    : program_directory_(std::move(program_directory)),
+      unfinished_(program_path(file_names::unfinished)) {}
 
 bool Disk_files::exists(const std::string& path) const {
     const auto found = look_at(path);
@@ -198,7 +203,7 @@ Result<std::string> Disk_files::read_start(const std::string& path, std::size_t 
 }
 
 Result<> Disk_files::replace(const std::string& path, std::string_view content) {
-    return replace_by(path, [&](int to) { return write_all(to, content); });
+    return replace_by(path, unfinished_, [&](int to) { return write_all(to, content); });
 }
 
 Result<> Disk_files::append(const std::string& path, std::string_view content) {
@@ -224,7 +229,8 @@ Result<> Disk_files::copy(const std::string& from, const std::string& to) {
     if (!source.ok()) {
         return failed();
     }
-    return replace_by(to, [&](int target) { return copy_content(source.get(), target); });
+    return replace_by(to, unfinished_,
+                      [&](int target) { return copy_content(source.get(), target); });
 }
 
 Result<> Disk_files::rename(const std::string& from, const std::string& to) {

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "desktop/unfinished_files.h"
 #include "platform/files.h"
 
 namespace kelvane {
@@ -27,8 +28,13 @@ class Disk_files : public Files {
     [[nodiscard]] Result<std::uint64_t> length(const std::string& path) const override;
     [[nodiscard]] Result<std::time_t> stamp(const std::string& path) const override;
 
+    /// Removes the temporary files that an earlier run has left behind; only one that runs alone on
+    /// the program directory may.
+    void remove_left_behind() const { unfinished_.remove_left_behind(); }
+
   private:
     std::string program_directory_;
+    Unfinished_files unfinished_;
 };
 
 /// Where the program keeps its own files: `KELVANE_LITE_DIRECTORY` when that is set, else the

@@ -103,6 +103,9 @@ int main(int argc, char** argv) {
         program.window.close();
     });
     application.after_fault = [&program] { program.window.report_fault(Fault::unexpected); };
+    if (!desktop.another_instance_runs()) {
+        files.remove_left_behind();
+    }
     program.start();
     return windows.ended() ? 0 : Application::exec();
 }

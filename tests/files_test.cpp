@@ -8,6 +8,7 @@
 
 #include "desktop/disk_files.h"
 #include "desktop/qt_desktop_services.h"
+#include "session/file_names.h"
 #include "support/memory_files.h"
 
 namespace kelvane {
@@ -108,6 +109,26 @@ TEST_F(Disk_files_test, a_full_disk_leaves_the_old_content_and_nothing_beside_it
     ::setrlimit(RLIMIT_FSIZE, &old);
     std::signal(SIGXFSZ, old_handler);
     EXPECT_EQ(disk.read(a), "old");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 2);
+}
+
+TEST_F(Disk_files_test, what_a_killed_run_leaves_behind_goes_at_the_next_start_and_nothing_else) {
+    const auto killed_in_replace = [&] {
+        const rlimit small{4096, 4096};
+        ::setrlimit(RLIMIT_FSIZE, &small);
+        static_cast<void>(disk.replace(a, std::string(100'000, 'x')));
+    };
+    ASSERT_TRUE(disk.replace(a, "old") && disk.replace(b, "operator's"));
+    std::signal(SIGXFSZ, SIG_DFL);
+    EXPECT_EXIT(killed_in_replace(), ::testing::KilledBySignal(SIGXFSZ), "");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 4)
+        << "a temporary file and a note";
+    const std::string journal = disk.program_path(file_names::unfinished);
+    // A note that a power failure has cut must not name another file.
+    ASSERT_TRUE(disk.append(journal, "99 " + b + '\0' + b + '\0' + b));
+    disk.remove_left_behind();
+    EXPECT_EQ(disk.read(a), "old");
+    EXPECT_EQ(disk.read(b), "operator's");
     EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 2);
 }
 
