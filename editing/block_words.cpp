@@ -46,16 +46,6 @@ Word_kind kind_of(char letter) {
     }
 }
 
-/// Without the zeros that change nothing.
-std::string_view essential(std::string_view number) {
-    if (number.find('.') != std::string_view::npos) {
-        number = number.substr(0, number.find_last_not_of('0') + 1);
-        number.remove_suffix(number.ends_with('.') ? 1 : 0);
-    }
-    number.remove_prefix(std::min(number.find_first_not_of('0'), number.size()));
-    return number;
-}
-
 }  // namespace
 
 char Block_reader::at(std::size_t place) const {
@@ -123,9 +113,10 @@ void Block_reader::read_letters(Block_word& word) {
     word.name = line_.substr(place_, end - place_);
     word.kind = Word_kind::statement;
     place_ = end;
-    if (upper_case(word.name) == "CALL") {
+    const std::string name = upper_case(word.name);
+    if (name == "CALL") {
         run_to("(;", 0);
-    } else {
+    } else if (name != "THEN") {  // an assignment follows it
         read_value(word);
     }
 }
@@ -219,8 +210,17 @@ std::optional<std::string_view> block_number(std::string_view line) {
     return is_number ? std::optional(word.number) : std::nullopt;
 }
 
+std::string_view essential_number(std::string_view number) {
+    if (number.find('.') != std::string_view::npos) {
+        number = number.substr(0, number.find_last_not_of('0') + 1);
+        number.remove_suffix(number.ends_with('.') ? 1 : 0);
+    }
+    number.remove_prefix(std::min(number.find_first_not_of('0'), number.size()));
+    return number;
+}
+
 bool same_number(std::string_view one, std::string_view other) {
-    return essential(one) == essential(other);
+    return essential_number(one) == essential_number(other);
 }
 
 std::string_view take_line(std::string_view& rest) {

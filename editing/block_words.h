@@ -63,6 +63,9 @@ class Block_reader {
 /// it is passed over.
 std::optional<std::string_view> block_number(std::string_view line);
 
+/// A number without sign and without the zeros that change nothing: "0120.0" is "120".
+std::string_view essential_number(std::string_view number);
+
 /// True when two numbers without sign have the same value: "0120", "120" and "120.0".
 bool same_number(std::string_view one, std::string_view other);
 

@@ -1,0 +1,466 @@
+#include "editing/lead_in.h"
+
+#include <algorithm>
+#include <array>
+#include <initializer_list>
+#include <utility>
+
+#include "platform/basic_text.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr std::array<std::string_view, 17> warning_texts = {
+    "Cutter radius compensation is on since",
+    "A canned cycle is on since",
+    "The block belongs to a contour that a cycle reads:",
+    "The block is an arc, its start must be met exactly:",
+    "The block may move by a distance from where the tool stands:",
+    "Coordinates are shifted, turned, scaled, mirrored or polar since",
+    "A rotary axis has been turned at",
+    "Where the tool should stand is not known since",
+    "The program jumps, first at",
+    "The program calculates with variables, first at",
+    "Sub-programs or macros run, first at",
+    "Other files are called, first at",
+    "What the block skip switch decides stands at",
+    "A program ends at",
+    "This cannot be read:",
+    "A code that only the machine's maker knows stands at",
+    "It is not clear whether this is for a mill or a lathe:",
+};
+
+constexpr std::array<Modal, 6> transformations = {Modal::local_shift, Modal::scaling,
+                                                  Modal::mirror,      Modal::rotation,
+                                                  Modal::polar,       Modal::interpolation};
+
+std::string line_text(std::size_t line) {
+    return "LINE " + decimal(static_cast<std::int64_t>(line) + 1);
+}
+
+bool is_arc(const Setting& motion) {
+    return motion.code == 20 || motion.code == 30;
+}
+
+bool is_at_zero(const Setting& axis) {
+    return axis.known() && Val(std::string_view(axis.word).substr(1)) == 0;
+}
+
+/// True when two axis words are written alike, so that their numbers can be compared, and `one` is
+/// not below `other`.
+bool is_not_below(const Setting& one, const Setting& other) {
+    const auto has_point = [](const Setting& axis) {
+        return axis.word.find('.') != std::string::npos;
+    };
+    const auto value = [](const Setting& axis) {
+        return Val(std::string_view(axis.word).substr(1));
+    };
+    return one.known() && other.known() && has_point(one) == has_point(other) &&
+           value(one) >= value(other);
+}
+
+/// Writes the proposal for one reading.
+class Proposal_writer {
+  public:
+    explicit Proposal_writer(const Start_reading& reading)
+        : reading_(reading),
+          state_(reading.before()),
+          block_(reading.block()),
+          milling_(reading.machining() == Machining::milling) {}
+
+    Start_proposal written() {
+        warn();
+        find_hindrances();
+        write_head();
+        write_modes();
+        write_tool();
+        write_stop();
+        if (!changes_tool()) {
+            write_spindle();
+            write_moves();
+        }
+        write_return_to_program();
+        return std::move(proposal_);
+    }
+
+  private:
+    // --- Warnings
+    void warn();
+    void warn_of_block();
+    void warn_of_program();
+    void warn_of_doubts();
+    void warn_when(bool condition, Start_warning kind, std::size_t line);
+    /// A group's last code switches its effect on, whatever may have come since.
+    [[nodiscard]] bool is_on(Modal group) const {
+        return state_.active(group) && !is_off_code(group, state_[group].code);
+    }
+    [[nodiscard]] bool has_arc() const;
+    [[nodiscard]] bool has_distance() const;
+
+    // --- Blocks
+    void find_hindrances();
+    void hinder_when(bool condition, std::string_view why);
+    void write_head();
+    void write_modes();
+    void write_tool();
+    void write_stop();
+    void write_spindle();
+    void write_moves();
+    void write_coolant();
+    void write_return_to_program();
+    void write_motion();
+    std::string motion_word();
+    void comment(std::string_view text);
+    void check(Modal modal);
+    void put(std::string block) { proposal_.blocks.push_back(std::move(block)); }
+
+    [[nodiscard]] bool changes_tool() const {
+        return reading_.after().tool_change != state_.tool_change;
+    }
+    [[nodiscard]] bool spindle_turns() const {
+        const Setting& spindle = state_[Modal::spindle];
+        return spindle.known() && (spindle.code == 3 || spindle.code == 4);
+    }
+    [[nodiscard]] std::string last_position() const;
+
+    const Start_reading& reading_;
+    const Modal_state& state_;
+    Block_words block_;
+    bool milling_;
+    std::vector<std::string> hindrances_;  ///< why no move is proposed
+    bool feed_given_ = false;
+    Start_proposal proposal_;
+};
+
+void Proposal_writer::warn_when(bool condition, Start_warning kind, std::size_t line) {
+    if (condition) {
+        proposal_.warnings.push_back({kind, line});
+    }
+}
+
+bool Proposal_writer::has_arc() const {
+    const bool moves = block_.has_axes() || block_['I'] || block_['J'] || block_['K'];
+    return moves && is_arc(reading_.after()[Modal::motion]);
+}
+
+bool Proposal_writer::has_distance() const {
+    if (!milling_) {
+        return block_['U'] || block_['W'];
+    }
+    const Setting& distance = reading_.after()[Modal::distance];
+    return block_.has_axes() && !(distance.known() && distance.code == 900);
+}
+
+void Proposal_writer::warn() {
+    warn_when(is_on(Modal::radius_comp), Start_warning::radius_compensation,
+              state_[Modal::radius_comp].line);
+    warn_when(is_on(Modal::cycle), Start_warning::cycle, state_[Modal::cycle].line);
+    warn_of_block();
+    for (const Modal modal : transformations) {
+        warn_when(is_on(modal), Start_warning::transformed, state_[modal].line);
+    }
+    for (const Modal axis : {Modal::a, Modal::b, Modal::c}) {
+        const bool turned = !state_[axis].word.empty() && !is_at_zero(state_[axis]);
+        warn_when(turned, Start_warning::rotary_axis, state_[axis].line);
+    }
+    warn_of_doubts();
+    warn_of_program();
+}
+
+void Proposal_writer::warn_of_block() {
+    const std::size_t line = reading_.block_line();
+    warn_when(state_.in_contour, Start_warning::contour, line);
+    warn_when(has_arc(), Start_warning::arc, line);
+    warn_when(has_distance(), Start_warning::incremental, line);
+    warn_when(block_.skip, Start_warning::block_skip, line);
+}
+
+void Proposal_writer::warn_of_program() {
+    const Program_survey& survey = reading_.survey();
+    const std::pair<std::optional<std::size_t>, Start_warning> findings[] = {
+        {survey.first_jump, Start_warning::jumps},
+        {survey.first_variable, Start_warning::variables},
+        {survey.first_call, Start_warning::sub_programs},
+        {survey.first_called_file, Start_warning::called_files}};
+    for (const auto& [line, kind] : findings) {
+        warn_when(line.has_value(), kind, line.value_or(0));
+    }
+    if (!state_.others.empty()) {
+        warn_when(true, Start_warning::other_codes, state_.others.front().line);
+    }
+    warn_when(!reading_.machining_sure(), Start_warning::mill_or_lathe, reading_.block_line());
+}
+
+void Proposal_writer::warn_of_doubts() {
+    for (const Modal axis : {Modal::x, Modal::y, Modal::z}) {
+        const Setting& place = state_[axis];
+        if ((milling_ || axis != Modal::y) && !place.known()) {
+            warn_when(true, Start_warning::position,
+                      place.word.empty() ? reading_.block_line() : place.doubt_line);
+            break;
+        }
+    }
+    const std::pair<Doubt, Start_warning> kinds[] = {
+        {Doubt::block_skip, Start_warning::block_skip},
+        {Doubt::program_end, Start_warning::program_end},
+        {Doubt::unread, Start_warning::unread}};
+    for (const auto& [doubt, kind] : kinds) {
+        const auto* const found = std::find_if(
+            state_.settings.begin(), state_.settings.end(),
+            [doubt = doubt](const Setting& setting) { return setting.doubt == doubt; });
+        if (found != state_.settings.end()) {
+            warn_when(true, kind, found->doubt_line);
+        }
+    }
+}
+
+void Proposal_writer::comment(std::string_view text) {
+    std::string plain = upper_case(text);
+    plain.erase(std::remove_if(plain.begin(), plain.end(),
+                               [](char c) {
+                                   return (c < 'A' || c > 'Z') && !is_digit(c) &&
+                                          std::string_view(" .,-+/").find(c) ==
+                                              std::string_view::npos;
+                               }),
+                plain.end());
+    put('(' + plain + ')');
+}
+
+/// A comment in place of a word that is not known.
+void Proposal_writer::check(Modal modal) {
+    comment("CHECK " + std::string(modal_name(modal)) + ", " + setting_text(state_[modal]));
+}
+
+void Proposal_writer::hinder_when(bool condition, std::string_view why) {
+    if (condition) {
+        hindrances_.emplace_back(why);
+    }
+}
+
+/// All that must be sure before a move is proposed: the way to the block is known to be the
+/// program's own, along X and Y above the part and then straight down.
+void Proposal_writer::find_hindrances() {
+    const auto unknown = [this](std::initializer_list<Modal> all) {
+        return std::any_of(all.begin(), all.end(),
+                           [this](Modal modal) { return !state_[modal].known(); });
+    };
+    if (!milling_) {
+        hinder_when(true, "the way in depends on inside or outside");
+        return;
+    }
+    hinder_when(!reading_.machining_sure(), "mill or lathe is not clear");
+    hinder_when(state_.active(Modal::radius_comp), "radius compensation may be on");
+    hinder_when(state_.active(Modal::cycle), "a cycle may be on");
+    hinder_when(unknown({Modal::x, Modal::y, Modal::z}), "the position is not known");
+    hinder_when(unknown({Modal::work_offset, Modal::units}), "offset or units are not known");
+    hinder_when(unknown({Modal::plane}) || state_[Modal::plane].code != 170,
+                "the tool axis may not be Z");
+    hinder_when(unknown({Modal::feed}) || state_[Modal::feed_mode].code == 930,
+                "the feed is not known");
+    hinder_when(!spindle_turns() || !state_[Modal::speed].known(),
+                "the spindle is not known to turn");
+    const bool moved = std::any_of(transformations.begin(), transformations.end(),
+                                   [this](Modal modal) { return state_.active(modal); });
+    hinder_when(moved || state_.active(Modal::macro_call), "coordinates may be transformed");
+    const bool turned = std::any_of(
+        proposal_.warnings.begin(), proposal_.warnings.end(),
+        [](const Warning& warning) { return warning.kind == Start_warning::rotary_axis; });
+    hinder_when(turned, "a rotary axis was turned");
+    const bool compensated = state_.active(Modal::length_comp);
+    hinder_when(compensated &&
+                    !(state_[Modal::length_comp].known() && state_[Modal::length_number].known() &&
+                      is_not_below(state_.clearance, state_[Modal::z])),
+                "no safe height for the tool length is known");
+}
+
+void Proposal_writer::write_head() {
+    if (reading_.has_tape_mark()) {
+        put("%");
+    }
+    comment("START AT " + line_text(reading_.block_line()) + " - READ AND EDIT BEFORE SENDING");
+}
+
+void Proposal_writer::write_modes() {
+    std::string words;
+    std::vector<Modal> to_check;
+    for (const Modal modal :
+         {Modal::plane, Modal::units, Modal::feed_mode, Modal::cycle_return, Modal::work_offset}) {
+        if (state_[modal].known()) {
+            words += state_[modal].word + ' ';
+        } else if (modal != Modal::cycle_return || !state_[modal].word.empty()) {
+            to_check.push_back(modal);
+        }
+    }
+    words += state_[Modal::radius_comp].word.empty() ? "" : "G40 ";
+    words += state_[Modal::cycle].word.empty() ? "" : "G80 ";
+    words += milling_ ? "G90 " : "";
+    if (!words.empty()) {
+        words.pop_back();
+        put(words);
+    }
+    for (const Modal modal : to_check) {
+        check(modal);
+    }
+    for (const Modal modal : {Modal::radius_comp, Modal::cycle, Modal::local_shift, Modal::scaling,
+                              Modal::mirror, Modal::rotation, Modal::polar, Modal::interpolation,
+                              Modal::macro_call, Modal::path_mode}) {
+        if (state_.active(modal)) {
+            check(modal);
+        }
+    }
+    for (const Other_code& other : state_.others) {
+        comment("CHECK " + other.word + " OF " + line_text(other.line));
+    }
+}
+
+void Proposal_writer::write_tool() {
+    if (changes_tool()) {
+        comment("THE BLOCK CHOSEN CHANGES THE TOOL");
+        return;
+    }
+    check(Modal::tool);
+    if (state_[Modal::next_tool].word != state_[Modal::tool].word) {
+        check(Modal::next_tool);
+    }
+}
+
+void Proposal_writer::write_stop() {
+    if (hindrances_.empty() || changes_tool()) {
+        comment("RETRACT THE TOOL, CLEAR OF PART AND CLAMPS, THEN CYCLE START");
+    } else {
+        for (const std::string& why : hindrances_) {
+            comment("NO MOVE IS PROPOSED, " + why);
+        }
+        comment("LAST POSITION" + last_position());
+        if (state_.tool_change) {
+            comment("A START AT THE TOOL CHANGE IS SAFER, " + line_text(*state_.tool_change));
+        }
+        comment("BRING THE TOOL TO WHERE THE BLOCK MAY START, THEN CYCLE START");
+    }
+    put("M0");
+}
+
+void Proposal_writer::write_spindle() {
+    const Setting& mode = state_[Modal::speed_mode];
+    const Setting& limit = state_[Modal::speed_limit];
+    const bool constant_surface = !mode.word.empty() && (!mode.known() || mode.code == 960);
+    if (!spindle_turns()) {
+        check(Modal::spindle);
+        return;
+    }
+    if (!state_[Modal::speed].known() || (constant_surface && !(mode.known() && limit.known()))) {
+        check(Modal::speed);
+        check(Modal::speed_mode);
+        check(Modal::speed_limit);
+        return;
+    }
+    if (limit.known()) {
+        put(limit.word);
+    }
+    put((mode.known() ? mode.word + ' ' : "") + state_[Modal::speed].word + ' ' +
+        state_[Modal::spindle].word);
+}
+
+std::string Proposal_writer::last_position() const {
+    std::string words;
+    for (const Modal axis : {Modal::x, Modal::y, Modal::z}) {
+        const Setting& place = state_[axis];
+        if (place.known()) {
+            words += ' ' + place.word;
+        } else if (!place.word.empty()) {
+            words += ' ' + std::string(modal_name(axis)) + " NOT SURE";
+        }
+    }
+    return words.empty() ? " NOT KNOWN" : words;
+}
+
+/// X and Y at the height where the operator has put the tool, then down: in rapid no lower than the
+/// program itself went with this tool, from there in feed.
+void Proposal_writer::write_moves() {
+    if (!hindrances_.empty()) {
+        write_coolant();
+        return;
+    }
+    put("G0 " + state_[Modal::x].word + ' ' + state_[Modal::y].word);
+    if (state_.active(Modal::length_comp)) {
+        put(state_[Modal::length_comp].word + ' ' + state_[Modal::length_number].word + ' ' +
+            state_.clearance.word);
+    }
+    write_coolant();
+    if (state_.clearance.known() && state_.clearance.word == state_[Modal::z].word) {
+        return;  // the tool is there already
+    }
+    comment("FEED DOWN TO WHERE THE PROGRAM WAS - CHECK THAT THE TOOL CAN ENTER");
+    put("G1 " + state_[Modal::z].word + ' ' + state_[Modal::feed].word);
+    feed_given_ = true;
+}
+
+void Proposal_writer::write_coolant() {
+    for (const Modal modal : {Modal::mist, Modal::flood}) {
+        const Setting& coolant = state_[modal];
+        if (coolant.known() && coolant.code != 9) {
+            put(coolant.word);
+        } else if (!coolant.word.empty() && !coolant.known()) {
+            check(modal);
+        }
+    }
+}
+
+/// What the block chosen takes for granted.
+void Proposal_writer::write_return_to_program() {
+    const Setting& distance = state_[Modal::distance];
+    if (milling_ && distance.known() && distance.code != 900) {
+        put(distance.word);
+    } else if (milling_ && !distance.known()) {
+        check(Modal::distance);
+    }
+    write_motion();
+}
+
+void Proposal_writer::write_motion() {
+    if (is_on(Modal::cycle)) {
+        comment("THE CYCLE IS NOT CALLED AGAIN, " + line_text(state_[Modal::cycle].line));
+    }
+    const Setting& own = reading_.after()[Modal::motion];
+    const bool given = !own.word.empty() && own.line >= reading_.block_line();
+    std::string words;
+    if (!given && block_.has_axes() && !is_on(Modal::cycle)) {
+        words = motion_word();
+    }
+    if (!feed_given_ && !block_['F']) {
+        const Setting& feed = state_[Modal::feed];
+        if (feed.known()) {
+            words += (words.empty() ? "" : " ") + feed.word;
+        } else {
+            check(Modal::feed);
+        }
+    }
+    if (!words.empty()) {
+        put(words);
+    }
+}
+
+/// The straight motion that a block without one of its own takes for granted. An arc's G2 says
+/// nothing without the arc.
+std::string Proposal_writer::motion_word() {
+    const Setting& motion = state_[Modal::motion];
+    if (motion.known() && (motion.code == 0 || motion.code == 10)) {
+        return motion.code == 10 && feed_given_ ? "" : motion.word;
+    }
+    check(Modal::motion);
+    return {};
+}
+
+}  // namespace
+
+std::string warning_text(const Warning& warning) {
+    return std::string(warning_texts[static_cast<std::size_t>(warning.kind)]) + " line " +
+           decimal(static_cast<std::int64_t>(warning.line) + 1) + '.';
+}
+
+Start_proposal propose_start(const Start_reading& reading) {
+    return Proposal_writer(reading).written();
+}
+
+}  // namespace kelvane

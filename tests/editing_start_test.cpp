@@ -1,0 +1,271 @@
+// The modal state before a line, and what is proposed for a start there.
+
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sstream>
+
+#include "editing/lead_in.h"
+
+namespace kelvane {
+namespace {
+
+using testing::ElementsAre;
+using namespace std::string_literals;
+
+std::string example(const std::string& name) {
+    std::ostringstream text;
+    text << std::ifstream(EXAMPLES "/" + name).rdbuf();
+    return text.str();
+}
+
+constexpr auto mill = Machining::milling;
+constexpr auto lathe = Machining::turning;
+
+/// The words that hold, in the order of `Modal`; doubtful ones with the reason behind a "?".
+std::string text_of(const Modal_state& state) {
+    static constexpr std::string_view reasons[] = {
+        "",    "inc",  "dist",   "var",   "sub",   "file", "jump",  "skip",
+        "ref", "tool", "offset", "trans", "cycle", "end",  "maker", "unread"};
+    std::string text;
+    for (const Setting& setting : state.settings) {
+        if (!setting.word.empty()) {
+            text += (text.empty() ? "" : " ") + setting.word;
+            text += setting.known() ? "" : "?";
+            text += reasons[static_cast<std::size_t>(setting.doubt)];
+        }
+    }
+    return text;
+}
+
+/// The state before `line`, from 1.
+std::string state_before(std::size_t line, const std::string& program,
+                         std::optional<Machining> machining, std::size_t budget = 1 << 20) {
+    Start_reading reading(line - 1, machining);
+    while (!reading.step(program, budget)) {
+    }
+    return text_of(reading.before());
+}
+
+TEST(ModalState, OfTheExamples) {
+    const struct {
+        const char* name;
+        std::size_t line;
+        const char* state;
+    } cases[] = {
+        {"cover-plate.nc", 13, "G80 G17 G21 G90 G40 G49"},
+        {"cover-plate.nc", 35,
+         "G0 G80 G17 G21 G90 G54 G40 G43 H2 F900 S6400 T2 T2 M3 M9 M8 X-95. Y-70. Z2."},
+        {"cover-plate.nc", 40,
+         "G1 G80 G17 G21 G90 G54 G41 G43 D2 H2 F1100 S6400 T2 T2 M3 M9 M8 X65. Y50. Z-3."},
+        {"cover-plate.nc", 103,
+         "G0 G80 G17 G21 G91 G54 G40 G43 D12 H2 F2000 S6400 T2 T2 M5 M9 M9 X0. Y0. Z50.?ref"},
+        {"cover-plate.nc", 130,
+         "G1 G80 G17 G21 G90 G54 G40 G43 D12 H3 F800 S8500 T3 T3 M3 M9 M8 X-53. Y-44. Z-2.4"},
+        {"cover-plate.nc", 275,
+         "G0 G81 G17 G21 G90 G54 G40 G43 G99 D12 H4 F240 S4000 T4 T4 M3 M9 M8 X-25.456 Y-25.456 "
+         "Z-2.5?cycle"},
+        {"bolt-circles.nc", 16,
+         "G0 G80 G17 G21 G90?jump G54 G40 G43 H8 S3200 T8 T8 M3 M8 X0.?dist Y0.?dist Z30.?dist"},
+        {"bolt-circles.nc", 26,
+         "G0 G83 G17 G21 G90?jump G54?jump G40 G43?jump G99 H8?jump F420 S3200?jump T8?jump "
+         "T8?jump M3?jump M8?jump X#?var Y#?var Z#?cycle"},
+        {"drive-shaft.nc", 28,
+         "G1 G80 G18 G21 G99 G42 G96 F0.12 S190 G50 S2200 T0101 T0101 M3 M8 X48. Z-160."},
+        {"drive-shaft.nc", 29,
+         "G0 G80 G18 G21 G99 G40 G96 F0.32 S190 G50 S2200 T0101 T0101 M3 M8 X54.?cycle Z2.?cycle"},
+        {"drive-shaft.nc", 43,
+         "G0 G80 G18 G21 G99 G40 G97 F0.32?maker S900 G50 S3000 T0505 T0505 M3 M9 M8 X32. Z-72."},
+        {"fixture-plate.nc", 15,
+         "G0 G80 G17?file G21?file G90?file G54?file G40?file G43 H3 S8500 T3 T3 M3 M9 M8 "
+         "X-40.?dist Y-20.?dist Z2.?dist"},
+        {"fixture-holes.nc", 4, "G83 G99 F500 X-20.?dist Y-30.?dist Z-18.?cycle"},
+        {"fixture-slot.nc", 5, "G1 G80 G91 F2000"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(state_before(c.line, example(c.name), std::nullopt, 50), c.state)
+            << c.name << " line " << c.line;
+    }
+}
+
+TEST(ModalState, OfEveryWayToWriteABlock) {
+    const struct {
+        const char* name;
+        Machining machining;
+        std::string program;  ///< the state is that behind its last line
+        const char* state;
+    } cases[] = {
+        {"no blanks, zeros, small letters", mill, "g00g17g21g90g054.1p3x1.y-.5z+2\nn5 G01F.1 Z -1.",
+         "G01 G80 G17 G21 G90 G054.1 P3?maker F.1 X1. Y-.5 Z-1."},
+        {"comments and a tape mark", mill, "%\nO1 (G1 X1)\nG90 X2.(Y1) Y3.;Z4\n(G91",
+         "G90 X2. Y3."},
+        {"controls and NULs", mill, "\x11\x12G90\0 X2.\x13"s, "G90 X2."},
+        {"CR only", mill, "G90\rX1.\r", "G90 X1."},
+        {"a line of a megabyte", mill, "G90" + std::string(1 << 20, ' ') + "X1.", "G90 X1."},
+        {"blank lines", mill, "G90\n" + std::string(100'000, '\n') + "X1.", "G90 X1."},
+        {"another program", mill, "G90 X1.\nM30\nO2\nY1.", "Y1.?dist"},
+        {"behind the end", mill, "G90\nM30\nX1.", "G90?end X1.?dist"},
+        {"incremental", mill, "G90X1.Y1.\nG91X5.\nG90", "G90 X1.?inc Y1."},
+        {"reference and machine places", mill, "G90X1.Y1.Z1.\nG28 X0.\nG53 Y0.",
+         "G90 X1.?ref Y1.?ref Z1."},
+        {"dwell and data", mill, "G90G54X1.F5\nG4 X2.F3\nG10 L2 P1 X9.",
+         "G90 G54?offset F5 X1.?offset"},
+        {"another offset", mill, "G90G54X1.Y1.\nG55X2.", "G90 G55 X2. Y1.?offset"},
+        {"the same offset", mill, "G90G54X1.\nG54", "G90 G54 X1."},
+        {"local shift", mill, "G90X1.\nG52 X5.", "G90 G52 X5. X1.?offset"},
+        {"its end", mill, "G52 X5.\nG52 X0.\nG90 X1.", "G90 X1."},
+        {"rotation", mill, "G90X1.\nG68 R45.\nX2.", "G90 G68 X2.?trans"},
+        {"variables", mill, "G90X#1Y[#2]F#3G#4", "G90?var F#?var X#?var Y#?var"},
+        {"an assignment", mill, "G90X1.\n#1=G2", "G90 X1."},
+        {"sub-program", mill, "G90X1.\nM98 P10\nY1.", "G90?sub X1.?sub Y1.?dist"},
+        {"macro in between", mill, "G90X1.\nG66 P9\nX2.\nG67\nG90", "G90 G67 X2.?sub"},
+        {"call by L", mill, "G90\nL10", "G90?sub"},
+        {"repeats of a cycle", mill, "G90\nG81 X1.Z-1.L2", "G81 G90 X1. Z-1.?cycle"},
+        {"cycle ended by a motion", mill, "G90\nG81X1.Z-1.\nG0Z5.", "G0 G80 G90 X1. Z5."},
+        {"cycle along Y", mill, "G18G90Y1.\nG83X1.Z2.Y-9.", "G83 G18 G90 X1. Y-9.?cycle Z2."},
+        {"tool made ready", mill, "T1\nM6\nT2 M3 S1\nG90X1.Z1.", "G90 S1 T1 T2 M3 X1. Z1."},
+        {"tool change", mill, "T1\nM6\nG90G43H1Z1.M3M8\nT2M6",
+         "G90 G43?tool H1 T2 T2 M3?tool M8?tool Z1.?tool"},
+        {"change without M6", mill, "G90X1.T1\nT2", "G90 T2 T2 X1.?tool"},
+        {"block skip", mill, "G90X1.\n/G91M8\n/2 N5 F5", "G91?skip F5?skip M8?skip X1."},
+        {"skipped to the same", mill, "G90\n/G90", "G90"},
+        {"a jump over one value", mill, "G21G90\nG90\nIF[#1EQ1]GOTO9\nX1.\nN9", "G21 G90 X1.?jump"},
+        {"a jump over two", mill, "G90\nIF[#1EQ1]GOTO9\nG91\nN09", "G91?jump"},
+        {"a jump to nobody knows", mill, "G90G54\nN5\nGOTO#1\nG55", "G90 G55"},
+        {"an assignment with IF", mill, "G90\nG91\nIF[#1EQ1]THEN#2=1", "G91"},
+        {"what is no block", mill, "G90\nL X+10 R0 FMAX", "G90?unread X+10?unread"},
+        {"a letter for a digit", mill, "G90\nGO X1.", "G90?unread X1.?unread"},
+        {"an unknown code", mill, "G90X1.Y1.\nG247 X5.", "G90 X5.?maker Y1."},
+        {"lathe words", lathe, "G90X5.\nG0X1.Z1.\nU-1.", "G0 G80 X1.?inc Z1."},
+        {"lathe feeds", lathe, "G98F100\nG99", "G99 F100"},
+        {"lathe threads", lathe, "G0X20.Z5.\nG92X19.Z-9.F1.5", "G0 G92 F1.5 X19.?cycle Z-9.?cycle"},
+        {"chamfers", lathe, "G1X20.C1.\nZ5.,C2.\nC90.", "G1 G80 X20. Z5. C90."},
+        {"other units", mill, "G21G90X1.\nG20", "G20 G90 X1.?offset"},
+        {"some makers' units", mill, "G71", "G71?maker"},
+    };
+    for (const auto& c : cases) {
+        const std::string program = c.program + "\n";
+        EXPECT_EQ(state_before(999'999, program, c.machining), c.state) << c.name;
+    }
+}
+
+TEST(StartProposal, WarnsOfWhatNeedsACarefulOperator) {
+    using enum Start_warning;
+    const std::string sure = "G17G21G90G54G94 T1M6\nS1M3F1\nG0X1.Y1.Z1.\n";
+    const struct {
+        Start_warning kind;
+        std::string program, block;
+        std::size_t line;  ///< from 1, of the reason
+    } cases[] = {
+        {radius_compensation, sure + "G41D1X2.\n", "X3.", 4},
+        {cycle, sure + "G81Z-1.R2.\n", "X3.", 4},
+        {contour, "T0101\nG50S9\nG71P1Q2U1.\nN1G0X1.\n", "G1Z1.\nN2X9.", 5},
+        {arc, sure, "G2X3.R1.", 4},
+        {arc, sure + "G3X1.Y2.R3.\n", "X3.R5.", 5},
+        {incremental, sure, "G91X3.", 4},
+        {incremental, "T0101\nG96S9\n", "W3.", 3},
+        {transformed, sure + "G68R9.\n", "X3.", 4},
+        {rotary_axis, sure + "B90.\n", "X3.", 4},
+        {position, sure + "G28Z0.\n", "X3.", 4},
+        {jumps, sure, "X3.\nGOTO5", 5},
+        {variables, sure, "X#1", 4},
+        {sub_programs, sure, "X1.\nM98P5", 5},
+        {called_files, sure + "CALL A.NC\n", "X1.", 4},
+        {block_skip, sure + "/M8\n", "X1.", 4},
+        {program_end, sure + "M30\n", "X1.", 4},
+        {unread, sure + "FMAX\n", "X1.", 4},
+        {other_codes, sure + "M51\n", "X1.", 4},
+        {mill_or_lathe, "X1.\n", "X2.", 2},
+    };
+    const auto has = [](const Start_proposal& proposal, Start_warning kind, std::size_t line) {
+        return std::any_of(proposal.warnings.begin(), proposal.warnings.end(),
+                           [=](const Warning& w) { return w.kind == kind && w.line + 1 == line; });
+    };
+    for (const auto& c : cases) {
+        const auto lines = std::count(c.program.begin(), c.program.end(), '\n');
+        Start_reading reading(static_cast<std::size_t>(lines), std::nullopt);
+        reading.step(c.program + c.block + "\n");
+        EXPECT_TRUE(has(propose_start(reading), c.kind, c.line))
+            << warning_text({c.kind, c.line - 1}) << '\n'
+            << c.program << c.block;
+    }
+    Start_reading plain(3, std::nullopt);
+    plain.step(sure + "X5.\n");
+    EXPECT_TRUE(propose_start(plain).warnings.empty());
+    EXPECT_EQ(warning_text({arc, 9}),
+              "The block is an arc, its start must be met exactly: line 10.");
+}
+
+std::vector<std::string> blocks_for(const std::string& program, std::size_t line) {
+    Start_reading reading(line - 1, std::nullopt);
+    reading.step(program);
+    return propose_start(reading).blocks;
+}
+
+TEST(StartProposal, IsWhatAMachinistWouldWrite) {
+    EXPECT_THAT(
+        blocks_for(example("cover-plate.nc"), 36),
+        ElementsAre("(START AT LINE 36 - READ AND EDIT BEFORE SENDING)", "G17 G21 G54 G40 G80 G90",
+                    "(CHECK FEED MODE, NOT SET BEFORE)", "(CHECK TOOL, T2, LINE 29)",
+                    "(RETRACT THE TOOL, CLEAR OF PART AND CLAMPS, THEN CYCLE START)", "M0",
+                    "S6400 M3", "G0 X-95. Y-70.", "G43 H2 Z50.", "M8",
+                    "(FEED DOWN TO WHERE THE PROGRAM WAS - CHECK THAT THE TOOL CAN ENTER)",
+                    "G1 Z-3. F600"));
+    EXPECT_THAT(
+        blocks_for("%\nG20G17G90G94G59\nT1M6\nT2S900M4F5.5\nG00X.5Y1.Z.1\nG91\nX.25Z-.5", 7),
+        ElementsAre(
+            "%", "(START AT LINE 7 - READ AND EDIT BEFORE SENDING)", "G17 G20 G94 G59 G80 G90",
+            "(CHECK TOOL, T1, LINE 3)", "(CHECK LAST T, T2, LINE 4)",
+            "(RETRACT THE TOOL, CLEAR OF PART AND CLAMPS, THEN CYCLE START)", "M0", "S900 M4",
+            "G0 X.5 Y1.", "(FEED DOWN TO WHERE THE PROGRAM WAS - CHECK THAT THE TOOL CAN ENTER)",
+            "G1 Z.1 F5.5", "G91", "G00"));
+    EXPECT_THAT(blocks_for(example("cover-plate.nc"), 275),
+                ElementsAre("(START AT LINE 275 - READ AND EDIT BEFORE SENDING)",
+                            "G17 G21 G99 G54 G40 G80 G90", "(CHECK FEED MODE, NOT SET BEFORE)",
+                            "(CHECK CYCLE, G81, LINE 265)", "(CHECK TOOL, T4, LINE 262)",
+                            "(NO MOVE IS PROPOSED, A CYCLE MAY BE ON)",
+                            "(NO MOVE IS PROPOSED, THE POSITION IS NOT KNOWN)",
+                            "(NO MOVE IS PROPOSED, NO SAFE HEIGHT FOR THE TOOL LENGTH IS KNOWN)",
+                            "(LAST POSITION X-25.456 Y-25.456 Z NOT SURE)",
+                            "(A START AT THE TOOL CHANGE IS SAFER, LINE 262)",
+                            "(BRING THE TOOL TO WHERE THE BLOCK MAY START, THEN CYCLE START)", "M0",
+                            "S4000 M3", "M8", "(THE CYCLE IS NOT CALLED AGAIN, LINE 265)", "F240"));
+    EXPECT_THAT(
+        blocks_for(example("cover-plate.nc"), 103),
+        ElementsAre("(START AT LINE 103 - READ AND EDIT BEFORE SENDING)", "G17 G21 G54 G40 G80 G90",
+                    "(CHECK FEED MODE, NOT SET BEFORE)", "(THE BLOCK CHOSEN CHANGES THE TOOL)",
+                    "(RETRACT THE TOOL, CLEAR OF PART AND CLAMPS, THEN CYCLE START)", "M0", "G91",
+                    "F2000"));
+}
+
+/// What the proposals for every place in a program have in common.
+void expect_safe(const std::vector<std::string>& blocks, const std::string& where) {
+    bool stopped = false;
+    for (const std::string& block : blocks) {
+        const Block_words words(block);
+        stopped = stopped || block == "M0";
+        EXPECT_TRUE(stopped || !words.has_axes()) << where << ": moves before the stop: " << block;
+        EXPECT_TRUE(stopped || words.m.empty()) << where << ": " << block;
+        EXPECT_EQ(block.find_first_of("#[]:'abcdefghijklmnopqrstuvwxyz"), std::string::npos);
+        const bool in_feed = block.starts_with("G1 ");
+        const bool to_height = block.starts_with("G43 H") && block.ends_with(" Z50.");
+        EXPECT_TRUE(!words['Z'] || in_feed || to_height) << where << ": " << block;
+        EXPECT_EQ(block.find("G41"), block[0] == '(' ? block.find("G41") : std::string::npos);
+    }
+    EXPECT_TRUE(stopped) << where;
+}
+
+TEST(StartProposal, NeverMovesBeforeTheStopNorFallsIntoThePart) {
+    for (const std::string name : {"bolt-circles.nc", "cover-plate.nc", "drive-shaft.nc",
+                                   "fixture-holes.nc", "fixture-plate.nc", "fixture-slot.nc"}) {
+        const std::string program = example(name);
+        const auto lines =
+            static_cast<std::size_t>(std::count(program.begin(), program.end(), '\n'));
+        for (std::size_t line = 1; line <= lines + 1; line += lines > 100 ? 5 : 1) {
+            expect_safe(blocks_for(program, line), name + " line " + std::to_string(line));
+        }
+    }
+}
+
+}  // namespace
+}  // namespace kelvane
