@@ -42,13 +42,13 @@ QGroupBox* line(configure_IO_lite& form) {
 
 QGroupBox* device(configure_IO_lite& form) {
     auto* grid = new QGridLayout;
-    auto* field = field_of(form.Device_txt, 24, Text_form::name);
-    auto* list = list_of(form.Device_lst, 3, 40);
-    grid->addWidget(label_of(form.Device_txt, *field), 0, 0);
+    auto* field = field_of(form.wiring.Device_txt, 24, Text_form::name);
+    auto* list = list_of(form.wiring.Device_lst, 3, 40);
+    grid->addWidget(label_of(form.wiring.Device_txt, *field), 0, 0);
     grid->addWidget(field, 0, 1);
-    grid->addWidget(label_of(form.Device_lst, *list), 1, 0, Qt::AlignTop);
+    grid->addWidget(label_of(form.wiring.Device_lst, *list), 1, 0, Qt::AlignTop);
     grid->addWidget(list, 1, 1);
-    grid->addWidget(hint_of(form.device_hint), 2, 1);
+    grid->addWidget(hint_of(form.wiring.device_hint), 2, 1);
     grid->setRowStretch(1, 1);
     return group_of("Serial device of this COM number", grid);
 }

@@ -148,9 +148,8 @@ void set_driver_handshaking(int handle, const Port_settings& settings) {
     if (::tcgetattr(handle, &line) != 0) {
         return;
     }
-    const Handshaking by = settings.handshaking;
-    const bool software = by == Handshaking::xon_xoff || by == Handshaking::both;
-    const bool hardware = by == Handshaking::rts_cts || by == Handshaking::both;
+    const bool software = uses_xon_xoff(settings.handshake);
+    const bool hardware = uses_rts_cts(settings.handshake);
     line.c_iflag &= ~static_cast<tcflag_t>(IXON | IXOFF | IXANY);
     line.c_cflag &= ~static_cast<tcflag_t>(CRTSCTS);
     const tcflag_t obeying = settings.transparent ? 0 : IXON;

@@ -14,8 +14,9 @@ std::string read_and_written(const std::string& text, Old_port_form form) {
     Text_reader reader{std::string(text)};
     MachineSettings settings;
     require(read_machine_settings(reader, form, settings) <= settings_line_count, "25 lines");
-    require(settings.tape_code >= ascii_even && settings.tape_code <= eia, "a tape code");
-    require(settings.handshake >= handshake_none && settings.handshake <= handshake_both,
+    require(settings.tape_code >= Tape_code::ascii_even && settings.tape_code <= Tape_code::eia,
+            "a tape code");
+    require(settings.handshake >= Handshake::none && settings.handshake <= Handshake::both,
             "a handshake");
     require(!settings.handshake_check.empty(), "a handshake check");
     return machine_settings_text(settings);

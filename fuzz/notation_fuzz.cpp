@@ -12,7 +12,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace kelvane;
     fuzz::Fuzz_input input(data, size);
-    const int tape_code = input.choice(4);
+    const auto tape_code = static_cast<Tape_code>(input.choice(4));
     const std::string text(input.rest());
     std::string characters = "as before";
     if (parsit(text, tape_code, characters)) {

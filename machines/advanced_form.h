@@ -1,6 +1,5 @@
 #pragma once
 
-#include "machines/machine_settings.h"
 #include "platform/controls.h"
 #include "platform/form.h"
 
@@ -42,16 +41,10 @@ class Configure_IO_advanced_lite : public Form {
 
     Button OK_button{"OK_button", "OK"};
 
-    /// Shows a record's values.
-    void show_settings(const MachineSettings& settings);
-    /// Puts the shown values into a record.
-    void put_settings(MachineSettings& settings) const;
-
     /// The operator's closing keeps the values, as OK does.
     void close() override { hide(); }
 
   protected:
-    /// The values of a form just created.
     void on_load() override;
 
   private:

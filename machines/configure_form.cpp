@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "machines/machine_fields.h"
 #include "machines/machine_files.h"
 
 namespace kelvane {
@@ -10,12 +11,9 @@ namespace kelvane {
 namespace {
 
 constexpr int guard_interval = 750;
-constexpr int device_interval = 2000;
 // Ports that a machine without a readable file shows, at the form's start and after a click.
 constexpr int start_port = 1;
 constexpr int clicked_port = 113;
-// Lines of a settings file up to which a field has been read.
-constexpr int end_of_block_line = 6;
 
 constexpr std::string_view illegal_title = "This setting is illegal!";
 constexpr std::string_view illegal_eight_bits =
@@ -44,27 +42,18 @@ bool may_write_bare_file(const Files& files, const std::string& name) {
            (start.starts_with("COM") && start.find("\nBAUD") != std::string::npos);
 }
 
-/// Position of the last box that is set, or `otherwise`.
-template <std::size_t Size>
-int last_checked(const std::array<Check_box*, Size>& boxes, int otherwise) {
-    const auto found = std::find_if(boxes.rbegin(), boxes.rend(),
-                                    [](const Check_box* box) { return box->checked(); });
-    return found == boxes.rend() ? otherwise : static_cast<int>(boxes.rend() - found) - 1;
-}
-
 }  // namespace
 
 configure_IO_lite::configure_IO_lite(Platform& platform, const Shared_state& state,
                                      Configure_IO_advanced_lite& advanced)
     : Form(platform.windows, "configure_IO_lite", "Configure serial port"),
+      wiring(platform, *this),
       Timer1(platform.loop, guard_interval),
-      device_timer(platform.loop, device_interval),
       platform_(platform),
       state_(state),
-      advanced_(advanced),
-      wiring_(platform.files) {
-    attach_groups();
-    attach_wiring();
+      advanced_(advanced) {
+    Opt_7_bits.join(Opt_8_bits);
+    Timer1.on_tick = [this] { boxes.guard(); };
     IO_device_lst.on_mouse_down = [this] { machine_clicked(); };
     New_name_txt.on_enter = [this] { add_machine(); };
     New_name_txt.on_change = [this] { name_changed(); };
@@ -90,18 +79,16 @@ void configure_IO_lite::on_load() {
     }
     COM_lst.set_items(std::move(ports));
     New_name_txt.set_text("");
-    wiring_.forget();
     read_switchbox_codes(default_machine);
     IO_device_lst.set_items(machine_list_items(platform_.files));
     load_current_machine();
-    refresh_devices();
+    wiring.begin();
     Timer1.set_enabled(true);
-    device_timer.set_enabled(true);
 }
 
 void configure_IO_lite::on_unload() {
     Timer1.set_enabled(false);
-    device_timer.set_enabled(false);
+    wiring.end();
     advanced_.unload();
 }
 
@@ -133,61 +120,36 @@ void configure_IO_lite::load_record(Result<std::string> content, int port) {
     settings.com_port = port;
     settings.skip_up_to = advanced_.skip_upto_txt.text();
     settings.separate_files = advanced_.Chk_Separate_files.value();
-    show_settings(settings, settings_line_count);
+    show_fields(settings, settings_line_count);
     Text_reader reader(std::move(content));
-    const int lines_read = read_machine_settings(reader, Old_port_form::list_position, settings);
-    show_settings(settings, lines_read);
-    show_wiring();
+    show_fields(settings, read_machine_settings(reader, Old_port_form::list_position, settings));
+    wiring.show();
 }
 
-/// What the boxes' handlers bring about with the tape code stays where the file had no line of its
-/// own for it. Positions that do not exist leave the lists as they are.
-void configure_IO_lite::show_settings(const MachineSettings& settings, int lines_read) {
-    if (settings.com_port >= lowest_com_port && settings.com_port <= highest_com_port) {
-        COM_lst.select(highest_com_port - settings.com_port);
-    }
-    if (is_choice(baud_rates, settings.baud_index)) {
-        BAUD_lst.select(settings.baud_index);
-    }
-    if (is_choice(stop_bit_choices, settings.stop_bits_index)) {
-        stopbits_lst.select(settings.stop_bits_index);
-    }
-    code_boxes_[static_cast<std::size_t>(settings.tape_code)]->set_checked(true);
-    handshake_boxes_[static_cast<std::size_t>(settings.handshake)]->set_checked(true);
-    if (lines_read >= end_of_block_line) {
-        show_end_of_block(settings);
-    }
-    advanced_.show_settings(settings);
-    if (lines_read == settings_line_count) {
-        (settings.eight_data_bits ? Opt_8_bits : Opt_7_bits).set_value(true);
+/// The first `count` fields. What the boxes' handlers bring about stays where the file had no line
+/// of its own for it.
+void configure_IO_lite::show_fields(const MachineSettings& settings, int count) {
+    for (int line = 0; line < count; ++line) {
+        machine_fields[static_cast<std::size_t>(line)].control.show({*this, advanced_}, settings);
     }
 }
 
-void configure_IO_lite::show_end_of_block(const MachineSettings& settings) {
-    for (int code = eob_lf; code <= eob_custom; ++code) {
-        end_of_block_boxes_[static_cast<std::size_t>(code)]->set_checked(code ==
-                                                                         settings.end_of_block);
+MachineSettings configure_IO_lite::shown_settings() {
+    MachineSettings settings;
+    for (const Machine_field& field : machine_fields) {
+        field.control.take({*this, advanced_}, settings);
     }
-    Custom_EOB_txt.set_text(settings.custom_end_of_block);
-    Custom_EOB_txt.set_enabled(settings.end_of_block == eob_custom && !chk_EIA.checked());
+    return settings;
 }
 
 int configure_IO_lite::shown_com_port() const {
     return highest_com_port - std::max(COM_lst.selected(), 0);
 }
 
-MachineSettings configure_IO_lite::shown_settings() const {
-    MachineSettings settings;
-    advanced_.put_settings(settings);
-    settings.com_port = shown_com_port();
-    settings.baud_index = BAUD_lst.selected();
-    settings.stop_bits_index = stopbits_lst.selected();
-    settings.tape_code = last_checked(code_boxes_, ascii_even);
-    settings.handshake = last_checked(handshake_boxes_, xon_xoff);
-    settings.end_of_block = last_checked(end_of_block_boxes_, eob_lf_cr);
-    settings.custom_end_of_block = Custom_EOB_txt.text();
-    settings.eight_data_bits = Opt_8_bits.value();
-    return settings;
+void configure_IO_lite::show_com_port(int port) {
+    if (port >= lowest_com_port && port <= highest_com_port) {
+        COM_lst.select(highest_com_port - port);
+    }
 }
 
 void configure_IO_lite::saveit(const std::string& path) {
@@ -227,7 +189,7 @@ void configure_IO_lite::apply() {
     Text_writer switchbox;
     switchbox.line(one_line(advanced_.Switchbox_txt.text()));
     const bool saved = write_machine_file(files, switchbox_name(machine), switchbox.text());
-    static_cast<void>(wiring_.store() && saved);
+    static_cast<void>(wiring.store() && saved);
     unload();
 }
 

@@ -1,13 +1,11 @@
 #pragma once
 
-#include <array>
-#include <optional>
 #include <string>
-#include <vector>
 
 #include "machines/advanced_form.h"
+#include "machines/box_groups.h"
 #include "machines/machine_settings.h"
-#include "machines/port_wiring.h"
+#include "machines/wiring_panel.h"
 #include "platform/controls.h"
 #include "platform/event_loop.h"
 #include "platform/form.h"
@@ -40,35 +38,35 @@ class configure_IO_lite : public Form {
     Option_button Opt_7_bits{"Opt_7_bits", "7 bits"};
     Option_button Opt_8_bits{"Opt_8_bits", "8 bits"};
 
-    Check_box chk_even{"chk_even", std::string(tape_code_names[ascii_even])};
-    Check_box chk_odd{"chk_odd", std::string(tape_code_names[ascii_odd])};
-    Check_box chk_no{"chk_no", std::string(tape_code_names[ascii_no_parity])};
-    Check_box chk_EIA{"chk_EIA", std::string(tape_code_names[eia])};
+    Check_box chk_even{"chk_even", "ASCII even"};
+    Check_box chk_odd{"chk_odd", "ASCII odd"};
+    Check_box chk_no{"chk_no", "ASCII none"};
+    Check_box chk_EIA{"chk_EIA", "EIA RS244"};
 
-    Check_box chk_none{"chk_none", std::string(handshake_names[handshake_none])};
-    Check_box chk_Xon{"chk_Xon", std::string(handshake_names[xon_xoff])};
-    Check_box chk_RTS{"chk_RTS", std::string(handshake_names[rts_cts])};
-    Check_box chk_both{"chk_both", std::string(handshake_names[handshake_both])};
+    Check_box chk_none{"chk_none", "None"};
+    Check_box chk_Xon{"chk_Xon", "Xon/Xoff"};
+    Check_box chk_RTS{"chk_RTS", "RTS/CTS"};
+    Check_box chk_both{"chk_both", "Both"};
 
-    Check_box chk_LF{"chk_LF", std::string(end_of_block_names[eob_lf])};
-    Check_box chk_CR{"chk_CR", std::string(end_of_block_names[eob_cr])};
-    Check_box chk_LFCR{"chk_LFCR", std::string(end_of_block_names[eob_lf_cr])};
-    Check_box chk_CRLF{"chk_CRLF", std::string(end_of_block_names[eob_cr_lf])};
-    Check_box Chk_custom_EOB{"Chk_custom_EOB", std::string(end_of_block_names[eob_custom])};
+    Check_box chk_LF{"chk_LF", "LF"};
+    Check_box chk_CR{"chk_CR", "CR"};
+    Check_box chk_LFCR{"chk_LFCR", "LF/CR"};
+    Check_box chk_CRLF{"chk_CRLF", "CR/LF"};
+    Check_box Chk_custom_EOB{"Chk_custom_EOB", "Custom:"};
     Text_box Custom_EOB_txt{"Custom_EOB_txt", "Custom:"};
 
-    // --- The device behind the COM number. Changes are kept until Apply.
-    Text_box Device_txt{"Device_txt", "&Wired to:"};
-    List_box Device_lst{"Device_lst", "Devices &found now:"};
-    /// What is to be said of the device: that it is not there, or that none is.
-    Label device_hint{"device_hint"};
+    Record_boxes boxes{*this};  ///< how the boxes above exclude one another
+    Wiring_panel wiring;
 
     Button Advanced_button{"Advanced_button", "Advanced"};
     Button apply_button{"apply_button", "Apply"};
     Button cancel_button{"cancel_button", "Cancel"};
 
-    Timer Timer1;        ///< 750 ms: no group of boxes stays empty for longer
-    Timer device_timer;  ///< 2 s: the serial devices found now
+    Timer Timer1;  ///< 750 ms: no group of boxes stays empty for longer
+
+    [[nodiscard]] int shown_com_port() const;
+    /// A number outside 1..128 leaves the list as it is.
+    void show_com_port(int port);
 
     /// Writes the shown record to the file `path` (no settings file for an empty path), then the
     /// list of machines.
@@ -81,20 +79,11 @@ class configure_IO_lite : public Form {
     void on_unload() override;
 
   private:
-    void attach_groups();
-    void ascii_clicked(Check_box& box);
-    void eia_clicked();
-    void end_of_block_clicked(Check_box& box);
-    void enable_end_of_block(bool enabled);
-    void guard_groups();
-
     void load_current_machine();
     void machine_clicked();
     void load_record(Result<std::string> content, int port);
-    void show_settings(const MachineSettings& settings, int lines_read);
-    void show_end_of_block(const MachineSettings& settings);
-    [[nodiscard]] MachineSettings shown_settings() const;
-    [[nodiscard]] int shown_com_port() const;
+    void show_fields(const MachineSettings& settings, int count);
+    [[nodiscard]] MachineSettings shown_settings();
 
     [[nodiscard]] bool confirm_data_bits();
     void apply();
@@ -102,21 +91,9 @@ class configure_IO_lite : public Form {
     void add_machine();
     void delete_machine();
 
-    void attach_wiring();
-    void show_wiring();
-    void device_changed();
-    void refresh_devices();
-    void show_found_device();
-
     Platform& platform_;
     const Shared_state& state_;
     Configure_IO_advanced_lite& advanced_;
-    std::array<Check_box*, 4> code_boxes_ = {&chk_even, &chk_odd, &chk_no, &chk_EIA};
-    std::array<Check_box*, 4> handshake_boxes_ = {&chk_none, &chk_Xon, &chk_RTS, &chk_both};
-    std::array<Check_box*, 5> end_of_block_boxes_ = {&chk_LF, &chk_CR, &chk_LFCR, &chk_CRLF,
-                                                     &Chk_custom_EOB};
-    std::vector<Serial_device> found_;
-    Port_wiring wiring_;
 };
 
 }  // namespace kelvane

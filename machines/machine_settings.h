@@ -6,25 +6,23 @@
 #include <string_view>
 
 #include "platform/basic_text.h"
+#include "platform/handshake.h"
+#include "session/tape_code.h"
 
 namespace kelvane {
 
-/// Tape codes by the number of line 4 of the settings file, which is also the column of the code
-/// tables.
-enum Tape_code : int { ascii_even = 0, ascii_odd = 1, ascii_no_parity = 2, eia = 3 };
+inline constexpr std::size_t handshake_count = 4;
 
-/// Handshakes by the number of line 5.
-enum Handshake : int { handshake_none = 0, xon_xoff = 1, rts_cts = 2, handshake_both = 3 };
-
-/// Ends of block by the number of line 6.
-enum End_of_block : int {
-    eob_unknown = -1,  ///< the line holds none of the numbers below
-    eob_lf = 0,
-    eob_cr = 1,
-    eob_lf_cr = 2,
-    eob_cr_lf = 3,
-    eob_custom = 4,
+/// Ends of block by the number of the settings file.
+enum class End_of_block {
+    unknown = -1,  ///< the line holds none of the numbers below
+    lf = 0,
+    cr = 1,
+    lfcr = 2,
+    crlf = 3,
+    custom = 4,  ///< a text of the machine's own
 };
+inline constexpr std::size_t end_of_block_count = 5;
 
 inline constexpr int lowest_com_port = 1;
 inline constexpr int highest_com_port = 128;
@@ -34,39 +32,28 @@ inline constexpr std::array<std::string_view, 12> baud_rates = {"115200", "57600
                                                                 "19200",  "9600",  "4800",  "2400",
                                                                 "1200",   "600",   "300",   "110"};
 inline constexpr std::array<std::string_view, 3> stop_bit_choices = {"2", "1.5", "1"};
-inline constexpr std::array<std::string_view, 4> tape_code_names = {"ASCII even", "ASCII odd",
-                                                                    "ASCII none", "EIA RS244"};
-inline constexpr std::array<std::string_view, 4> handshake_names = {"None", "Xon/Xoff", "RTS/CTS",
-                                                                    "Both"};
-inline constexpr std::array<std::string_view, 5> end_of_block_names = {"LF", "CR", "LF/CR", "CR/LF",
-                                                                       "Custom:"};
-
-/// True when `index` is a position of a table of choices.
-template <std::size_t Size>
-constexpr bool is_choice(const std::array<std::string_view, Size>&, int index) {
-    return index >= 0 && index < static_cast<int>(Size);
-}
 
 /// The choice at `index`; empty ("unset") when there is none.
 template <std::size_t Size>
 constexpr std::string_view choice(const std::array<std::string_view, Size>& choices, int index) {
-    return is_choice(choices, index) ? choices[static_cast<std::size_t>(index)]
-                                     : std::string_view();
+    const bool exists = index >= 0 && index < static_cast<int>(Size);
+    return exists ? choices[static_cast<std::size_t>(index)] : std::string_view();
 }
 
-/// One machine's record: what its settings file of 25 lines holds. The start values are those of a
+/// One machine's record: what its settings file of 25 lines holds, each described in
+/// `machine_fields`. The start values are those of a
 /// new machine. Texts are kept as the file has them; who uses one takes its number or decodes its
 /// control characters.
 struct MachineSettings {
     int com_port = lowest_com_port;  ///< as read: may lie outside 1..128
     int baud_index = 3;              ///< in `baud_rates`; as read: may lie outside
     int stop_bits_index = 2;         ///< in `stop_bit_choices`; as read: may lie outside
-    int tape_code = ascii_even;      ///< always a `Tape_code`
-    int handshake = xon_xoff;        ///< always a `Handshake`
-    int end_of_block = eob_cr_lf;    ///< an `End_of_block`
-    int separate_files = 0;          ///< 1: a received file per program number
+    Tape_code tape_code = Tape_code::ascii_even;
+    Handshake handshake = Handshake::xon_xoff;
+    End_of_block end_of_block = End_of_block::crlf;
+    int separate_files = 0;  ///< 1: a received file per program number
 
-    std::string custom_end_of_block;    ///< meaningful with `eob_custom`; control notation
+    std::string custom_end_of_block;    ///< meaningful with `custom`; control notation
     std::string leader = "%LFCR";       ///< sent before the program; control notation
     std::string trailer = "%";          ///< sent after it; control notation
     std::string handshake_check = "5";  ///< characters between two looks; never empty or 0

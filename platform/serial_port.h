@@ -5,18 +5,16 @@
 #include <string>
 #include <string_view>
 
-namespace kelvane {
+#include "platform/handshake.h"
 
-/// Who holds the machine back, or is held back, on the driver's level. The numbers are those of the
-/// machine's settings file, line 5.
-enum class Handshaking { none = 0, xon_xoff = 1, rts_cts = 2, both = 3 };
+namespace kelvane {
 
 /// All that is set before a port is opened.
 struct Port_settings {
     int com_port = 1;      ///< 1..128
     std::string settings;  ///< baud, parity letter, data bits, stop bits: "9600,N,8,1"
-    Handshaking handshaking = Handshaking::none;  ///< of the driver; for receiving only
-    bool null_discard = false;                    ///< NUL bytes that arrive are thrown away
+    Handshake handshake = Handshake::none;  ///< of the driver; for receiving only
+    bool null_discard = false;              ///< NUL bytes that arrive are thrown away
     /// Every byte that arrives is data, DC1 and DC3 too: the driver may hold the machine back, but
     /// takes nothing that the machine sends as a handshake.
     bool transparent = false;

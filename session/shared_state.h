@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string>
 
+#include "session/tape_code.h"
+
 namespace kelvane {
 
 /// Name of the built-in machine, always at position 0 of the machine list and never in its file.
@@ -64,7 +66,7 @@ struct Shared_state {
     int Add_extension = 0;
 
     // --- Settings of the machine of this transfer, loaded when the transfer starts
-    int TX_code = 0;         ///< tape code 0..3
+    Tape_code TX_code = Tape_code::ascii_even;
     std::string TX_eob;      ///< end of block as characters, before conversion
     int RX_eob = 10;         ///< end of block as it arrives, one byte's value
     int RX_code = 0;         ///< column of the received-byte table: 0 ASCII, 1 EIA

@@ -272,24 +272,25 @@ TEST_F(Machine_forms, a_com_number_is_wired_on_apply_only) {
     const std::string wiring = "# adapters\r\nCOM2=/dev/ttyUSB5\r\n";
     put("Serial port devices", wiring);
     form.show();
-    EXPECT_EQ(form.Device_txt.text(), "/dev/ttyS0");
+    EXPECT_EQ(form.wiring.Device_txt.text(), "/dev/ttyS0");
     house.desktop.devices = {{"/dev/ttyUSB0", "USB serial"}, {"/dev/ttyACM0", ""}};
     house.loop.run_for(3s);
-    EXPECT_THAT(form.Device_lst.items(), ElementsAre("/dev/ttyUSB0  USB serial", "/dev/ttyACM0"));
-    EXPECT_EQ(form.device_hint.caption(), "This device is not among those found now.");
-    form.Device_lst.choose(0);
-    EXPECT_EQ(form.device_hint.caption(), "");
+    EXPECT_THAT(form.wiring.Device_lst.items(),
+                ElementsAre("/dev/ttyUSB0  USB serial", "/dev/ttyACM0"));
+    EXPECT_EQ(form.wiring.device_hint.caption(), "This device is not among those found now.");
+    form.wiring.Device_lst.choose(0);
+    EXPECT_EQ(form.wiring.device_hint.caption(), "");
     form.COM_lst.choose(126);
-    EXPECT_EQ(form.Device_txt.text(), "/dev/ttyUSB5");
-    form.Device_txt.set_text("");
+    EXPECT_EQ(form.wiring.Device_txt.text(), "/dev/ttyUSB5");
+    form.wiring.Device_txt.set_text("");
     form.COM_lst.choose(127);
-    EXPECT_EQ(form.Device_txt.text(), "/dev/ttyUSB0") << "kept until Apply";
+    EXPECT_EQ(form.wiring.Device_txt.text(), "/dev/ttyUSB0") << "kept until Apply";
     form.cancel_button.click();
     EXPECT_EQ(file("Serial port devices"), wiring);
 
     form.show();
-    EXPECT_EQ(form.Device_txt.text(), "/dev/ttyS0");
-    form.Device_lst.choose(0);
+    EXPECT_EQ(form.wiring.Device_txt.text(), "/dev/ttyS0");
+    form.wiring.Device_lst.choose(0);
     form.apply_button.click();
     EXPECT_EQ(file("Serial port devices"), wiring + "COM1=/dev/ttyUSB0\r\n");
 }

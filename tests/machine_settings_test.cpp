@@ -1,9 +1,11 @@
 #include "machines/machine_settings.h"
 
+#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <random>
 
+#include "machines/machine_fields.h"
 #include "machines/machine_files.h"
 #include "machines/port_devices.h"
 #include "support/memory_files.h"
@@ -67,6 +69,17 @@ TEST(Machine_settings, every_line_is_taken_as_its_form_says) {
     }
 }
 
+TEST(Machine_settings, the_document_of_formats_says_what_every_line_is) {
+    std::string rows;
+    for (int line = 1; const Machine_field& field : machine_fields) {
+        rows.append("| ").append(decimal(line++)).append(" | ").append(field.name);
+        rows.append(" | ").append(field.form).append(" |\n");
+    }
+    std::ifstream document(FORMATS_DOCUMENT);
+    const std::string text{std::istreambuf_iterator<char>(document), {}};
+    EXPECT_THAT(text, ::testing::HasSubstr("|---|---|---|\n" + rows + "\n"));
+}
+
 TEST(Machine_settings, a_transfer_counts_old_ports_down_from_four) {
     MachineSettings settings = settings_of("1\n", Old_port_form::from_four);
     EXPECT_EQ(settings.com_port, 3);
@@ -86,12 +99,12 @@ TEST(Machine_settings, what_was_written_reads_back_byte_for_byte) {
         settings.com_port = 1 + below(128);
         for (const auto& [field, count] : {std::pair(&MachineSettings::baud_index, 12),
                                            {&MachineSettings::stop_bits_index, 3},
-                                           {&MachineSettings::tape_code, 4},
-                                           {&MachineSettings::handshake, 4},
-                                           {&MachineSettings::end_of_block, 5},
                                            {&MachineSettings::separate_files, 2}}) {
             settings.*field = below(count);
         }
+        settings.tape_code = static_cast<Tape_code>(below(4));
+        settings.handshake = static_cast<Handshake>(below(4));
+        settings.end_of_block = static_cast<End_of_block>(below(5));
         for (auto field :
              {&MachineSettings::custom_end_of_block, &MachineSettings::leader,
               &MachineSettings::trailer, &MachineSettings::skip_starting_with,

@@ -17,7 +17,7 @@ std::string columns(std::initializer_list<int> bytes) {
 }
 
 std::string name_part(std::string_view file) {
-    const std::string leader = readable_leader(file, 2, "").leader;
+    const std::string leader = readable_leader(file, Tape_code::ascii_no_parity, "").leader;
     return leader.substr(151, leader.size() - 151 - 60);
 }
 
@@ -51,7 +51,7 @@ TEST(Readable_leader, ends_as_the_tape_code_needs) {
     for (const int code : {0, 1, 2, 3}) {
         SCOPED_TRACE(code);
         const bool odd = code % 2 == 1;
-        const auto tape = readable_leader("_", code, "%");
+        const auto tape = readable_leader("_", static_cast<Tape_code>(code), "%");
         EXPECT_EQ(tape.leader, beginning + "\3\3\3\3" + std::string(60, odd ? ' ' : '\0'));
         EXPECT_EQ(tape.trailer, "%" + std::string(odd ? 60 : 0, ' '));
         EXPECT_EQ(tape.tail, std::string(odd ? 180 : 200, '\0') + "\x14");

@@ -60,7 +60,7 @@ TEST(Send, OpensThePortAsTheRecordSays) {
         const Port_settings& port = shop.machine().settings();
         EXPECT_EQ(port.com_port, c.port);
         EXPECT_EQ(port.settings, c.settings);
-        EXPECT_TRUE(port.handshaking == Handshaking::none && port.null_discard);
+        EXPECT_TRUE(port.handshake == Handshake::none && port.null_discard);
     }
 }
 

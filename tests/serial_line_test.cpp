@@ -138,24 +138,24 @@ TEST_F(Serial_line_test, output_counts_as_queued_as_long_as_the_line_needs_for_i
 TEST_F(Serial_line_test, the_driver_handshakes_with_the_machines_own_characters) {
     settings_.xon = '\x11';
     settings_.xoff = '\x93';
-    for (const Handshaking by :
-         {Handshaking::none, Handshaking::xon_xoff, Handshaking::rts_cts, Handshaking::both}) {
-        settings_.handshaking = by;
-        const bool both = by == Handshaking::both;
+    for (const Handshake by :
+         {Handshake::none, Handshake::xon_xoff, Handshake::rts_cts, Handshake::both}) {
+        settings_.handshake = by;
+        const bool both = by == Handshake::both;
         ASSERT_EQ(open(), Port_error::none);
         termios line{};
         ASSERT_EQ(::tcgetattr(slave_, &line), 0);
-        const tcflag_t software = both || by == Handshaking::xon_xoff ? IXON | IXOFF : 0;
+        const tcflag_t software = both || by == Handshake::xon_xoff ? IXON | IXOFF : 0;
         EXPECT_EQ(line.c_iflag & static_cast<tcflag_t>(IXON | IXOFF | IXANY), software);
         EXPECT_EQ((line.c_cflag & static_cast<tcflag_t>(CRTSCTS)) != 0,
-                  both || by == Handshaking::rts_cts);
+                  both || by == Handshake::rts_cts);
         EXPECT_EQ(line.c_cc[VSTART], 0x11);
         EXPECT_EQ(line.c_cc[VSTOP], 0x93);
     }
 }
 
 TEST_F(Serial_line_test, held_output_stays_queued_until_xon_and_never_holds_the_close) {
-    settings_.handshaking = Handshaking::xon_xoff;
+    settings_.handshake = Handshake::xon_xoff;
     ASSERT_EQ(open(), Port_error::none);
     machine_.send("\x13x");
     EXPECT_EQ(port_receives(1), "x");  // any character but Xon resumes nothing

@@ -103,7 +103,7 @@ TEST(Notation, DecodesControlCharacters) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.text);
         std::string result;
-        EXPECT_EQ(parsit(c.text, c.code, result).has_value(), c.fault);
+        EXPECT_EQ(parsit(c.text, static_cast<Tape_code>(c.code), result).has_value(), c.fault);
         EXPECT_EQ(result, c.characters);
     }
     std::string many;
@@ -111,7 +111,7 @@ TEST(Notation, DecodesControlCharacters) {
         many += "<13>";
     }
     std::string result;
-    EXPECT_FALSE(parsit(many, 0, result));
+    EXPECT_FALSE(parsit(many, Tape_code::ascii_even, result));
     EXPECT_EQ(result.size(), 200'000U);
 }
 

@@ -6,10 +6,10 @@ namespace kelvane {
 
 namespace {
 
-constexpr std::size_t even = 0;
-constexpr std::size_t odd = 1;
-constexpr std::size_t no_parity = 2;
-constexpr std::size_t eia_code = 3;
+constexpr auto even = static_cast<std::size_t>(Tape_code::ascii_even);
+constexpr auto odd = static_cast<std::size_t>(Tape_code::ascii_odd);
+constexpr auto no_parity = static_cast<std::size_t>(Tape_code::ascii_no_parity);
+constexpr auto eia_code = static_cast<std::size_t>(Tape_code::eia);
 constexpr int parity_bit = 0x80;
 constexpr int eia_parity_track = 0x10;
 

@@ -3,18 +3,17 @@
 #include <array>
 #include <cstdint>
 
+#include "session/tape_code.h"
+
 namespace kelvane {
 
-/// Columns of the send table.
-inline constexpr int tape_codes = 4;
 /// Columns of the received-byte table.
 enum Receive_column : int { receive_ascii = 0, receive_eia = 1 };
 
-/// The tape codes: ASCII with even, odd and no parity (ISO 646 in 7 bits, the parity in bit 7), and
-/// EIA RS-244 (six tracks, odd parity in track 5, which is bit 4; end of block is track 8).
+/// The tape codes. In EIA track 5, which carries the parity, is bit 4; end of block is track 8.
 struct Code_tables {
-    /// Character code (row) to the byte sent, by tape code. A character that a code lacks is 0.
-    std::array<std::array<std::uint8_t, tape_codes>, 256> code_table{};
+    /// Character code (row) to the byte sent, by `Tape_code`. A character that a code lacks is 0.
+    std::array<std::array<std::uint8_t, tape_code_count>, 256> code_table{};
     /// Received byte (row) to character code, by `Receive_column`. ASCII ignores bit 7, whatever
     /// the parity; EIA is taken with and without its parity track. Where several characters share
     /// one EIA code the highest holds (so "O" for ":", "{" for "]").
@@ -23,10 +22,5 @@ struct Code_tables {
 
 /// Builds both tables; done once at start-up.
 Code_tables Build_code_tables();
-
-/// True for 0..3.
-constexpr bool is_tape_code(int code) {
-    return code >= 0 && code < tape_codes;
-}
 
 }  // namespace kelvane

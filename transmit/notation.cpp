@@ -8,8 +8,6 @@ namespace kelvane {
 
 namespace {
 
-constexpr int eia_tape_code = 3;
-
 std::string with_replaced(std::string_view text, std::string_view word, char character) {
     std::string result;
     std::size_t from = 0;
@@ -53,9 +51,9 @@ Fault_or_ok replace_groups(std::string& text) {
 
 }  // namespace
 
-Fault_or_ok parsit(std::string_view text, int tape_code, std::string& result) {
+Fault_or_ok parsit(std::string_view text, Tape_code tape_code, std::string& result) {
     std::string characters = with_replaced(text, "LF", '\n');
-    characters = with_replaced(characters, "CR", tape_code == eia_tape_code ? '\n' : '\r');
+    characters = with_replaced(characters, "CR", tape_code == Tape_code::eia ? '\n' : '\r');
     characters = with_replaced(characters, "ESC", '\x1b');
     characters = with_replaced(characters, "NUL", '\0');
     if (const Fault_or_ok fault = replace_groups(characters)) {

@@ -16,10 +16,6 @@ constexpr std::size_t tail_of_odd_codes = 180;
 constexpr char blank_column = 0;
 constexpr char odd_filler = 32;
 
-bool is_odd_code(int tape_code) {
-    return tape_code == 1 || tape_code == 3;
-}
-
 std::string spelt(std::string_view name) {
     std::string columns;
     for (const char character : name) {
@@ -34,8 +30,9 @@ std::string spelt(std::string_view name) {
 
 }  // namespace
 
-Readable_leader readable_leader(std::string_view file, int tape_code, std::string_view trailer) {
-    const bool odd = is_odd_code(tape_code);
+Readable_leader readable_leader(std::string_view file, Tape_code tape_code,
+                                std::string_view trailer) {
+    const bool odd = has_odd_parity(tape_code);
     Readable_leader result;
     result.leader = control::dc2 + std::string(columns_before_name, blank_column) +
                     spelt(upper_case(name_of(file))) +

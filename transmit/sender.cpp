@@ -27,31 +27,24 @@ std::bitset<256> set_of(std::string_view characters) {
 Text_sender::Text_sender(Kelvane_lite_form& window, const Code_tables& tables)
     : window_(window), state_(window.state), port_(window.platform.port), tables_(tables) {}
 
-Fault_or_ok Text_sender::sendit(std::string_view block, int code) {
+void Text_sender::sendit(std::string_view block, Tape_code code) {
     if (state_.exclamation_point_delay && block.starts_with('!')) {
         window_.wait_for_timer(window_.exclamation_timer);
-        return std::nullopt;
-    }
-    if (!is_tape_code(code)) {
-        return Fault::subscript_out_of_range;
+        return;
     }
     send_chunks(converted(block, code, state_.TX_Mask));
-    return std::nullopt;
 }
 
-Fault_or_ok Text_sender::sendit2(std::string_view text, int code) {
-    if (!is_tape_code(code)) {
-        return Fault::subscript_out_of_range;
-    }
+void Text_sender::sendit2(std::string_view text, Tape_code code) {
     send_chunks(converted(text, code, {}));
-    return std::nullopt;
 }
 
 void Text_sender::Wait_for_Xon() {
     static_cast<void>(wait_until_clear(false));
 }
 
-std::string Text_sender::converted(std::string_view text, int code, std::string_view mask) const {
+std::string Text_sender::converted(std::string_view text, Tape_code code,
+                                   std::string_view mask) const {
     const std::bitset<256> masked = set_of(mask);
     const auto column = static_cast<std::size_t>(code);
     std::string bytes;

@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include "frame/main_window.h"
-#include "platform/fault.h"
 #include "transmit/code_tables.h"
 
 namespace kelvane {
@@ -19,10 +18,10 @@ class Text_sender {
 
     /// Sends one program block that ends with its end of block. Masked characters vanish; a block
     /// that begins with "!" is only a pause when such pauses are set. Returns early when `escape`
-    /// is 1 or the port has gone. A code outside 0..3 is a fault, and nothing is sent.
-    [[nodiscard]] Fault_or_ok sendit(std::string_view block, int code);
+    /// is 1 or the port has gone.
+    void sendit(std::string_view block, Tape_code code);
     /// Leaders, trailers and select codes: as `sendit` without pauses and mask.
-    [[nodiscard]] Fault_or_ok sendit2(std::string_view text, int code);
+    void sendit2(std::string_view text, Tape_code code);
     /// Returns when sending is allowed, or when `escape` is 1 or the port has gone.
     void Wait_for_Xon();
 
@@ -37,7 +36,7 @@ class Text_sender {
     void put(std::string_view bytes);
 
   private:
-    [[nodiscard]] std::string converted(std::string_view text, int code,
+    [[nodiscard]] std::string converted(std::string_view text, Tape_code code,
                                         std::string_view mask) const;
     void send_chunks(std::string_view bytes);
     [[nodiscard]] bool held();

@@ -5,7 +5,7 @@
 
 namespace kelvane {
 
-Fault_or_ok Send_switchbox_codes(Kelvane_lite_form& window, Text_sender& sender, int code) {
+Fault_or_ok Send_switchbox_codes(Kelvane_lite_form& window, Text_sender& sender, Tape_code code) {
     window.platform.desktop.beep();
     const std::string line =
         read_switchbox_text(window.platform.files, window.state.IO_device_name);
@@ -16,7 +16,8 @@ Fault_or_ok Send_switchbox_codes(Kelvane_lite_form& window, Text_sender& sender,
     if (const Fault_or_ok fault = parsit(line, code, codes)) {
         return fault;
     }
-    return sender.sendit2(codes, code);
+    sender.sendit2(codes, code);
+    return std::nullopt;
 }
 
 }  // namespace kelvane

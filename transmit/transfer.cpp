@@ -76,7 +76,7 @@ Port_settings Transfer::port_settings(int mode) const {
     Port_settings port;
     port.com_port = settings_.com_port;
     port.settings = port_settings_text(settings_, state_.TX_code);
-    port.handshaking = mode == receive ? settings_.handshaking : Handshaking::none;
+    port.handshake = mode == receive ? settings_.handshake : Handshake::none;
     port.transparent = mode == receive ? state_.RX_binary : state_.TX_binary != 0;
     port.null_discard = !port.transparent;
     port.xon = state_.Xon_char;

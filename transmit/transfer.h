@@ -41,10 +41,10 @@ class Transfer {
     [[nodiscard]] Fault_or_ok send_text();
     [[nodiscard]] bool prepare_text();
     void wait_for_start();
-    [[nodiscard]] Fault_or_ok send_program();
-    [[nodiscard]] Fault_or_ok send_pass();
-    [[nodiscard]] Fault_or_ok send_all_lines();
-    [[nodiscard]] Fault_or_ok send_trailer();
+    void send_program();
+    void send_pass();
+    void send_all_lines();
+    void send_trailer();
     [[nodiscard]] std::optional<std::string> as_sent(std::string line) const;
     void show_line(const std::string& line);
     void count_line(const std::string& line);

@@ -15,7 +15,7 @@ namespace kelvane {
 namespace {
 
 /// The readable leader and the tail are bit patterns, not text: sent as they are.
-constexpr int as_it_is = 2;
+constexpr Tape_code as_it_is = Tape_code::ascii_no_parity;
 
 }  // namespace
 
@@ -53,13 +53,12 @@ Fault_or_ok Transfer::send_text() {
         return fault;
     }
     wait_for_start();
-    Fault_or_ok fault;
     if (state_.IOsend_cancel != 1 && !given_up()) {
-        fault = send_program();
+        send_program();
     }
     platform_.files.remove(platform_.files.program_path(file_names::scratch));
     platform_.desktop.beep();
-    return fault;
+    return std::nullopt;
 }
 
 /// Makes the working copy, shows it, and tries the whole expansion of called files, so that nothing
@@ -94,63 +93,56 @@ void Transfer::wait_for_start() {
     }
 }
 
-Fault_or_ok Transfer::send_program() {
+void Transfer::send_program() {
     do {
-        if (const Fault_or_ok fault = send_pass()) {
-            return fault;
-        }
+        send_pass();
         if (given_up() || state_.DNC_alarm || state_.DNC_cycle == 0) {
             break;
         }
         begin_next_cycle();
     } while (!ends_between_lines());
-    return std::nullopt;
 }
 
-Fault_or_ok Transfer::send_pass() {
+void Transfer::send_pass() {
     for (const auto& [text, code] :
          {std::pair(&readable_.leader, as_it_is), std::pair(&current_line_, state_.TX_code)}) {
-        if (const Fault_or_ok fault = sender_.sendit2(*text, code)) {
-            return fault;
-        }
+        sender_.sendit2(*text, code);
         if (given_up()) {
-            return std::nullopt;
+            return;
         }
     }
-    return send_all_lines();
+    send_all_lines();
 }
 
-Fault_or_ok Transfer::send_all_lines() {
+void Transfer::send_all_lines() {
     std::string line;
     lines_.Get_next_line(Sub_file_reader::reset, line);
     while (lines_.Get_next_line(1, line)) {
         show_line(line);
         if (state_.DNC_alarm || ends_between_lines()) {
-            return std::nullopt;
+            return;
         }
         if (const auto block = as_sent(line)) {
-            if (const Fault_or_ok fault = sender_.sendit(*block + state_.TX_eob, state_.TX_code)) {
-                return fault;
-            }
+            sender_.sendit(*block + state_.TX_eob, state_.TX_code);
         }
         count_line(line);
         if (given_up()) {
-            return std::nullopt;
+            return;
         }
     }
     if (lines_.error()) {
         window_.box(expansion_error_text(*lines_.error()) +
                     "\nThe transfer has ended before its end.");
-        return std::nullopt;
+        return;
     }
-    return ends_between_lines() ? std::nullopt : send_trailer();
+    if (!ends_between_lines()) {
+        send_trailer();
+    }
 }
 
-Fault_or_ok Transfer::send_trailer() {
-    if (const Fault_or_ok fault = sender_.sendit2(readable_.trailer, state_.TX_code)) {
-        return fault;
-    }
-    return sender_.sendit2(readable_.tail, as_it_is);
+void Transfer::send_trailer() {
+    sender_.sendit2(readable_.trailer, state_.TX_code);
+    sender_.sendit2(readable_.tail, as_it_is);
 }
 
 /// The line after the send options, or no value when nothing of it is sent.

@@ -43,26 +43,27 @@ MachineSettings without_file() {
     return settings;
 }
 
-int received_block_end(bool by_carriage_return, int tape_code) {
+int received_block_end(bool by_carriage_return, Tape_code tape_code) {
     if (by_carriage_return) {
-        return tape_code == ascii_even ? 141 : 13;
+        return tape_code == Tape_code::ascii_even ? 141 : 13;
     }
-    return tape_code == ascii_odd ? 138 : 10;
+    return tape_code == Tape_code::ascii_odd ? 138 : 10;
 }
 
 Fault_or_ok take_block_end(const MachineSettings& record, Shared_state& state) {
-    state.RX_code = record.tape_code == eia ? 1 : 0;
-    if (record.tape_code == eia) {
+    state.RX_code = record.tape_code == Tape_code::eia ? 1 : 0;
+    if (record.tape_code == Tape_code::eia) {
         state.TX_eob = "\n";
         state.RX_eob = eia_end_of_block;
         return std::nullopt;
     }
-    if (record.end_of_block == eob_custom) {
+    if (record.end_of_block == End_of_block::custom) {
         state.RX_eob = received_block_end(false, record.tape_code);
         return parsit(record.custom_end_of_block, record.tape_code, state.TX_eob);
     }
-    const int known = record.end_of_block == eob_unknown ? eob_cr_lf : record.end_of_block;
-    const Block_end& end = block_ends[known];
+    const End_of_block known =
+        record.end_of_block == End_of_block::unknown ? End_of_block::crlf : record.end_of_block;
+    const Block_end& end = block_ends[static_cast<std::size_t>(known)];
     state.TX_eob = end.sent;
     state.RX_eob = received_block_end(end.by_carriage_return, record.tape_code);
     return std::nullopt;
@@ -73,11 +74,12 @@ void take_port(const MachineSettings& record, Shared_state& state, Transfer_sett
     settings.baud = choice(baud_rates, record.baud_index);
     settings.stop_bits = choice(stop_bit_choices, record.stop_bits_index);
     settings.eight_data_bits = record.eight_data_bits;
-    settings.handshaking = static_cast<Handshaking>(record.handshake);
+    settings.handshake = record.handshake;
     state.TX_code = record.tape_code;
-    state.Xonhs = record.handshake == xon_xoff || record.handshake == handshake_both;
-    state.RTShs = record.handshake == rts_cts || record.handshake == handshake_both;
-    const Handshake_characters& characters = handshake_characters[record.tape_code];
+    state.Xonhs = uses_xon_xoff(record.handshake);
+    state.RTShs = uses_rts_cts(record.handshake);
+    const Handshake_characters& characters =
+        handshake_characters[static_cast<std::size_t>(record.tape_code)];
     state.Xon_char = static_cast<char>(characters.xon);
     state.Xoff_char = static_cast<char>(characters.xoff);
 }
@@ -150,11 +152,11 @@ Fault_or_ok load_transfer_settings(Kelvane_lite_form& window, Transfer_settings&
     return take_texts(record, window.state, settings);
 }
 
-std::string port_settings_text(const Transfer_settings& settings, int tape_code) {
+std::string port_settings_text(const Transfer_settings& settings, Tape_code tape_code) {
     const char* parity = ",N,8,";
-    if (settings.eight_data_bits && tape_code == ascii_even) {
+    if (settings.eight_data_bits && tape_code == Tape_code::ascii_even) {
         parity = ",E,8,";
-    } else if (settings.eight_data_bits && tape_code == ascii_odd) {
+    } else if (settings.eight_data_bits && tape_code == Tape_code::ascii_odd) {
         parity = ",O,8,";
     }
     return settings.baud + parity + settings.stop_bits;

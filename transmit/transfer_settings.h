@@ -17,7 +17,7 @@ struct Transfer_settings {
     std::string baud;       ///< empty: the record names no rate
     std::string stop_bits;  ///< "2", "1.5" or "1"
     bool eight_data_bits = false;
-    Handshaking handshaking = Handshaking::none;
+    Handshake handshake = Handshake::none;
     int timeout_s = 3;  ///< end of a receive: seconds of silence, 1..65
 };
 
@@ -32,6 +32,7 @@ void clear_transfer_state(Shared_state& state);
 
 /// The port's settings string: "9600,N,8,1". With 7 data bits the parity bit comes from the code
 /// table, so the line runs 8 bits without parity.
-[[nodiscard]] std::string port_settings_text(const Transfer_settings& settings, int tape_code);
+[[nodiscard]] std::string port_settings_text(const Transfer_settings& settings,
+                                             Tape_code tape_code);
 
 }  // namespace kelvane

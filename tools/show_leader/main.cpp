@@ -60,7 +60,9 @@ int main(int count, char** arguments) {
     if (count == 1) {
         print_font();
     } else {
-        print_tape(kelvane::readable_leader(arguments[1], code[0] - '0', "").leader);
+        print_tape(kelvane::readable_leader(arguments[1],
+                                            static_cast<kelvane::Tape_code>(code[0] - '0'), "")
+                       .leader);
     }
     return 0;
 }

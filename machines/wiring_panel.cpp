@@ -1,0 +1,90 @@
+#include "machines/wiring_panel.h"
+
+#include <algorithm>
+
+#include "machines/configure_form.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr int device_interval = 2000;
+
+std::string device_text(const Serial_device& device) {
+    return device.description.empty() ? device.path : device.path + "  " + device.description;
+}
+
+}  // namespace
+
+Wiring_panel::Wiring_panel(Platform& platform, configure_IO_lite& form)
+    : device_timer(platform.loop, device_interval),
+      form_(form),
+      desktop_(platform.desktop),
+      wiring_(platform.files) {
+    device_hint.plain = true;
+    form.COM_lst.on_mouse_down = [this] { show(); };
+    Device_txt.on_change = [this] { device_changed(); };
+    Device_lst.on_mouse_down = [this] {
+        Device_txt.set_text(found_[static_cast<std::size_t>(Device_lst.selected())].path);
+    };
+    device_timer.on_tick = [this] { refresh(); };
+}
+
+void Wiring_panel::begin() {
+    wiring_.forget();
+    show();
+    refresh();
+    device_timer.set_enabled(true);
+}
+
+void Wiring_panel::show() {
+    const auto device = wiring_.device(form_.shown_com_port());
+    unreadable_ = device.reason();
+    Device_txt.set_enabled(device.has_value());
+    Device_lst.set_enabled(device.has_value());
+    Device_txt.set_text(device.value_or(""));
+    show_found_device();
+}
+
+void Wiring_panel::device_changed() {
+    const int port = form_.shown_com_port();
+    const auto device = wiring_.device(port);
+    if (device && Device_txt.text() != *device) {
+        wiring_.set_device(port, Device_txt.text());
+    }
+    show_found_device();
+}
+
+void Wiring_panel::refresh() {
+    found_ = desktop_.serial_devices();
+    std::vector<std::string> texts;
+    std::transform(found_.begin(), found_.end(), std::back_inserter(texts), device_text);
+    if (texts != Device_lst.items()) {
+        Device_lst.set_items(std::move(texts));
+    }
+    show_found_device();
+}
+
+void Wiring_panel::show_found_device() {
+    const auto found = std::find_if(found_.begin(), found_.end(), [this](const auto& device) {
+        return device.path == Device_txt.text();
+    });
+    const bool is_there = found != found_.end();
+    const int position = is_there ? static_cast<int>(found - found_.begin()) : -1;
+    if (Device_lst.selected() != position) {
+        Device_lst.select(position);
+    }
+    device_hint.set_caption(hint(is_there));
+}
+
+std::string Wiring_panel::hint(bool is_there) const {
+    if (!unreadable_.empty()) {
+        return "What COM numbers are wired to cannot be read: " + unreadable_;
+    }
+    if (found_.empty()) {
+        return "No serial device is there now.";
+    }
+    return is_there ? "" : "This device is not among those found now.";
+}
+
+}  // namespace kelvane

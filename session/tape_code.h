@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstddef>
+
+namespace kelvane {
+
+/// The codes in which a machine reads and punches. The numbers are those of the machines' settings
+/// files and the columns of the send table.
+enum class Tape_code {
+    ascii_even = 0,       ///< ISO 646 in 7 bits, bit 7 makes the number of holes even
+    ascii_odd = 1,        ///< the same with odd parity
+    ascii_no_parity = 2,  ///< bit 7 always 0
+    eia = 3,              ///< EIA RS-244: six tracks, odd parity in track 5
+};
+
+inline constexpr std::size_t tape_code_count = 4;
+
+/// True for the codes that punch an odd number of holes for every character, so that blank tape is
+/// no character of theirs.
+constexpr bool has_odd_parity(Tape_code code) {
+    return code == Tape_code::ascii_odd || code == Tape_code::eia;
+}
+
+}  // namespace kelvane
