@@ -71,8 +71,11 @@ bool same_path(const std::string& one, const std::string& other) {
 }
 
 std::string backup_path(std::string_view path) {
-    const std::size_t dot = path.rfind('.');
-    return std::string(path.substr(0, dot)) + ".bak";
+    const std::string name = name_of(path);
+    const std::size_t dot = name.rfind('.');
+    const bool extended = dot != std::string::npos && dot > 0;
+    const std::size_t extension = extended ? name.size() - dot : 0;
+    return std::string(path.substr(0, path.size() - extension)) + ".bak";
 }
 
 }  // namespace kelvane

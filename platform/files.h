@@ -68,9 +68,8 @@ bool can_be_file_name(std::string_view name);
 bool is_absolute_path(std::string_view path);
 /// True when both paths spell the same file, relative parts resolved; links are not followed.
 bool same_path(const std::string& one, const std::string& other);
-/// `path` with what follows its last "." replaced by "bak"; ".bak" appended when it has no "." at
-/// all. The cut is at the last dot of the whole path, folders included: a name without an extension
-/// in a folder "A.B" is cut inside the folder's name.
+/// `path` with its extension replaced by ".bak", which is appended when there is none. An extension
+/// begins at the last "." of the file's own name; a dot that begins the name begins none.
 std::string backup_path(std::string_view path);
 
 }  // namespace kelvane
