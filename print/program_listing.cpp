@@ -64,11 +64,9 @@ std::optional<Listing> Program_listing::compose(const std::string& path) {
     printer_.set_font_size(layout_.font_size == 10 ? 12 : 10);
     Test_barcode(barcode_font_);
     set_listing_font();
-    const bool barcode_room =
-        barcode_font_ ||
-        (layout_.wants_barcode() && printer_.can_draw_barcodes() && barcode_can_stand(path));
-    Listing listing = compose_listing(source_of(path, std::move(*content)), layout_, barcode_room,
-                                      [this] { return proceed(); });
+    Listing listing =
+        compose_listing(source_of(path, std::move(*content)), layout_,
+                        barcode_font_ || prints_barcode(path), [this] { return proceed(); });
     if (listing.fault) {
         say(std::string(fault_text(*listing.fault)));
     }
@@ -91,7 +89,8 @@ void Program_listing::output(const Listing& listing, const std::string& path,
         say(printer_.last_error());
         return;
     }
-    printer_.fit_page(listing_rows(listing, layout_, barcode_block_rows), listing_columns(layout_));
+    const int barcode_rows = prints_barcode(path) ? barcode_block_rows : 0;
+    printer_.fit_page(listing_rows(listing, layout_, barcode_rows), listing_columns(layout_));
     const bool printed = print_pages(listing, path) && printer_.end_document();
     if (!printed) {
         printer_.abort_document();
@@ -142,8 +141,9 @@ std::string Program_listing::barcode_text(const std::string& path) const {
     return layout_.barcode_path ? barcode_path_text(path) : barcode_file_text(path);
 }
 
-bool Program_listing::barcode_can_stand(const std::string& path) const {
-    return characters_without_barcode(barcode_text(path)).empty();
+bool Program_listing::prints_barcode(const std::string& path) const {
+    return layout_.wants_barcode() && (barcode_font_ || printer_.can_draw_barcodes()) &&
+           characters_without_barcode(barcode_text(path)).empty();
 }
 
 bool Program_listing::Print_barcode(const std::string& path) {

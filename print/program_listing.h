@@ -48,7 +48,8 @@ class Program_listing {
     [[nodiscard]] Bars print_bars(const std::string& text);
     [[nodiscard]] std::string margin() const;
     [[nodiscard]] std::string barcode_text(const std::string& path) const;
-    [[nodiscard]] bool barcode_can_stand(const std::string& path) const;
+    /// Bar codes are wanted and can be made of `path`.
+    [[nodiscard]] bool prints_barcode(const std::string& path) const;
     void set_listing_font();
     void begin_display();
     void end_display();

@@ -47,6 +47,7 @@ TEST_F(Print_listing, prints_in_the_layouts_font_and_says_where_to) {
     EXPECT_THAT(printer.sizes, ElementsAre(12, 10));
     EXPECT_TRUE(printer.font_bold && !printer.font_italic);
     EXPECT_EQ(printer.documents_ended, 1);
+    EXPECT_EQ(printer.fitted_rows, 4) << "no room is taken for bar codes that are not wanted";
     EXPECT_EQ(window.Text1.text(), "");
     EXPECT_EQ(window.state.Print_first_page_only, 0);
     EXPECT_THAT(window.status_label.caption(), HasSubstr("Listing sent to Test printer"));
@@ -59,6 +60,7 @@ TEST_F(Print_listing, reverse_order_with_drawn_bar_codes) {
     printer.draws_barcodes = true;
     listing.Print_listing();
     EXPECT_THAT(printer.pages, ElementsAre("\n\n C\n\n\n\n\n\n", bars + " A\n B\n"));
+    EXPECT_EQ(printer.fitted_rows, 8);
 }
 
 TEST_F(Print_listing, bar_codes_of_the_path_in_the_installed_font) {

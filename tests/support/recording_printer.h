@@ -25,7 +25,7 @@ class Recording_printer : public Printer {
         pages.assign(1, {});
         return works;
     }
-    void fit_page(int, int) override {}
+    void fit_page(int rows, int) override { fitted_rows = rows; }
     bool print(std::string_view text) override {
         pages.back() += text;
         on_print();
@@ -59,6 +59,7 @@ class Recording_printer : public Printer {
     bool aborted = false;
     Print_destination destination = Print_destination::paper;
     int documents_ended = 0;
+    int fitted_rows = 0;
     std::vector<std::string> pages;
     std::function<void()> on_print = [] {};  ///< the operator's chance to act
 };
