@@ -2,26 +2,23 @@
 
 #include <algorithm>
 
+#include "platform/lines.h"
+
 namespace kelvane {
 
 namespace {
 
 /// A text widget takes seconds for a line of a megabyte.
 constexpr std::size_t longest_line = 4096;
-constexpr std::string_view line_ends = "\r\n";
 
 /// The first byte of the next line, or the text's length.
 std::size_t next_start(std::string_view text, std::size_t from) {
-    const std::string_view ahead = text.substr(from, longest_line);
-    const auto found = std::find_if(ahead.begin(), ahead.end(),
-                                    [](char byte) { return byte == '\r' || byte == '\n'; });
-    if (found != ahead.end()) {
-        const auto end = static_cast<std::size_t>(found - ahead.begin());
-        const bool pair = text.substr(from + end, 2) == line_ends;
-        return from + end + (pair ? 2 : 1);
+    const std::size_t cut = std::min(from + longest_line, text.size());
+    const std::size_t end = find_line_end(text.substr(0, cut), from);
+    if (end < cut) {
+        return end + line_end_length(text, end);
     }
     // A character of several UTF-8 bytes stays whole.
-    const std::size_t cut = from + ahead.size();
     const std::size_t last_cut = std::min(cut + 3, text.size());
     std::size_t next = cut;
     while (next < last_cut && (static_cast<unsigned char>(text[next]) & 0xC0U) == 0x80U) {
@@ -53,7 +50,7 @@ std::size_t Text_map::line_at(std::size_t offset) const {
 
 std::string_view Text_map::line(std::string_view text, std::size_t line) const {
     const std::string_view whole = text.substr(start(line), start(line + 1) - start(line));
-    return whole.substr(0, whole.find_first_of(line_ends));
+    return whole.substr(0, find_line_end(whole));
 }
 
 }  // namespace kelvane

@@ -7,7 +7,7 @@
 namespace kelvane {
 
 /// Where the lines of a text begin, so that a byte offset is found in a time that hardly grows with
-/// the text. Lines end at CR LF, LF or CR; one without an end in sight is cut.
+/// the text. Lines end as in `Lines`; one without an end in sight is cut.
 class Text_map {
   public:
     Text_map() : starts_{0} {}

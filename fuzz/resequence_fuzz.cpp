@@ -1,8 +1,8 @@
 // Renumbering of any bytes with any options.
 
-#include <algorithm>
-
 #include "fuzz_input.h"
+#include "platform/basic_text.h"
+#include "platform/lines.h"
 #include "resequence/engine.h"
 #include "resequence/preview.h"
 
@@ -24,10 +24,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view program = input.rest();
     const Resequence_result result = resequence(program, options);
     if (const auto* done = std::get_if<Resequenced>(&result)) {
-        const bool unfinished = !program.empty() && program.back() != '\n';
-        const auto lines = std::count(program.begin(), program.end(), '\n') + (unfinished ? 1 : 0);
-        fuzz::require(std::count(done->text.begin(), done->text.end(), '\n') == lines ||
-                          options.n_character.find('\n') != std::string::npos,
+        fuzz::require(count_lines(done->text) == count_lines(without_end_mark(program)) ||
+                          options.n_character.find_first_of(cr_lf) != std::string::npos,
                       "no line is lost or added");
     }
     static_cast<void>(preview_resequencing(program, options));

@@ -1,19 +1,11 @@
 #include "machines/port_devices.h"
 
 #include "platform/basic_text.h"
+#include "platform/lines.h"
 
 namespace kelvane {
 
 namespace {
-
-/// The first line of `rest` with its line end, taken off it.
-std::string_view take_line(std::string_view& rest) {
-    const std::size_t end = rest.find('\n');
-    const std::size_t length = end == std::string_view::npos ? rest.size() : end + 1;
-    const std::string_view line = rest.substr(0, length);
-    rest.remove_prefix(length);
-    return line;
-}
 
 /// What the line wires the number to; no value when it is not the number's line.
 std::optional<std::string_view> device_in_line(std::string_view line, int com_port) {
@@ -28,8 +20,8 @@ std::optional<std::string_view> device_in_line(std::string_view line, int com_po
 }  // namespace
 
 std::optional<std::string> wired_device(std::string_view text, int com_port) {
-    while (!text.empty()) {
-        if (const auto device = device_in_line(take_line(text), com_port)) {
+    for (Lines lines(text); !lines.at_end();) {
+        if (const auto device = device_in_line(lines.take(), com_port)) {
             return device->empty() ? std::nullopt : std::optional<std::string>(*device);
         }
     }
@@ -55,13 +47,13 @@ std::string text_with_device(std::string_view text, int com_port, std::string_vi
         new_line.append("COM").append(decimal(com_port)).append("=").append(wanted).append(cr_lf);
     }
     std::string result;
-    while (!text.empty()) {
-        const std::string_view line = take_line(text);
-        if (device_in_line(line, com_port)) {
+    for (Lines lines(text); !lines.at_end();) {
+        const std::size_t start = lines.position();
+        if (device_in_line(lines.take(), com_port)) {
             result += new_line;
             new_line.clear();
         } else {
-            result += line;
+            result += text.substr(start, lines.position() - start);
         }
     }
     if (!new_line.empty() && !result.empty() && result.back() != '\n') {

@@ -5,6 +5,8 @@
 #include <limits>
 #include <utility>
 
+#include "platform/lines.h"
+
 namespace kelvane {
 
 namespace {
@@ -111,14 +113,9 @@ bool Text_reader::line(std::string& target) {
         failed_ = true;
         return false;
     }
-    const std::size_t found = content_.find('\n', position_);
-    const std::size_t end = found == std::string::npos ? content_.size() : found;
-    std::size_t length = end - position_;
-    if (found != std::string::npos && length > 0 && content_[end - 1] == '\r') {
-        --length;
-    }
-    target = content_.substr(position_, length);
-    position_ = found == std::string::npos ? end : end + 1;
+    Lines lines(content_, position_);
+    target = lines.take();
+    position_ = lines.position();
     return true;
 }
 
@@ -154,10 +151,8 @@ bool Text_reader::take_field(std::string& target, bool blanks_count) {
 
 /// Past the comma or line end that ends a field.
 void Text_reader::skip_separator() {
-    if (content_.compare(position_, cr_lf.size(), cr_lf) == 0) {
-        position_ += cr_lf.size();
-    } else if (position_ < content_.size()) {
-        ++position_;
+    if (!at_end()) {
+        position_ += std::max<std::size_t>(line_end_length(content_, position_), 1);
     }
 }
 

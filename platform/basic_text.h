@@ -48,8 +48,8 @@ class Text_reader {
     /// `content` without a value (the file could not be read) is a reader that has already failed.
     explicit Text_reader(Result<std::string> content);
 
-    /// Reads up to the next CR LF or LF, which is consumed and not part of the line. False at the
-    /// end of the text, with `target` unchanged. A last line without line end still counts.
+    /// Reads the next line (see `Lines`) without its end. False at the end of the text, with
+    /// `target` unchanged.
     bool line(std::string& target);
 
     /// Reads the next field: blanks at both ends skipped, ended by a comma or a line end; in a

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/basic_text.h"
+#include "platform/lines.h"
 
 namespace kelvane {
 
@@ -34,12 +35,6 @@ int line_characters(const Page_layout& layout) {
     return std::clamp(layout.line_length, 1 + given, most_line_characters) - given;
 }
 
-std::size_t count_lines(std::string_view content) {
-    const auto ends = std::count(content.begin(), content.end(), '\n');
-    const bool open_end = !content.empty() && content.back() != '\n';
-    return static_cast<std::size_t>(ends) + (open_end ? 1 : 0);
-}
-
 std::string number_text(std::size_t number) {
     return Str(static_cast<std::int64_t>(number));
 }
@@ -50,6 +45,7 @@ class Composer {
   public:
     Composer(const Listing_source& source, const Page_layout& layout, bool barcode_room)
         : source_(source),
+          text_(without_end_mark(source.content)),
           layout_(layout),
           barcode_room_(barcode_room),
           lines_(page_lines(layout)),
@@ -61,8 +57,8 @@ class Composer {
         if (layout_.description) {
             put_header();
         }
-        Text_reader reader(source_.content);
-        while (fill_page(reader, proceed)) {
+        Lines lines(text_);
+        while (fill_page(lines, proceed)) {
             finish_page();
         }
         if (!listing_.fault && !listing_.stopped) {
@@ -85,7 +81,7 @@ class Composer {
     }
 
     void put_header() {
-        const std::size_t lines = count_lines(source_.content);
+        const std::size_t lines = count_lines(text_);
         const std::size_t pages = lines / static_cast<std::size_t>(lines_) + 1;
         put_header_line("File:     ", source_.path);
         put_header_line("Name:     ", program_description(source_.content));
@@ -99,17 +95,16 @@ class Composer {
     }
 
     /// Fills the page with program lines. False at the end of the file or when no page can follow.
-    bool fill_page(Text_reader& reader, const std::function<bool()>& proceed) {
+    bool fill_page(Lines& lines, const std::function<bool()>& proceed) {
         if (listing_.pages.size() >= most_listing_pages) {
             listing_.fault = Fault::subscript_out_of_range;
             return false;
         }
-        std::string line;
         while (printed_ <= lines_) {
-            if (!reader.line(line)) {
+            if (lines.at_end()) {
                 return false;
             }
-            put_line(line);
+            put_line(lines.take());
             if (!proceed()) {
                 listing_.stopped = true;
                 return false;
@@ -165,6 +160,7 @@ class Composer {
     }
 
     const Listing_source& source_;
+    const std::string_view text_;  ///< of the program
     const Page_layout& layout_;
     const bool barcode_room_;
     const int lines_;
@@ -175,12 +171,6 @@ class Composer {
     int printed_ = first_line;
     std::size_t source_line_ = 1;
 };
-
-int text_rows(std::string_view page) {
-    const auto ends = std::count(page.begin(), page.end(), '\n');
-    const bool open_end = !page.empty() && page.back() != '\n';
-    return static_cast<int>(ends) + (open_end ? 1 : 0);
-}
 
 }  // namespace
 
@@ -216,7 +206,7 @@ int listing_rows(const Listing& listing, const Page_layout& layout, int barcode_
     int fullest = 1;
     int above = barcode_rows;
     for (const std::string& page : listing.pages) {
-        fullest = std::max(fullest, text_rows(page) + above);
+        fullest = std::max(fullest, static_cast<int>(count_lines(page)) + above);
         above = 0;
     }
     const int promised = std::max(page_lines(layout), first_line_under_barcode_and_header) + 5;

@@ -4,21 +4,11 @@
 #include <cmath>
 
 #include "platform/basic_text.h"
+#include "platform/lines.h"
 
 namespace kelvane {
 
 namespace {
-
-/// Takes the next line of `rest`, without its line end.
-std::string_view take_line(std::string_view& rest) {
-    const std::size_t end = rest.find('\n');
-    std::string_view line = rest.substr(0, end);
-    rest = end == std::string_view::npos ? std::string_view() : rest.substr(end + 1);
-    if (line.ends_with('\r')) {
-        line.remove_suffix(1);
-    }
-    return line;
-}
 
 bool begins_program(std::string_view line) {
     return line.starts_with('O') || line.starts_with(':');
@@ -33,8 +23,8 @@ std::int64_t number_of(std::string_view line) {
 
 std::optional<std::vector<Received_program>> separate_programs(std::string_view text) {
     std::vector<Received_program> programs;
-    while (!text.empty()) {
-        const std::string_view line = take_line(text);
+    for (Lines lines(text); !lines.at_end();) {
+        const std::string_view line = lines.take();
         if (begins_program(line)) {
             if (programs.size() == most_programs) {
                 return std::nullopt;
@@ -53,11 +43,11 @@ std::string program_file_name(std::string_view path, std::int64_t number) {
 }
 
 std::string as_complete_lines(std::string_view text) {
-    std::string lines;
-    while (!text.empty()) {
-        lines.append(take_line(text)).append(cr_lf);
+    std::string complete;
+    for (Lines lines(text); !lines.at_end();) {
+        complete.append(lines.take()).append(cr_lf);
     }
-    return lines;
+    return complete;
 }
 
 }  // namespace kelvane

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/basic_text.h"
+#include "platform/lines.h"
 #include "resequence/block.h"
 #include "resequence/goto_table.h"
 
@@ -17,40 +18,15 @@ constexpr std::size_t portion_length = 8192;
 /// What ended a pass before its time.
 using Early_end = std::optional<Resequence_result>;
 
-/// Hands a text out in portions of whole lines and lines in a portion, with their ends.
-class Lines {
-  public:
-    explicit Lines(std::string_view text) : text_(text) {}
-
-    [[nodiscard]] bool at_end() const { return text_.empty(); }
-
-    /// The next lines: about `length` bytes, at least one line.
-    std::string_view take(std::size_t length) {
-        const std::size_t last = std::max<std::size_t>(std::min(length, text_.size()), 1) - 1;
-        const std::size_t end = text_.find('\n', last);
-        const std::size_t count = end == std::string_view::npos ? text_.size() : end + 1;
-        const std::string_view lines = text_.substr(0, count);
-        text_.remove_prefix(count);
-        return lines;
-    }
-
-  private:
-    std::string_view text_;
-};
-
-std::string_view without_line_end(std::string_view line) {
-    if (line.ends_with('\n')) {
-        line.remove_suffix(line.ends_with(cr_lf) ? 2 : 1);
-    }
-    return line;
-}
-
 /// One run over one text; the passes are its members, in their order.
 class Resequencer {
   public:
     Resequencer(std::string_view text, const Resequence_options& options,
                 const Resequence_progress& progress)
-        : text_(text), options_(options), progress_(progress), numbers_(options) {}
+        : text_(without_end_mark(text)),
+          options_(options),
+          progress_(progress),
+          numbers_(options) {}
 
     Resequence_result run() {
         if (options_.maximum_with_gotos()) {
@@ -68,9 +44,9 @@ class Resequencer {
 
   private:
     Early_end collect_targets();
-    Early_end collect_targets_of(std::string_view lines);
+    Early_end collect_targets_of(std::string_view line);
     Early_end renumber();
-    [[nodiscard]] bool renumber_line(std::string_view line);
+    Early_end renumber_line(std::string_view line);
     [[nodiscard]] bool stays_as_read(std::string_view line) const;
     [[nodiscard]] bool gets_no_number(const Block& block, bool bracketed) const;
     void write_numbered(const Block& block, const std::string& number);
@@ -78,7 +54,23 @@ class Resequencer {
     Early_end rewrite_gotos_of(std::string_view line, std::string& rewritten) const;
     [[nodiscard]] bool in_brackets(const Block& block);
 
-    [[nodiscard]] bool goes_on(int percent) const { return !progress_ || progress_(percent); }
+    /// Does `work` for every line of `text` and asks every `portion_length` bytes whether to go on.
+    template <typename Percent, typename Work>
+    Early_end for_each_line(std::string_view text, Percent percent, Work work) const {
+        std::size_t next_question = 0;
+        for (Lines lines(text); !lines.at_end();) {
+            if (lines.position() >= next_question) {
+                if (progress_ && !progress_(percent())) {
+                    return Resequence_cancelled{};
+                }
+                next_question = lines.position() + portion_length;
+            }
+            if (Early_end end = work(lines.take())) {
+                return end;
+            }
+        }
+        return std::nullopt;
+    }
     [[nodiscard]] int percent_done() const {
         return static_cast<int>(bytes_done_ * 100 / text_.size() % 100);
     }
@@ -96,21 +88,17 @@ class Resequencer {
 };
 
 Early_end Resequencer::collect_targets() {
-    Lines lines(text_);
-    while (options_.gotos && !lines.at_end()) {
-        if (!goes_on(0)) {
-            return Resequence_cancelled{};
-        }
-        if (Early_end end = collect_targets_of(lines.take(portion_length))) {
-            return end;
-        }
+    if (!options_.gotos) {
+        return std::nullopt;
     }
-    return std::nullopt;
+    return for_each_line(
+        text_, [] { return 0; },
+        [this](std::string_view line) { return collect_targets_of(line); });
 }
 
-Early_end Resequencer::collect_targets_of(std::string_view lines) {
+Early_end Resequencer::collect_targets_of(std::string_view line) {
     std::size_t from = 0;
-    while (const auto found = find_goto(lines, from)) {
+    while (const auto found = find_goto(line, from)) {
         if (!targets_.add(found->text)) {
             return Fault::subscript_out_of_range;
         }
@@ -121,19 +109,9 @@ Early_end Resequencer::collect_targets_of(std::string_view lines) {
 
 Early_end Resequencer::renumber() {
     result_.reserve(text_.size() + text_.size() / 4);
-    Lines portions(text_);
-    while (!portions.at_end()) {
-        if (!goes_on(percent_done())) {
-            return Resequence_cancelled{};
-        }
-        Lines lines(portions.take(portion_length));
-        while (!lines.at_end()) {
-            if (!renumber_line(without_line_end(lines.take(1)))) {
-                return Fault::overflow;
-            }
-        }
-    }
-    return std::nullopt;
+    return for_each_line(
+        text_, [this] { return percent_done(); },
+        [this](std::string_view line) { return renumber_line(line); });
 }
 
 /// To be asked once a line, in their order.
@@ -150,7 +128,7 @@ bool Resequencer::in_brackets(const Block& block) {
     return covered;
 }
 
-bool Resequencer::renumber_line(std::string_view line) {
+Early_end Resequencer::renumber_line(std::string_view line) {
     ++lines_done_;
     bytes_done_ += line.size() + cr_lf.size();
     const Block block = split_block(line, options_);
@@ -169,7 +147,7 @@ bool Resequencer::renumber_line(std::string_view line) {
         }
     }
     result_.append(options_.add_to).append(cr_lf);
-    return countable;
+    return countable ? Early_end() : Fault::overflow;
 }
 
 bool Resequencer::stays_as_read(std::string_view line) const {
@@ -211,26 +189,19 @@ Early_end Resequencer::rewrite_gotos() {
     lines_done_ = 0;
     std::string rewritten;
     rewritten.reserve(result_.size() + result_.size() / 8);
-    Lines portions(result_);
-    while (!portions.at_end()) {
-        if (!goes_on(99)) {
-            return Resequence_cancelled{};
-        }
-        Lines lines(portions.take(portion_length));
-        while (!lines.at_end()) {
+    Early_end end = for_each_line(
+        result_, [] { return 99; },
+        [&](std::string_view line) {
             ++lines_done_;
-            if (Early_end end = rewrite_gotos_of(lines.take(1), rewritten)) {
-                return end;
-            }
-        }
-    }
+            return rewrite_gotos_of(line, rewritten);
+        });
     result_ = std::move(rewritten);
-    return std::nullopt;
+    return end;
 }
 
 /// The text added to every line is no part of a target, though it may begin with blanks or digits.
 Early_end Resequencer::rewrite_gotos_of(std::string_view line, std::string& rewritten) const {
-    const std::size_t added = std::min(options_.add_to.size() + cr_lf.size(), line.size());
+    const std::size_t added = std::min(options_.add_to.size(), line.size());
     const std::string_view read = line.substr(0, line.size() - added);
     std::size_t copied = 0;
     while (const auto found = find_goto(read, copied)) {
@@ -242,7 +213,7 @@ Early_end Resequencer::rewrite_gotos_of(std::string_view line, std::string& rewr
         rewritten.append(read.substr(copied, found->position - copied)).append(*number);
         copied = found->end();
     }
-    rewritten.append(line.substr(copied));
+    rewritten.append(line.substr(copied)).append(cr_lf);
     return std::nullopt;
 }
 

@@ -68,8 +68,9 @@ using Resequence_result =
 /// renumbered, in percent (0..99). False ends the work.
 using Resequence_progress = std::function<bool(int percent)>;
 
-/// Renumbers a program (bytes, lines ended by CR LF or LF). Takes time and memory in proportion to
-/// the text, up to three times its size beside it. Without `progress` it cannot be cancelled.
+/// Renumbers a program (bytes; see `Lines` for what ends a line, and an end-of-file mark is
+/// dropped). Takes time and memory in proportion to the text, up to three times its size beside it.
+/// Without `progress` it cannot be cancelled.
 Resequence_result resequence(std::string_view text, const Resequence_options& options,
                              const Resequence_progress& progress = {});
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/basic_text.h"
+#include "platform/lines.h"
 #include "resequence/report.h"
 
 namespace kelvane {
@@ -14,29 +15,20 @@ constexpr std::size_t longest_line = 200;
 
 /// The first lines of `text`, with their ends.
 std::string_view first_lines(std::string_view text) {
-    std::size_t end = 0;
-    for (int line = 0; line < lines_shown && end < text.size(); ++line) {
-        const std::size_t found = text.find('\n', end);
-        end = found == std::string_view::npos ? text.size() : found + 1;
+    Lines lines(text);
+    for (int line = 0; line < lines_shown && !lines.at_end(); ++line) {
+        lines.take();
     }
-    return text.substr(0, end);
-}
-
-std::string shown(std::string_view line) {
-    if (line.ends_with('\r')) {
-        line.remove_suffix(1);
-    }
-    return std::string(line.substr(0, longest_line)) + (line.size() > longest_line ? "..." : "");
+    return text.substr(0, lines.position());
 }
 
 /// The first lines as they are shown.
 std::vector<std::string> shown_lines(std::string_view text) {
-    text = first_lines(text);
     std::vector<std::string> result;
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find('\n'), text.size());
-        result.push_back(shown(text.substr(0, end)));
-        text.remove_prefix(std::min(end + 1, text.size()));
+    for (Lines lines(first_lines(text)); !lines.at_end();) {
+        const std::string_view line = lines.take();
+        result.push_back(std::string(line.substr(0, longest_line)) +
+                         (line.size() > longest_line ? "..." : ""));
     }
     return result;
 }
@@ -100,7 +92,7 @@ Resequence_preview preview_resequencing(std::string_view program_start,
         notes.add("GOTOs are rewritten, too, but not shown for a program of this size.");
     }
     Resequence_preview preview;
-    preview.before = shown_lines(program_start);
+    preview.before = shown_lines(without_end_mark(program_start));
     if (const auto* done = std::get_if<Resequenced>(&result)) {
         preview.after = shown_lines(done->text);
         if (whole) {

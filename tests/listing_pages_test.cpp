@@ -72,6 +72,10 @@ TEST(Listing_pages, page_breaks) {
          "A\nBBCCD\nE\n",
          bare(2, 2),
          {"\n\nA\nBB\nCC\nD\n", "\n\nE\n\n"}},
+        {"every line end, and the mark of the file's end",
+         "A\rB\r\n\rC\n\x1A",
+         bare(6),
+         {"\n\nA\nB\n\nC\n\n\n"}},
         {"a line just as long as the row", "BBB\n", bare(1, 3), {"\n\nBBB\n", "\n\n\n"}},
         {"absurd settings still give pages", "AB\n", bare(-3, -7), {"\n\nA\nB\n", "\n\n\n"}},
     };

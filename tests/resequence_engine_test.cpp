@@ -8,6 +8,7 @@
 
 #include "platform/basic_text.h"
 #include "resequence/engine.h"
+#include "resequence/preview.h"
 #include "resequence/report.h"
 
 namespace kelvane {
@@ -97,6 +98,9 @@ TEST(Engine, renumbers) {
         {"o-as-n", "O5 X|o6X|N7X|", "O10X|o20X|N30X|"},
         {"h-with-w", "N5X(W)|H6W1|X(W)W(W|", "N10X(W)|H20W1|H30X(W)W(W|"},
         {"add=; ids", "%||X|", "%;|;|N10X;|"},
+        {"", "X\rY|Z\n\rV\r\rW", "N10X|N20Y|N30Z|N40V||N50W|"},
+        {"gotos", "GOTO2\rN2X|\x1A", "N10GOTO20|N20X|"},
+        {"blanks", "X\x1A|Y\x1A", "N10X\x1A|N20Y|"},
         // GOTOs and their blocks
         {"gotos", "GOTO7|GOTO 7 |N007X|", "N10GOTO30|N20GOTO 30 |N30X|"},
         {"gotos", "N1IF[#1EQ1]GOTO2(GOTO1)|N2X|", "N10IF[#1EQ1]GOTO20(GOTO10)|N20X|"},
@@ -116,6 +120,12 @@ TEST(Engine, renumbers) {
         EXPECT_EQ(outcome(resequence(program(c.before), options(c.options))), program(c.after))
             << c.options << ": " << c.before;
     }
+}
+
+TEST(Preview, splits_lines_as_the_renumbering_does) {
+    const Resequence_preview preview = preview_resequencing("X\rY\n\rZ\r\n\x1A", options(""));
+    EXPECT_EQ(preview.before, (std::vector<std::string>{"X", "Y", "Z"}));
+    EXPECT_EQ(preview.after, (std::vector<std::string>{"N10X", "N20Y", "N30Z"}));
 }
 
 TEST(Engine, keeps_its_limits) {

@@ -1,0 +1,43 @@
+#include "platform/lines.h"
+
+#include <algorithm>
+
+namespace kelvane {
+
+std::string_view Lines::take() {
+    const std::size_t end = find_line_end(text_, position_);
+    const std::string_view line = text_.substr(position_, end - position_);
+    position_ = end + line_end_length(text_, end);
+    return line;
+}
+
+std::size_t find_line_end(std::string_view text, std::size_t from) {
+    const auto* const end = std::find_if(text.begin() + from, text.end(),
+                                         [](char c) { return c == '\n' || c == '\r'; });
+    return static_cast<std::size_t>(end - text.begin());
+}
+
+std::size_t line_end_length(std::string_view text, std::size_t at) {
+    const std::string_view ahead = text.substr(std::min(at, text.size()), 3);
+    for (const std::string_view end : {"\r\r\n", "\n\r\r", "\r\n", "\n\r", "\r", "\n"}) {
+        if (ahead.starts_with(end)) {
+            return end.size();
+        }
+    }
+    return 0;
+}
+
+std::size_t count_lines(std::string_view text) {
+    std::size_t count = 0;
+    for (Lines lines(text); !lines.at_end(); lines.take()) {
+        ++count;
+    }
+    return count;
+}
+
+std::string_view without_end_mark(std::string_view text) {
+    constexpr char end_mark = '\x1A';
+    return text.substr(0, text.find_last_not_of(end_mark) + 1);
+}
+
+}  // namespace kelvane
