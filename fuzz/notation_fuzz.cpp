@@ -5,9 +5,10 @@
 #include "frame/file_filter.h"
 #include "fuzz_input.h"
 #include "platform/basic_text.h"
+#include "platform/lines.h"
 #include "transmit/notation.h"
-#include "transmit/scratch_copy.h"
 #include "transmit/sub_call.h"
+#include "transmit/tape_image.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace kelvane;
@@ -30,8 +31,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzz::require(filter_pairs(text).size() <= text.size() / 2 + 1, "pairs of the filter");
     fuzz::require(with_extension(text, "NC|*.nc").starts_with(text), "only an extension is added");
     static_cast<void>(CInt(Val(text)));
-    const std::string copy = converted_copy(text);
-    fuzz::require(copy_kind(text) == Copy_kind::plain || converted_copy(copy) == copy,
-                  "a converted copy stays as it is");
+    const std::string copy = working_copy(text);
+    fuzz::require(working_copy(copy) == copy, "a working copy stays as it is");
+    fuzz::require(copy == text || count_lines(copy) == count_lines(tape_image_text(text)),
+                  "no line is lost or added");
     return 0;
 }

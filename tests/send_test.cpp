@@ -41,6 +41,23 @@ TEST(Send, PutsLeaderLinesAndTrailerOnTheWireInTheTapeCode) {
     }
 }
 
+TEST(Send, LinesOfFilesOfAnyOriginArriveWhole) {
+    const std::string two_nuls(2, '\0');
+    const std::pair<std::string, std::string> cases[] = {
+        {"(pr\xC3\xA9-per\xC3\xA7"
+         "age Z-50)\nM30\n",
+         "(pr" + two_nuls + "-per" + two_nuls + "age Z-50)\r\nM30\r\n"},
+        {"G0X1\rG1Z-5\r\nM30\r\n", "G0X1\r\nG1Z-5\r\nM30\r\n"},
+        {even("O0001(MILL)\rG0X1\rM30\r"), "O0001(MILL)\r\nG0X1\r\nM30\r\n"},
+        {"M30\r\n%\r\n\x1A", "M30\r\n%\r\n"},
+    };
+    for (const auto& [file, wire] : cases) {
+        Shop_floor shop({}, file);
+        shop.send();
+        EXPECT_EQ(shop.received(), wire);
+    }
+}
+
 TEST(Send, OpensThePortAsTheRecordSays) {
     const struct {
         Setting_lines lines;

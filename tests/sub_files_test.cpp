@@ -96,7 +96,11 @@ TEST_F(Sub_files, a_program_without_calls_passes_unchanged) {
         {"A\nB\n", "A|B|"},
         {"A\rB\r\rC", "A|B||C|"},
         {"A\n\rB\n\r\n\r", "A|B||"},
+        {"A\n\r\rB\n\r\r\n\r\r", "A|B||"},
         {"A\r\r\nB\r\r\n", "A|B|"},
+        {"A\r\nG0X1\rG1\r\n\rB\nC", "A|G0X1|G1||B|C|"},
+        {"A\r\n%\r\n\x1A\x1A", "A|%|"},
+        {"A\x1A\r\nB\x1A", "A\x1A|B|"},
     };
     for (const auto& [content, wanted] : rows) {
         program(content);
@@ -120,10 +124,54 @@ TEST_F(Sub_files, calls_are_replaced_and_their_seams_marked) {
     EXPECT_EQ(expansion(), expected);
     EXPECT_EQ(lines(), expected) << "the second time, after a reset";
     EXPECT_EQ(offsets, "0 - - - - 24 - - - - - - - - - 71 - ") << "of the program's own lines";
-    files.put("/nc/A.NC", "A2\n");
-    EXPECT_EQ(lines(),
-              "%|[/nc/MAIN.NC\nLine 2\nThe sub-file \"A.NC\" has changed since the transfer "
-              "began.]");
+}
+
+TEST_F(Sub_files, the_main_programs_end_is_said_before_its_closing_tape_mark) {
+    files.put("/nc/A", "A1\n\x1A");
+    const std::string calls = "(BEGINNING OF SUB FILE A)|A1|(END OF SUB FILE A)|";
+    const std::string end = "(END OF MAIN PROGRAM)|";
+    const std::pair<const char*, std::string> rows[] = {
+        {"%\r\nCALL A\r\nM30\r\n%\r\n", "%|" + calls + "M30|" + end + "%|"},
+        {"%\nCALL A\n%\n\n \n", "%|" + calls + end + "%|| |"},
+        {"CALL A\n%\nM30\n%\n%END\n\x1A", calls + "%|M30|" + end + "%|%END|"},
+        {"%\nCALL A\n", "%|" + calls + end},
+        {"%\nCALL A\n%\nM30", "%|" + calls + "%|M30|" + end},
+        {"%\nM30\n%\n", "%|M30|%|"},
+    };
+    for (const auto& [content, wanted] : rows) {
+        program(content);
+        EXPECT_EQ(expansion(), wanted);
+        EXPECT_EQ(lines(), wanted) << "again, after a reset";
+    }
+}
+
+TEST_F(Sub_files, a_name_neither_closes_the_seam_comment_nor_leads_to_the_current_directory) {
+    files.put("/nc/A (1) 50%.NC", "A1\n");
+    program("CALL A (1) 50%.NC\n");
+    EXPECT_EQ(expansion(),
+              "(BEGINNING OF SUB FILE A -1- 50-.NC)|A1|(END OF SUB FILE A -1- 50-.NC)|"
+              "(END OF MAIN PROGRAM)|");
+    files.put("A.NC", "in the current directory");
+    reader.open("/kelvane/copy", "/nc/MAIN.NC", "");
+    files.put("/kelvane/copy", "CALL A.NC\n");
+    EXPECT_EQ(expansion(), "[/nc/MAIN.NC\nLine 1\nThe sub-file \"A.NC\" was not found.]");
+}
+
+TEST_F(Sub_files, are_read_once_and_beyond_what_is_kept_compared_with_what_was_checked) {
+    files.put("/nc/KEPT", std::string(kept_sub_file_bytes - 3, 'X'));
+    files.put("/nc/LARGE", "L1\n\n");
+    files.put("/nc/SMALL", "S1\n");
+    program("CALL KEPT\nCALL SMALL\nCALL LARGE\n");
+    ASSERT_FALSE(reader.check());
+    files.fail("read", "KEPT");
+    files.put("/nc/SMALL", "S2\n");
+    EXPECT_NE(lines().find("|S1|(END OF SUB FILE SMALL)|(BEGINNING OF SUB FILE LARGE)|L1|"),
+              std::string::npos);
+    files.put("/nc/LARGE", "L2\n\n");
+    EXPECT_TRUE(lines().ends_with(
+        "[/nc/MAIN.NC\nLine 3\nThe sub-file \"LARGE\" has changed since the transfer began.]"));
+    files.fail("read", "LARGE");
+    EXPECT_TRUE(lines().ends_with("\"LARGE\" can no longer be read. Input/output error]"));
 }
 
 TEST_F(Sub_files, what_cannot_be_expanded_is_refused_before_the_first_line) {
@@ -185,7 +233,7 @@ TEST_F(Sub_files, repeats_stream_and_are_counted_without_being_walked) {
 }
 
 TEST_F(Sub_files, a_called_tape_image_loses_its_parity_bits) {
-    files.put("/nc/A", "\xC7\xB1\xD8\xB1\xB2\x8D\n\xC7\xB1\xD8\xB1\xB2\x8D\n");
+    files.put("/nc/A", "G\xB1\xD8\xB1\xB2\x8D\nG\xB1\xD8\xB1\xB2\x8D\n");
     program("CALL A\r\n");
     EXPECT_NE(expansion().find("|G1X12|G1X12|"), std::string::npos);
 }

@@ -8,7 +8,7 @@
 #include "receive/code_convert.h"
 #include "transmit/code_tables.h"
 #include "transmit/notation.h"
-#include "transmit/scratch_copy.h"
+#include "transmit/tape_image.h"
 
 namespace kelvane {
 namespace {
@@ -44,10 +44,17 @@ TEST(BasicText, FieldsEndAtCommasAndLineEnds) {
     EXPECT_TRUE(!reader.field_number(number) && number == 9 && reader.failed());
 }
 
-TEST(Files, BackupNamesAreCutAtTheLastDotOfThePath) {
-    EXPECT_EQ(backup_path("/nc/A.B.NC"), "/nc/A.B.bak");
-    EXPECT_EQ(backup_path("/nc/PART"), "/nc/PART.bak");
-    EXPECT_EQ(backup_path("/A.B/FILE"), "/A.bak");
+TEST(Files, BackupNamesTakeTheExtensionsPlace) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"/nc/A.B.NC", "/nc/A.B.bak"},
+        {"/nc/PART", "/nc/PART.bak"},
+        {"/jobs.2026/O1234", "/jobs.2026/O1234.bak"},
+        {"/jobs.2026/.profile", "/jobs.2026/.profile.bak"},
+        {"O1.", "O1.bak"},
+    };
+    for (const auto& [path, backup] : cases) {
+        EXPECT_EQ(backup_path(path), backup);
+    }
 }
 
 TEST(CodeTables, ParityHoldsInEveryColumnAndEiaComesBack) {
@@ -145,32 +152,50 @@ TEST(Recognition, TheFirstByteThatDecidesDecides) {
     }
 }
 
-TEST(ScratchCopy, ConvertsTapeImagesAndBareLineFeedsOnly) {
-    const std::string text = "O0001 (PART)\r\nG0X1Y2\r\nM30\r\n";
-    std::string even_image;
+/// `text` in 8 bits of even or odd parity.
+std::string punched(const std::string& text, int parity) {
+    std::string image;
     for (const char c : text) {
-        const bool odd = std::popcount(static_cast<unsigned>(c)) % 2 != 0;
-        even_image += static_cast<char>(odd ? c | 0x80 : c);
+        const bool fits = std::popcount(static_cast<unsigned char>(c)) % 2 == parity;
+        image += static_cast<char>(fits ? c : c | 0x80);
     }
-    const struct {
-        const char* what;
-        std::string content;
-        Copy_kind kind;
-    } cases[] = {
-        {"plain", text, Copy_kind::plain},
-        {"bare LF", "O1\nG0\r\n", Copy_kind::converted},
-        {"even parity image", even_image, Copy_kind::converted},
-        {"image with blank leader", std::string(30, '\0') + even_image, Copy_kind::converted},
-        {"accented comment", "(GEH\xC4USE F\xDCR K\xD6RPER)\r\n", Copy_kind::plain},
-        {"one accented letter", "\xE9", Copy_kind::plain},
-        {"CR only", "O1\rG0\r", Copy_kind::plain},
-        {"empty", "", Copy_kind::plain},
+    return image;
+}
+
+TEST(WorkingCopy, only_tape_images_are_converted) {
+    const std::string text = "O0001 (PART)\r\nG0X1Y2\r\nM30\r\n";
+    const std::string nuls(30, '\0');
+    const std::pair<std::string, std::string> images[] = {
+        {punched(text, 0), text},
+        {punched(text, 1), text},
+        {punched("O1\rG0X1\rM30\r", 0), "O1\r\nG0X1\r\nM30\r\n"},
+        {punched("O1\nG0X1\n\nM30", 1), "O1\r\nG0X1\r\n\r\nM30"},
+        {punched("O1\n\r\rG0X1\n\r\r", 1), "O1\r\nG0X1\r\n"},
+        {nuls + punched(text, 0) + "\xFF\xFF" + nuls, nuls + text + "\x7F\x7F" + nuls},
+        {std::string(5000, '\0') + punched(text, 1), std::string(5000, '\0') + text},
+        {punched(text, 0) + "G\x31", text + "G1"},  // a damaged character
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(copy_kind(c.content), c.kind) << c.what;
+    for (const auto& [image, converted] : images) {
+        EXPECT_EQ(working_copy(image), converted) << converted;
     }
-    EXPECT_EQ(converted_copy(even_image), text);
-    EXPECT_EQ(converted_copy("a\nb\rc\r\n"), "a\r\nbc\r\n");
+    const std::string others[] = {
+        "",
+        "\xE9",
+        text,
+        "O1\nG0\n",
+        "N30G00Y90Z60\nM30\n",  // all even, as it happens
+        "(pr\xC3\xA9-per\xC3\xA7"
+        "age Z-50)\nG0 X1\n",
+        "(pr\xE9-per\xE7"
+        "age Z-50)\n",
+        "(GEH\xC4USE F\xDCR K\xD6RPER)\r\n",
+        "(\xD0\xA4\xD0\xA0\xD0\x95\xD0\x97\xD0\x90)\r\nG0\r\n",
+        "(" + std::string(76, '\xCD') + ")\r\n(" + std::string(76, '\xCD') + ")\r\n",
+        "\x46\x20\x20\x01\x80\x67\x20\x37\x01\x80\x54\x13\x20\x80",  // EIA: O001 G0X1 M30
+    };
+    for (const std::string& other : others) {
+        EXPECT_EQ(working_copy(other), other);
+    }
 }
 
 }  // namespace

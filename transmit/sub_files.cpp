@@ -5,7 +5,7 @@
 #include <functional>
 
 #include "platform/basic_text.h"
-#include "transmit/scratch_copy.h"
+#include "transmit/tape_image.h"
 
 namespace kelvane {
 
@@ -14,44 +14,33 @@ namespace {
 constexpr std::uint64_t line_end_length = 2;
 constexpr std::string_view end_of_main = "(END OF MAIN PROGRAM)";
 
+/// `name` as it can stand in a comment, which a bracket would close early; and a tape mark would
+/// end the program.
+std::string in_comment(std::string name) {
+    std::replace_if(
+        name.begin(), name.end(), [](char c) { return c == '(' || c == ')' || c == '%'; }, '-');
+    return name;
+}
+
 std::string beginning_of(const std::string& name) {
-    return "(BEGINNING OF SUB FILE " + name + ")";
+    return "(BEGINNING OF SUB FILE " + in_comment(name) + ")";
 }
 
 std::string end_of(const std::string& name) {
-    return "(END OF SUB FILE " + name + ")";
+    return "(END OF SUB FILE " + in_comment(name) + ")";
 }
 
 std::uint64_t counted(std::string_view line) {
     return line.size() + line_end_length;
 }
 
-struct Text_line {
-    std::string_view text;
-    std::size_t offset = 0;
-};
-
-char line_end_of(std::string_view content) {
-    return content.find('\n') == std::string_view::npos ? '\r' : '\n';
+bool is_blank(std::string_view line) {
+    constexpr std::string_view blanks("\0 \t", 3);
+    return line.find_first_not_of(blanks) == std::string_view::npos;
 }
 
-/// The line at `position`, which moves behind it; no value at the end.
-std::optional<Text_line> take_line(std::string_view content, char end, std::size_t& position) {
-    const std::size_t start = position;
-    while (end == '\n' && position < content.size() && content[position] == '\r') {
-        ++position;
-    }
-    if (position >= content.size()) {
-        return std::nullopt;
-    }
-    const std::size_t first = position;
-    const std::size_t last = std::min(content.find(end, first), content.size());
-    position = std::min(last + 1, content.size());
-    std::string_view text = content.substr(first, last - first);
-    while (text.ends_with('\r')) {
-        text.remove_suffix(1);
-    }
-    return Text_line{text, text.empty() ? start : first};
+bool is_tape_mark(std::string_view line) {
+    return trimmed(line).starts_with('%');
 }
 
 /// One spelling for a file, so that a call of itself is seen through "./" and "../".
@@ -77,8 +66,8 @@ void Sub_file_reader::open(std::string main_copy, std::string real_main,
     real_main_ = std::move(real_main);
     default_directory_ = std::move(default_directory);
     main_ = nullptr;
-    main_content_.reset();
     total_ = 0;
+    kept_bytes_ = 0;
     known_.clear();
     begin_again();
 }
@@ -90,8 +79,8 @@ std::optional<Expansion_error> Sub_file_reader::check() {
         error_ = {real_main_, 0, "The working copy cannot be read. " + content.reason()};
         return error_;
     }
-    main_content_ = std::make_shared<const std::string>(std::move(*content));
-    Program_file& main = index(plain_path(real_main_), *main_content_, true);
+    Program_file& main = index(plain_path(real_main_),
+                               std::make_shared<const std::string>(*std::move(content)), true);
     chain_.clear();
     measured_.clear();
     if (const auto bytes = measure(main)) {
@@ -101,22 +90,21 @@ std::optional<Expansion_error> Sub_file_reader::check() {
     return error_;
 }
 
-Result<std::shared_ptr<const std::string>> Sub_file_reader::sub_content(
-    const std::string& path) const {
+Result<Sub_file_reader::Content> Sub_file_reader::sub_content(const std::string& path) const {
     auto content = files_.read(path);
     if (!content) {
         return content.failure();
     }
-    if (copy_kind(*content) == Copy_kind::converted) {
-        content = converted_copy(*content);
-    }
-    return std::make_shared<const std::string>(std::move(*content));
+    return std::make_shared<const std::string>(working_copy(*std::move(content)));
 }
 
 std::string Sub_file_reader::find(const std::string& name, const std::string& caller) const {
     std::vector<std::string> candidates = {name};
     if (!is_absolute_path(name)) {
-        candidates = {path_in(folder_of(caller), name), path_in(default_directory_, name)};
+        candidates = {path_in(folder_of(caller), name)};
+        if (!default_directory_.empty()) {
+            candidates.push_back(path_in(default_directory_, name));
+        }
     }
     for (const std::string& candidate : candidates) {
         std::string path = plain_path(candidate);
@@ -128,24 +116,44 @@ std::string Sub_file_reader::find(const std::string& name, const std::string& ca
 }
 
 Sub_file_reader::Program_file& Sub_file_reader::index(const std::string& path,
-                                                      const std::string& content, bool is_main) {
+                                                      const Content& content, bool is_main) {
     Program_file& file = known_[path];
     file = {.path = path,
-            .length = content.size(),
-            .hash = std::hash<std::string>()(content),
-            .line_end = line_end_of(content),
+            .length = content->size(),
+            .hash = std::hash<std::string>()(*content),
+            .kept = is_main || keeps(content->size()) ? content : nullptr,
+            .closing_mark = {},
             .calls = {}};
-    std::size_t position = 0;
     std::size_t number = 0;
-    while (const auto line = take_line(content, file.line_end, position)) {
+    for (Lines lines(without_end_mark(*content)); !lines.at_end();) {
+        const std::size_t offset = lines.position();
+        const std::string_view line = lines.take();
         ++number;
-        if (auto call = parse_sub_call(line->text)) {
-            file.calls.push_back({line->offset, number, std::move(*call), nullptr});
-        } else if (is_main || !left_out_of_sub_file(line->text)) {
-            file.own_bytes += counted(line->text);
+        file.note_closing_mark(line, offset);
+        if (auto call = parse_sub_call(line)) {
+            file.calls.push_back({offset, number, std::move(*call), nullptr});
+        } else if (is_main || !left_out_of_sub_file(line)) {
+            file.own_bytes += counted(line);
         }
     }
     return file;
+}
+
+void Sub_file_reader::Program_file::note_closing_mark(std::string_view line, std::size_t offset) {
+    if (is_tape_mark(line)) {
+        closing_mark = closing_mark.value_or(offset);
+    } else if (!is_blank(line)) {
+        closing_mark.reset();
+    }
+}
+
+/// Whether there is room for a called file of that length, which is taken.
+bool Sub_file_reader::keeps(std::size_t length) {
+    if (length > kept_sub_file_bytes - kept_bytes_) {
+        return false;
+    }
+    kept_bytes_ += length;
+    return true;
 }
 
 Sub_file_reader::Program_file* Sub_file_reader::target_of(const Program_file& caller,
@@ -164,7 +172,7 @@ Sub_file_reader::Program_file* Sub_file_reader::target_of(const Program_file& ca
         fail(caller, site.line, sub_file + " cannot be read. " + content.reason());
         return nullptr;
     }
-    return &index(path, **content, false);
+    return &index(path, *content, false);
 }
 
 std::optional<std::uint64_t> Sub_file_reader::measure(Program_file& file) {
@@ -229,8 +237,9 @@ void Sub_file_reader::begin_again() {
     levels_.clear();
     main_offset_.reset();
     error_.reset();
+    main_end_said_ = false;
     if (main_ != nullptr) {
-        levels_.push_back({.file = main_, .content = main_content_, .name = {}});
+        levels_.emplace_back(*main_, main_->kept, std::string(), 1);
     }
 }
 
@@ -250,46 +259,58 @@ bool Sub_file_reader::Get_next_line(int fileno, std::string& line) {
 
 bool Sub_file_reader::next_of_level(std::string& line) {
     Level& level = levels_.back();
-    const auto next = take_line(*level.content, level.file->line_end, level.position);
-    if (!next) {
+    if (level.lines.at_end()) {
         return leave_pass(line);
     }
-    const auto& calls = level.file->calls;
+    const std::size_t offset = level.lines.position();
     const bool is_main = levels_.size() == 1;
-    if (level.next_call < calls.size() && calls[level.next_call].offset == next->offset) {
+    if (is_main && offset == level.file->closing_mark && say_end_of_main(line)) {
+        return true;
+    }
+    const std::string_view text = level.lines.take();
+    const auto& calls = level.file->calls;
+    if (level.next_call < calls.size() && calls[level.next_call].offset == offset) {
         level.pass_gave_lines = true;
         return enter(calls[level.next_call++], line);
     }
-    if (!is_main && left_out_of_sub_file(next->text)) {
+    if (!is_main && left_out_of_sub_file(text)) {
         return false;
     }
     if (is_main) {
-        main_offset_ = next->offset;
+        main_offset_ = offset;
     }
     level.pass_gave_lines = true;
-    line = next->text;
+    line = text;
     return true;
 }
 
 bool Sub_file_reader::enter(const Call_site& site, std::string& line) {
-    const Program_file& target = *site.target;
-    auto content = sub_content(target.path);
-    const std::string sub_file = the_sub_file(site.call.name);
-    if (!content) {
-        fail(*levels_.back().file, site.line,
-             sub_file + " can no longer be read. " + content.reason());
+    Content content = site.target->kept != nullptr ? site.target->kept : unchanged_content(site);
+    if (content == nullptr) {
         return false;
     }
-    if ((*content)->size() != target.length || std::hash<std::string>()(**content) != target.hash) {
-        fail(*levels_.back().file, site.line, sub_file + " has changed since the transfer began.");
-        return false;
-    }
-    levels_.push_back({.file = &target,
-                       .content = *std::move(content),
-                       .name = site.call.name,
-                       .passes_left = site.call.repeats});
+    levels_.emplace_back(*site.target, std::move(content), site.call.name, site.call.repeats);
     line = beginning_of(site.call.name);
     return true;
+}
+
+/// The called file read once more; null, with an error, when it is not what it was.
+Sub_file_reader::Content Sub_file_reader::unchanged_content(const Call_site& site) {
+    const Program_file& target = *site.target;
+    const auto content = sub_content(target.path);
+    const std::string sub_file = the_sub_file(site.call.name);
+    std::string fault;
+    if (!content) {
+        fault = " can no longer be read. " + content.reason();
+    } else if ((*content)->size() != target.length ||
+               std::hash<std::string>()(**content) != target.hash) {
+        fault = " has changed since the transfer began.";
+    }
+    if (!fault.empty()) {
+        fail(*levels_.back().file, site.line, sub_file + fault);
+        return nullptr;
+    }
+    return *content;
 }
 
 /// At the end of a level's file: the next pass, or the comment that closes the level. A file that
@@ -298,7 +319,7 @@ bool Sub_file_reader::leave_pass(std::string& line) {
     Level& level = levels_.back();
     --level.passes_left;
     if (level.passes_left > 0 && level.pass_gave_lines) {
-        level.position = 0;
+        level.lines = level.first_lines();
         level.next_call = 0;
         return false;
     }
@@ -308,8 +329,17 @@ bool Sub_file_reader::leave_pass(std::string& line) {
         line = end_of(name);
         return true;
     }
-    line = calls_sub_files() ? end_of_main : "";
-    return calls_sub_files();
+    return say_end_of_main(line);
+}
+
+/// The comment that closes a program with calls; false when it has none or has had its comment.
+bool Sub_file_reader::say_end_of_main(std::string& line) {
+    if (!calls_sub_files() || main_end_said_) {
+        return false;
+    }
+    main_end_said_ = true;
+    line = end_of_main;
+    return true;
 }
 
 }  // namespace kelvane

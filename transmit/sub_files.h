@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/files.h"
+#include "platform/lines.h"
 #include "transmit/sub_call.h"
 
 namespace kelvane {
@@ -34,6 +35,9 @@ inline constexpr std::size_t max_sub_depth = 7;
 /// sums beyond would leave 64 bits.
 inline constexpr std::uint64_t max_expansion = 1'000'000'000'000'000;
 
+/// Called files are kept in memory from `Sub_file_reader::check` on up to so many bytes in all.
+inline constexpr std::size_t kept_sub_file_bytes = std::size_t{8} << 20U;
+
 /// The program's lines one after the other, every call of a sub-file (see `parse_sub_call`)
 /// replaced by that file's lines:
 ///
@@ -41,15 +45,18 @@ inline constexpr std::uint64_t max_expansion = 1'000'000'000'000'000;
 ///     the file's lines, as often as the call says, without those of `left_out_of_sub_file`
 ///     (END OF SUB FILE name)
 ///     ...
-///     (END OF MAIN PROGRAM)             last of all, when the main program called a sub-file
+///     (END OF MAIN PROGRAM)             when the main program called a sub-file: last of all, but
+///                                       before the tape mark "%" that closes the main program,
+///                                       behind which a control may listen no more
 ///
 /// A program without calls passes unchanged. A name that is no absolute path is looked for beside
-/// the calling file, then in the default directory. A called file is treated as the working copy of
-/// a main program is: a tape image loses its parity bits.
+/// the calling file, then in the default directory if there is one. In the seam comments brackets
+/// and "%" of a name stand as "-". A called file is treated as the working copy of a main program
+/// is: a tape image loses its parity bits, and an end-of-file mark is left out.
 ///
-/// Lines end at LF, with or without CR, or at CR in a text without any LF. The expansion is never
-/// built: in memory are the files that are open at the moment (one a level) and the calls that the
-/// files hold.
+/// The expansion is never built: in memory are the called files up to `kept_sub_file_bytes`, so
+/// that a slow disk cannot hold the machine in the middle of a cut; beyond that the files that are
+/// open at the moment (one a level), read again; and the calls that the files hold.
 class Sub_file_reader {
   public:
     /// `fileno` of `Get_next_line` that begins again from the first line.
@@ -80,11 +87,12 @@ class Sub_file_reader {
     /// of called files, for seam comments and before the first line.
     [[nodiscard]] std::optional<std::size_t> main_offset() const { return main_offset_; }
 
-    /// Why lines ended before the program did: a called file has gone, or has changed since
-    /// `check()` (two versions must not be mixed in one part).
+    /// Why lines ended before the program did: a called file that is not kept in memory has gone,
+    /// or has changed since `check()` (two versions must not be mixed in one part).
     [[nodiscard]] const std::optional<Expansion_error>& error() const { return error_; }
 
   private:
+    using Content = std::shared_ptr<const std::string>;
     struct Program_file;
 
     struct Call_site {
@@ -98,25 +106,36 @@ class Sub_file_reader {
         std::string path;
         std::size_t length = 0;
         std::size_t hash = 0;
-        char line_end = '\n';
-        std::uint64_t own_bytes = 0;  ///< of the lines that are sent themselves
+        Content kept;                             ///< null: read again at every call
+        std::uint64_t own_bytes = 0;              ///< of the lines that are sent themselves
+        std::optional<std::size_t> closing_mark;  ///< where the "%" begins with which the file ends
         std::vector<Call_site> calls;
+
+        /// Has seen a line: behind a closing mark are blank lines and other tape marks only.
+        void note_closing_mark(std::string_view line, std::size_t offset);
     };
 
     struct Level {
-        const Program_file* file = nullptr;
-        std::shared_ptr<const std::string> content;
+        Level(const Program_file& the_file, Content its_content, std::string as_called, int passes)
+            : file(&the_file),
+              content(std::move(its_content)),
+              name(std::move(as_called)),
+              passes_left(passes) {}
+        [[nodiscard]] Lines first_lines() const { return Lines(without_end_mark(*content)); }
+
+        const Program_file* file;
+        Content content;
         std::string name;
-        int passes_left = 1;  ///< this one included
-        std::size_t position = 0;
+        int passes_left;  ///< this one included
+        Lines lines = first_lines();
         std::size_t next_call = 0;
         bool pass_gave_lines = false;
     };
 
-    [[nodiscard]] Result<std::shared_ptr<const std::string>> sub_content(
-        const std::string& path) const;
+    [[nodiscard]] Result<Content> sub_content(const std::string& path) const;
     [[nodiscard]] std::string find(const std::string& name, const std::string& caller) const;
-    Program_file& index(const std::string& path, const std::string& content, bool is_main);
+    Program_file& index(const std::string& path, const Content& content, bool is_main);
+    [[nodiscard]] bool keeps(std::size_t length);
     Program_file* target_of(const Program_file& caller, const Call_site& site);
     [[nodiscard]] std::optional<std::uint64_t> measure(Program_file& file);
     [[nodiscard]] std::optional<std::uint64_t> measure_call(const Program_file& caller,
@@ -125,7 +144,9 @@ class Sub_file_reader {
 
     void begin_again();
     [[nodiscard]] bool enter(const Call_site& site, std::string& line);
+    [[nodiscard]] Content unchanged_content(const Call_site& site);
     [[nodiscard]] bool leave_pass(std::string& line);
+    [[nodiscard]] bool say_end_of_main(std::string& line);
     [[nodiscard]] bool next_of_level(std::string& line);
 
     const Files& files_;
@@ -135,13 +156,14 @@ class Sub_file_reader {
 
     std::map<std::string, Program_file> known_;
     const Program_file* main_ = nullptr;
-    std::shared_ptr<const std::string> main_content_;
     std::uint64_t total_ = 0;
+    std::size_t kept_bytes_ = 0;
 
     std::vector<const Program_file*> chain_;  ///< of `measure`: the main program first
     std::map<std::pair<const Program_file*, std::size_t>, std::uint64_t> measured_;
 
     std::vector<Level> levels_;
+    bool main_end_said_ = false;
     std::optional<std::size_t> main_offset_;
     std::optional<Expansion_error> error_;
 };
