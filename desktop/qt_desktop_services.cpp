@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCollator>
 #include <QDateTime>
+#include <QFile>
 #include <QLocale>
 #include <QSerialPortInfo>
 #include <algorithm>
@@ -14,6 +15,8 @@
 #include <utility>
 
 #include "desktop/qt_text.h"
+#include "desktop/serial_line.h"
+#include "desktop/serial_names.h"
 #include "platform/files.h"
 
 namespace kelvane {
@@ -45,10 +48,12 @@ std::string short_time(const QTime& time) {
 }
 
 Serial_device device_of(const QSerialPortInfo& info) {
-    QStringList words = {info.description(), info.manufacturer()};
+    QStringList words = {info.description(), info.manufacturer(), info.serialNumber()};
     words.removeAll(QString());
     words.removeDuplicates();
-    return {info.systemLocation().toStdString(), words.join(", ").toStdString()};
+    const std::string node = QFile::encodeName(info.systemLocation()).toStdString();
+    return {lasting_name(node, !info.serialNumber().isEmpty()), words.join(", ").toStdString(),
+            node, xoff_delay(node)};
 }
 
 }  // namespace

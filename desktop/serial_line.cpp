@@ -104,6 +104,10 @@ std::filesystem::path class_of(const std::string& device, const std::string& cla
     return classes / (error ? std::filesystem::path(device) : path).filename();
 }
 
+std::filesystem::path trigger_of(const std::string& device, const std::string& classes) {
+    return class_of(device, classes) / "rx_trig_bytes";
+}
+
 }  // namespace
 
 int Line_settings::bits_per_character() const {
@@ -194,14 +198,20 @@ std::optional<bool> transmitter_empty(int handle) {
 }
 
 std::optional<int> set_receive_trigger(const std::string& device, const std::string& classes) {
-    const auto path = class_of(device, classes) / "rx_trig_bytes";
-    std::error_code error;
-    if (!std::filesystem::exists(path, error)) {
-        return std::nullopt;
+    const auto path = trigger_of(device, classes);
+    if (::access(path.c_str(), W_OK) == 0) {
+        std::ofstream(path) << "1\n";
     }
-    std::ofstream(path) << "1\n";
     int trigger = 0;
     return std::ifstream(path) >> trigger ? std::optional(trigger) : std::nullopt;
+}
+
+int xoff_delay(const std::string& device, const std::string& classes) {
+    constexpr int silence = 5;  // the character itself, and four times as much
+    const auto path = trigger_of(device, classes);
+    int trigger = 0;
+    std::ifstream(path) >> trigger;
+    return trigger > 1 && ::access(path.c_str(), W_OK) != 0 ? silence : 0;
 }
 
 bool counts_cts_changes(const std::string& device, const std::string& classes) {

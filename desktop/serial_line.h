@@ -70,6 +70,10 @@ inline constexpr const char* serial_classes = "/sys/class/tty";
 std::optional<int> set_receive_trigger(const std::string& device,
                                        const std::string& classes = serial_classes);
 
+/// Characters by which a lone Xoff is seen late on a device whose trigger is higher than a byte and
+/// may not be set; 0 on all others.
+int xoff_delay(const std::string& device, const std::string& classes = serial_classes);
+
 /// The driver counts every change of CTS, whatever the settings of the line.
 bool counts_cts_changes(const std::string& device, const std::string& classes = serial_classes);
 

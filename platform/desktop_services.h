@@ -8,8 +8,12 @@ namespace kelvane {
 
 /// A serial device that is there now.
 struct Serial_device {
-    std::string path;         ///< as opened: "/dev/ttyUSB0"
-    std::string description;  ///< what the system says of it; may be empty
+    std::string path;         ///< that stays with it over restarts, as far as the system has one
+    std::string description;  ///< what the device says of itself; may be empty
+    std::string node = path;  ///< the system's name for now: "/dev/ttyUSB0"
+    /// Characters by which a lone Xoff is seen late, because its chip waits for more and may not be
+    /// told otherwise.
+    int xoff_delay = 0;
 };
 
 /// Odds and ends of the desktop.

@@ -14,6 +14,7 @@
 #include "desktop/line_speed.h"
 #include "desktop/qt_serial_port.h"
 #include "desktop/serial_line.h"
+#include "desktop/serial_names.h"
 #include "desktop/wire_clock.h"
 #include "modem_lines/modem_lines.h"
 #include "qt_test_application.h"
@@ -119,11 +120,39 @@ TEST(Serial_class_test, a_chip_is_told_not_to_hold_an_xoff_back_and_a_driver_kno
     std::filesystem::create_symlink("/sys/bus/ftdi_sio", folder.path("ttyUSB0/device/driver"));
     folder.put("ttyS0/rx_trig_bytes", "14\n");
     const std::string classes = folder.path("");
+    EXPECT_EQ(xoff_delay("/none/ttyS0", classes), 0);
     EXPECT_EQ(set_receive_trigger("/none/ttyS0", classes), 1);
     EXPECT_EQ(folder.content("ttyS0/rx_trig_bytes"), "1\n");
     EXPECT_EQ(set_receive_trigger("/none/ttyUSB0", classes), std::nullopt);
     EXPECT_TRUE(counts_cts_changes("/none/ttyUSB0", classes));
     EXPECT_FALSE(counts_cts_changes("/none/ttyS0", classes));
+}
+
+TEST(Lasting_name_test, goes_by_the_adapter_that_can_be_told_apart_else_by_the_socket) {
+    const testing::Program_directory folder;
+    for (const char* kind : {"by-id", "by-path"}) {
+        std::filesystem::create_directories(folder.path(kind));
+    }
+    for (const char* node : {"ttyUSB0", "ttyUSB1", "ttyS0"}) {
+        folder.put(node, "");
+    }
+    const std::pair<const char*, const char*> links[] = {{"by-id/usb-Maker_A1", "ttyUSB0"},
+                                                         {"by-id/usb-Maker", "ttyUSB1"},
+                                                         {"by-path/pci-usbv2-1", "ttyUSB1"},
+                                                         {"by-path/pci-usb-1", "ttyUSB1"},
+                                                         {"by-path/gone", "ttyUSB7"}};
+    for (const auto& [link, node] : links) {
+        std::filesystem::create_symlink("../" + std::string(node), folder.path(link));
+    }
+    const std::tuple<const char*, bool, const char*> cases[] = {
+        {"ttyUSB0", true, "by-id/usb-Maker_A1"},
+        {"ttyUSB0", false, "ttyUSB0"},
+        {"ttyUSB1", false, "by-path/pci-usb-1"},
+        {"ttyS0", false, "ttyS0"},
+        {"ttyUSB7", true, "ttyUSB7"}};
+    for (const auto& [node, numbered, name] : cases) {
+        EXPECT_EQ(lasting_name(folder.path(node), numbered, folder.path("")), folder.path(name));
+    }
 }
 
 /// A port on an emulated adapter.
