@@ -19,7 +19,9 @@ foreach(size 16 32 48 128)
           DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/icons/hicolor/${size}x${size}/apps
           RENAME kelvane-lite.png)
 endforeach()
-install(FILES ${KELVANE_PACKAGING}/60-kelvane-lite.rules DESTINATION lib/udev/rules.d)
+install(FILES ${KELVANE_PACKAGING}/60-kelvane-lite.rules
+              ${KELVANE_PACKAGING}/91-kelvane-lite-braille.rules
+        DESTINATION lib/udev/rules.d)
 install(FILES ${KELVANE_PACKAGING}/copyright DESTINATION ${KELVANE_DOC_DIR})
 
 # Manual page and change logs are installed packed, as Debian's policy asks, and without a time
