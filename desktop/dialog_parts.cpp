@@ -69,6 +69,12 @@ QLabel* label_of(const Control& control, QWidget& widget, char key) {
     return label;
 }
 
+QLabel* label_of(const Label& control, QWidget& widget, char key) {
+    QLabel* label = label_of(static_cast<const Control&>(control), widget, key);
+    label->setObjectName(to_screen(control.name()));
+    return label;
+}
+
 QLabel* hint_of(Label& control) {
     auto* hint = new QLabel;
     bind(control, *hint);

@@ -31,6 +31,8 @@ QListWidget* list_of(List_box& control, int rows, int characters);
 
 /// A label with the caption of `control`, which names `widget` and leads to it.
 QLabel* label_of(const Control& control, QWidget& widget, char key = 0);
+/// As above, for a label that is a control of its own.
+QLabel* label_of(const Label& control, QWidget& widget, char key = 0);
 
 /// A text that comes and goes without anything else moving.
 QLabel* hint_of(Label& control);

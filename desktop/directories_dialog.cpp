@@ -18,8 +18,9 @@ QGroupBox* directory(directories_form_lite& form) {
     bind(form.directory, *path);
     path->setTextInteractionFlags(Qt::TextSelectableByMouse);
     path->setAccessibleName(without_access_key(to_screen(form.directory_label.caption())));
-    return group_of(to_screen(form.directory_label.caption()),
-                    row_of({path, button_of(form.Set_directory_button)}));
+    auto* group = group_of({}, row_of({path, button_of(form.Set_directory_button)}));
+    bind_frame(form.directory_label, *group);
+    return group;
 }
 
 void add_field(QGridLayout& grid, const Control& control, QWidget* field) {

@@ -3,14 +3,9 @@
 #include <functional>
 #include <string>
 
-#include "desktop/advanced_dialog.h"
-#include "desktop/configure_dialog.h"
-#include "desktop/directories_dialog.h"
 #include "desktop/disk_files.h"
 #include "desktop/end_signals.h"
-#include "desktop/information_dialog.h"
-#include "desktop/main_window.h"
-#include "desktop/page_layout_dialog.h"
+#include "desktop/program_windows.h"
 #include "desktop/qt_desktop_services.h"
 #include "desktop/qt_event_loop.h"
 #include "desktop/qt_file_dialog.h"
@@ -18,8 +13,6 @@
 #include "desktop/qt_printer.h"
 #include "desktop/qt_serial_port.h"
 #include "desktop/qt_windows.h"
-#include "desktop/resequence_dialog.h"
-#include "desktop/select_device_dialog.h"
 #include "desktop/standard_streams.h"
 #include "program/program.h"
 
@@ -56,18 +49,6 @@ std::string joined_arguments(int count, char** arguments) {
         joined += (i == 1 ? "" : " ") + std::string(arguments[i]);
     }
     return joined;
-}
-
-void add_windows(Qt_windows& windows, Program& program) {
-    windows.add(program.window, make_main_window);
-    windows.add(program.configure_form, make_configure_dialog);
-    windows.add(program.advanced_form, make_advanced_dialog);
-    windows.add(program.select_device_form, make_select_device_dialog);
-    windows.add(program.directories_form, make_directories_dialog);
-    windows.add(program.set_directory_form, make_set_directory_dialog);
-    windows.add(program.information_form, make_information_dialog);
-    windows.add(program.page_layout_form, make_page_layout_dialog);
-    windows.add(program.resequence_form, make_resequence_dialog);
 }
 
 /// Ends the windows while the forms that they show still exist.

@@ -11,9 +11,7 @@ std::unique_ptr<QDialog> make_select_device_dialog(select_device_form_lite& form
     auto dialog = std::make_unique<QDialog>();
     auto* column = new QVBoxLayout(dialog.get());
     auto* list = list_of(form.IO_device_lst, 8, 30);
-    auto* label = label_of(form.Label1, *list, 'm');
-    label->setObjectName(to_screen(form.Label1.name()));
-    column->addWidget(label);
+    column->addWidget(label_of(form.Label1, *list, 'm'));
     column->addWidget(list, 1);
     column->addWidget(foot_of({button_of(form.Command1, 'S'), button_of(form.Command2, 'C')}));
     finish_dialog(*dialog);

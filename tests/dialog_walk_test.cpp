@@ -14,15 +14,12 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "desktop/advanced_dialog.h"
-#include "desktop/configure_dialog.h"
 #include "desktop/disk_files.h"
-#include "desktop/main_window.h"
+#include "desktop/program_windows.h"
 #include "desktop/qt_desktop_services.h"
 #include "desktop/qt_event_loop.h"
 #include "desktop/qt_serial_port.h"
 #include "desktop/qt_windows.h"
-#include "desktop/select_device_dialog.h"
 #include "program/program.h"
 #include "qt_test_application.h"
 #include "support/headless_platform.h"
@@ -40,12 +37,7 @@ void press_key(QWidget& widget, int key, const QString& text = {}) {
 /// The program with real windows, files and port; only questions are answered by the test.
 class Walk : public ::testing::Test {
   protected:
-    Walk() {
-        windows.add(program.window, make_main_window);
-        windows.add(program.configure_form, make_configure_dialog);
-        windows.add(program.advanced_form, make_advanced_dialog);
-        windows.add(program.select_device_form, make_select_device_dialog);
-    }
+    Walk() { add_windows(windows, program); }
     ~Walk() override {
         machine.kill();
         machine.waitForFinished();
@@ -122,13 +114,13 @@ TEST_F(Walk, from_the_first_start_to_a_program_sent_and_received) {
     find<QPushButton>(program.select_device_form, "Command1").click();
     EXPECT_EQ(program.window.state.IO_device_name, "Mill 1");
 
-    house.file_dialog.answers = {path("PART.NC")};
+    house.file_dialog.answers = {{File_purpose::open, path("PART.NC")}};
     program.window.FileMenuItem[0].click();
     ASSERT_TRUE(wait([&] { return files.exists(path("OUT.NC")); }));
     EXPECT_THAT(files.read(path("OUT.NC")).value_or(""),
                 ::testing::HasSubstr("O0001\r\nN10 G0 X1.5 Y-2\r\nN20 M30\r\n%"));
 
-    house.file_dialog.answers = {path("BACK.NC")};
+    house.file_dialog.answers = {{File_purpose::save, path("BACK.NC")}};
     program.window.FileMenuItem[1].click();
     ASSERT_TRUE(wait([&] { return program.window.state.busy == 0; }));
     EXPECT_THAT(files.read(path("BACK.NC")).value_or(""),

@@ -109,7 +109,7 @@ TEST_F(Print_layout, preview_shows_the_values_typed_and_keeps_the_old_ones) {
     form.Preview_button.click();
     EXPECT_THAT(system.printer.pages, IsEmpty()) << "no file chosen";
     system.files.put("/nc/a.nc", "M30");
-    system.file_dialog.answers.push_back("/nc/a.nc");
+    system.file_dialog.answers.push_back({File_purpose::open, "/nc/a.nc"});
     form.Preview_button.click();
     ASSERT_EQ(system.printer.pages.size(), 1U);
     EXPECT_EQ(system.printer.pages[0].find("File:"), 62U);

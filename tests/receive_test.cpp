@@ -210,7 +210,7 @@ TEST(Receive, ALostAdapterOrAFullDiskKeepsWhatHadCome) {
 
 TEST(Receive, AsksBeforeOverwritingAndNoOpensTheDialogAgain) {
     Shop_floor shop({}, "old");
-    shop.desk.file_dialog.answers = {"/nc/PART.NC"};
+    shop.desk.file_dialog.answers = {{File_purpose::save, "/nc/PART.NC"}};
     shop.boxes().expect("already exists. Overwrite existing file?", Message_answer::no);
     shop.receive();
     EXPECT_EQ(shop.state().filename, "/nc/NEW.NC");
@@ -290,7 +290,7 @@ TEST(CommandLineReceive, PreparesItsTargetAndEndsTheProgram) {
     for (const bool folder : {true, false}) {
         Shop_floor refused({}, "old");
         refused.boxes().expect(folder ? "already exists." : "Cannot write to folder /gone",
-                               Message_answer::no);
+                               folder ? Message_answer::no : Message_answer::ok);
         refused.start(folder ? "2|/nc/PART.NC" : "6|/gone/NEW");
         refused.pass(200ms);
         EXPECT_TRUE(refused.desk.windows.ended);

@@ -122,7 +122,7 @@ class Real_line {
 
   private:
     void menu(std::size_t item, const std::string& path) {
-        file_dialog_.answers.push_back(path);
+        file_dialog_.answers.push_back({item == 1 ? File_purpose::save : File_purpose::open, path});
         program_.window.FileMenuItem[item].click();
     }
 

@@ -17,8 +17,20 @@
 
 namespace kelvane::testing {
 
-/// Answers from a queue and records; a box that nobody expects, and an expectation that no box
-/// meets, fail the test.
+/// Whether a box with these buttons can be answered so.
+inline bool can_answer(Message_buttons buttons, Message_answer answer) {
+    switch (buttons) {
+        case Message_buttons::yes_no:
+            return answer == Message_answer::yes || answer == Message_answer::no;
+        case Message_buttons::ok_cancel:
+            return answer == Message_answer::ok || answer == Message_answer::cancel;
+        default:
+            return answer == Message_answer::ok;
+    }
+}
+
+/// Answers from a queue and records; a box that nobody expects, an expectation that no box meets,
+/// and an answer that the box has no button for, fail the test.
 class Scripted_message_box : public Message_box {
   public:
     ~Scripted_message_box() override {
@@ -38,6 +50,7 @@ class Scripted_message_box : public Message_box {
         expected_.pop_front();
         EXPECT_NE(all.find(expectation.part), std::string::npos)
             << "expected \"" << expectation.part << "\", box says: " << all;
+        EXPECT_TRUE(can_answer(message.buttons, expectation.answer)) << "no such button: " << all;
         expectation.meanwhile();
         return expectation.answer;
     }
@@ -91,21 +104,28 @@ class Recorded_windows : public Window_system {
     std::map<std::string, std::function<void()>> actions_;
 };
 
-/// Answers from a queue; an empty queue is the operator's Cancel.
+/// Answers from its queues; an empty one is the operator's Cancel. A file dialog for another
+/// purpose than the answer is meant for fails the test.
 class Scripted_file_dialog : public File_dialog {
   public:
-    std::optional<std::string> choose_file(File_purpose) override {
+    struct Answer {
+        File_purpose purpose;
+        std::string path;
+    };
+    std::optional<std::string> choose_file(File_purpose purpose) override {
         if (answers.empty()) {
             return std::nullopt;
         }
-        std::string answer = std::move(answers.front());
+        const Answer answer = std::move(answers.front());
         answers.pop_front();
-        return answer;
+        EXPECT_EQ(answer.purpose, purpose) << answer.path;
+        return answer.path;
     }
     std::optional<std::string> choose_folder(const std::string&) override {
-        return choose_file(File_purpose::open);
+        return std::exchange(folder, std::nullopt);
     }
-    std::deque<std::string> answers;
+    std::deque<Answer> answers;
+    std::optional<std::string> folder;
 };
 
 /// A desktop with a fixed date, a command line and a count of beeps.

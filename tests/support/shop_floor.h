@@ -74,7 +74,9 @@ class Shop_floor {
     }
     void menu(std::size_t file_item, const std::string& name = "PART.NC") {
         start();
-        desk.file_dialog.answers.push_back(name.starts_with('/') ? name : "/nc/" + name);
+        const bool saves = file_item == 1 || file_item == 5;
+        desk.file_dialog.answers.push_back({saves ? File_purpose::save : File_purpose::open,
+                                            name.starts_with('/') ? name : "/nc/" + name});
         window().FileMenuItem[file_item].click();
     }
     /// File > Receive into /nc/NAME: armed on return.

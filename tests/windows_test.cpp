@@ -1,0 +1,196 @@
+// The finished program's windows: what every menu item shows, and that no control is without its
+// widget.
+
+#include <QApplication>
+#include <QDialog>
+#include <QFileDialog>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <regex>
+
+#include "desktop/disk_files.h"
+#include "desktop/program_windows.h"
+#include "desktop/qt_event_loop.h"
+#include "desktop/qt_file_dialog.h"
+#include "desktop/qt_message_box.h"
+#include "desktop/qt_printer.h"
+#include "program/program.h"
+#include "qt_test_application.h"
+#include "support/headless_platform.h"
+
+namespace kelvane::testing {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::StartsWith;
+
+/// The finished program, but for its serial port. Whatever it shows is described and then closed,
+/// a file dialog by choosing `chosen_file` when that is set.
+class Finished_program : public ::testing::Test {
+  protected:
+    Finished_program() {
+        add_windows(windows, program);
+        program.start();
+        QObject::connect(&watch, &QTimer::timeout, [this] { close_dialogs(); });
+        watch.start(1);
+    }
+    ~Finished_program() override { windows.clear(); }
+
+    /// What comes when the item is clicked, one dialog after the other: name, title, modal or not,
+    /// buttons.
+    std::string shown_by(Button& item, const std::string& file) {
+        shown.clear();
+        chosen_file = file.empty() ? QString() : folder.filePath(QString::fromStdString(file));
+        item.click();
+        const auto end = loop.now() + 20s;
+        while ((shown.empty() || QApplication::activeModalWidget() != nullptr) &&
+               loop.now() < end) {
+            loop.process_events();
+        }
+        return shown;
+    }
+
+    QTemporaryDir folder;
+    Headless_platform house;
+    Qt_event_loop loop;
+    Disk_files files{folder.path().toStdString()};
+    Qt_windows windows{loop};
+    Qt_message_box boxes{windows};
+    Qt_file_dialog file_dialog{windows};
+    Qt_printer printer{files};
+    Platform platform{loop,    windows,       boxes,         file_dialog,
+                      printer, house.machine, house.desktop, files};
+    Program program{platform};
+
+  private:
+    void close_dialogs() {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            auto* dialog = qobject_cast<QDialog*>(widget);
+            if (dialog != nullptr && dialog->isVisible()) {
+                describe(*dialog);
+                answer(*dialog);
+                return;
+            }
+        }
+    }
+
+    void describe(const QDialog& dialog) {
+        shown += dialog.objectName().toStdString() + "|" + dialog.windowTitle().toStdString();
+        shown += dialog.isModal() ? "|modal|" : "|modeless|";
+        for (const QPushButton* button : dialog.findChildren<QPushButton*>()) {
+            shown += button->text().remove('&').toStdString() + ",";
+        }
+        shown += "\n";
+    }
+
+    void answer(QDialog& dialog) {
+        auto* files_to_choose = qobject_cast<QFileDialog*>(&dialog);
+        if (files_to_choose == nullptr || chosen_file.isEmpty()) {
+            dialog.close();
+            return;
+        }
+        files_to_choose->selectFile(std::exchange(chosen_file, QString()));
+        QMetaObject::invokeMethod(files_to_choose, "accept");
+    }
+
+    QTimer watch;
+    QString chosen_file;
+    std::string shown;
+};
+
+TEST_F(Finished_program, every_menu_item_shows_its_form_or_dialog) {
+    const std::string open = "file_dialog|Open|modal|Open,Cancel,\n";
+    const std::string save = "file_dialog|Save as|modal|Save,Cancel,\n";
+    const std::string missing = open + "message_box|Kelvane Lite|modal|OK,\n";
+    const std::string overwrite = save + "message_box|Overwrite?|modal|Yes,No,\n" + save;
+    const std::string information = "Thank_you_form_lite|";
+    const struct {
+        std::size_t menu, item;
+        std::string file, shown;
+    } cases[] = {
+        {0, 0, "", open},
+        {0, 0, "NONE.NC", missing},
+        {0, 1, "", save},
+        {0, 1, "PART.NC", overwrite},
+        {0, 2, "NONE.NC", missing},
+        {0, 3, "PART.BAK", open + "message_box|Can't resequence|modal|OK,\n"},
+        {0, 3, "PART.NC", open + "resequence_form_lite|Resequence|modal|Resequence,Cancel,\n"},
+        {0, 4, "NONE.NC", missing},
+        {0, 5, "PART.NC", overwrite},
+        {1, 0, "", "configure_IO_lite|Configure serial port|modeless|"},
+        {1, 1, "", "select_device_form_lite|Select I/O device|modeless|Select,Close,\n"},
+        {1, 2, "", "select_printer|Select printer|modal|"},
+        {1, 3, "", "Page_layout_form_lite|Page layout|modal|"},
+        {1, 4, "", "directories_form_lite|Files and directories|modal|"},
+        {2, 0, "", information + "Kelvane Lite|modeless|OK,\n"},
+        {2, 1, "", information + "Getting started|modeless|OK,\n"},
+        {2, 2, "", information + "Tape codes and handshakes|modeless|OK,\n"},
+        {2, 3, "", information + "Command line|modeless|OK,\n"},
+        {2, 4, "", information + "Trouble on the line|modeless|OK,\n"},
+    };
+    for (const char* name : {"PART.NC", "PART.BAK"}) {
+        ASSERT_TRUE(files.replace(folder.filePath(name).toStdString(), "N1G0\r\n"));
+    }
+    for (const auto& c : cases) {
+        Button& item = program.window.menus().at(c.menu).items[c.item];
+        EXPECT_THAT(shown_by(item, c.file), StartsWith(c.shown)) << item.caption();
+    }
+}
+
+/// The names of the controls that each class of forms declares in its header, by class.
+std::multimap<std::string, std::string> declared_controls() {
+    const std::regex form(R"(class (\w+) : public Form)");
+    const std::regex control(
+        R"(^ +(Button|Check_box|Option_button|Text_box|List_box|Label|Scroll_bar|Progress_bar|Rich_text|Page_picture|Number_field) (\w+)[{;])");
+    std::multimap<std::string, std::string> names;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(SOURCE_FOLDER)) {
+        if (!entry.path().filename().string().ends_with(".h")) {
+            continue;
+        }
+        std::ifstream header(entry.path());
+        std::smatch found;
+        std::string name;
+        for (std::string line; std::getline(header, line);) {
+            if (std::regex_search(line, found, form)) {
+                name = found[1];
+            } else if (!name.empty() && std::regex_search(line, found, control)) {
+                names.emplace(name, found[2]);
+            }
+        }
+    }
+    return names;
+}
+
+TEST_F(Finished_program, every_control_of_every_form_has_a_widget_of_its_name) {
+    const auto controls = declared_controls();
+    std::size_t walked = 0;
+    for (Form* form : std::initializer_list<Form*>{
+             &program.window, &program.configure_form, &program.advanced_form,
+             &program.select_device_form, &program.directories_form, &program.set_directory_form,
+             &program.information_form, &program.page_layout_form, &program.resequence_form}) {
+        const QWidget& window = *windows.window_of(*form);
+        const auto [first, last] = controls.equal_range(form->name());
+        for (auto control = first; control != last; ++control, ++walked) {
+            const QString name = QString::fromStdString(control->second);
+            EXPECT_NE(window.findChild<QWidget*>(name), nullptr)
+                << form->name() << " " << name.toStdString();
+        }
+    }
+    EXPECT_EQ(walked, controls.size());
+    for (const Menu& menu : program.window.menus()) {
+        for (const Button& item : menu.items) {
+            EXPECT_NE(windows.window_of(program.window)
+                          ->findChild<QAction*>(QString::fromStdString(item.name())),
+                      nullptr);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace kelvane::testing
