@@ -12,19 +12,26 @@ std::string_view Lines::take() {
 }
 
 std::size_t find_line_end(std::string_view text, std::size_t from) {
-    const auto* const end = std::find_if(text.begin() + from, text.end(),
-                                         [](char c) { return c == '\n' || c == '\r'; });
+    const auto* const end = std::find_if(text.begin() + from, text.end(), [](char c) {
+        return c <= '\r' && (c == '\n' || c == '\r');
+    });
     return static_cast<std::size_t>(end - text.begin());
 }
 
 std::size_t line_end_length(std::string_view text, std::size_t at) {
-    const std::string_view ahead = text.substr(std::min(at, text.size()), 3);
-    for (const std::string_view end : {"\r\r\n", "\n\r\r", "\r\n", "\n\r", "\r", "\n"}) {
-        if (ahead.starts_with(end)) {
-            return end.size();
-        }
+    const auto has = [&](std::size_t ahead, char c) {
+        return at + ahead < text.size() && text[at + ahead] == c;
+    };
+    if (has(0, '\n') && has(1, '\r')) {
+        return has(2, '\r') ? 3 : 2;
     }
-    return 0;
+    if (has(0, '\r') && has(1, '\r') && has(2, '\n')) {
+        return 3;
+    }
+    if (has(0, '\r') && has(1, '\n')) {
+        return 2;
+    }
+    return has(0, '\r') || has(0, '\n') ? 1 : 0;
 }
 
 std::size_t count_lines(std::string_view text) {
