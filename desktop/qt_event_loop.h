@@ -39,12 +39,15 @@ class Qt_event_loop : public Event_loop {
     bool run_due_timers();
     void set_wake_timer();
     void wake_timer_fired();
+    void wait_out_the_rest() const;
 
     std::chrono::steady_clock::time_point start_;
     int timer_handle_;
     std::unique_ptr<QSocketNotifier> wake_;
     std::unique_ptr<Rounds> rounds_;
     std::optional<Clock_time> sleep_end_;
+    Clock_time wake_at_{};                    ///< for which the timer is set
+    std::chrono::nanoseconds usual_delay_{};  ///< of a wake-up behind its time, learned
     Clock_time next_pending_{};
 };
 

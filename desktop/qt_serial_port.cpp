@@ -129,6 +129,7 @@ void Qt_serial_port::prepare_open_line(const std::string& device) {
     set_modem_lines(handle(), true);
     ask_for_low_latency(handle());
     static_cast<void>(set_receive_trigger(device));
+    urgent_.emplace();
     received_.reserve(settings_.in_buffer_size);
     cts_.start(counts_cts_changes(device));
     errors_at_open_ = driver_counts(handle()).value_or(Driver_counts()).errors;
@@ -161,6 +162,7 @@ void Qt_serial_port::shut() {
     }
     set_modem_lines(handle(), false);
     port_.close();
+    urgent_.reset();
     received_.clear();
 }
 

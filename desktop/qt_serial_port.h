@@ -7,6 +7,7 @@
 
 #include "desktop/cts_watch.h"
 #include "desktop/qt_event_loop.h"
+#include "desktop/urgent_thread.h"
 #include "desktop/wire_clock.h"
 #include "platform/files.h"
 #include "platform/serial_port.h"
@@ -61,6 +62,7 @@ class Qt_serial_port : public Serial_comm {
     const Files& files_;
     QSerialPort port_;
     QTimer look_again_;
+    std::optional<Urgent_thread> urgent_;  ///< while the port is open
     Port_settings settings_;
     Wire_clock wire_;
     Cts_watch cts_;

@@ -64,6 +64,15 @@ TEST_F(Qt_event_loop_test, timers_run_inside_a_dialogs_own_loop_that_a_handler_h
     EXPECT_EQ(ticks, "(aa");
 }
 
+TEST_F(Qt_event_loop_test, a_wait_for_what_may_never_come_wakes_ten_times_a_second_at_most) {
+    QCoreApplication::processEvents();
+    int rounds = 0;
+    for (const Clock_time end = loop.now() + 1s; loop.now() < end; ++rounds) {
+        loop.process_events();
+    }
+    EXPECT_LE(rounds, 2 * 12) << "after each wake-up comes a round of the tasks";
+}
+
 TEST_F(Qt_event_loop_test, a_sleep_keeps_to_the_ports_limit_and_to_due_timers) {
     const auto a = timer('a', 1000);
     int asked = 0;

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <random>
+#include <sched.h>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -15,6 +16,7 @@
 #include "desktop/qt_serial_port.h"
 #include "desktop/serial_line.h"
 #include "desktop/serial_names.h"
+#include "desktop/urgent_thread.h"
 #include "desktop/wire_clock.h"
 #include "modem_lines/modem_lines.h"
 #include "qt_test_application.h"
@@ -233,6 +235,16 @@ TEST_F(Real_adapter, a_speed_that_it_does_not_have_is_refused_and_a_near_one_is_
     lines_.real_speed = 9500;
     ASSERT_EQ(port_.open(settings_), Port_error::none);
     EXPECT_DOUBLE_EQ(port_.characters_per_second(), 950);
+}
+
+TEST_F(Real_adapter, the_thread_is_urgent_only_while_the_line_is_open_and_where_that_is_granted) {
+    const int before = ::sched_getscheduler(0);
+    const bool may = Urgent_thread().granted();
+    EXPECT_EQ(::sched_getscheduler(0), before);
+    ASSERT_EQ(port_.open(settings_), Port_error::none);
+    EXPECT_EQ((::sched_getscheduler(0) & ~SCHED_RESET_ON_FORK) == SCHED_RR, may);
+    port_.close();
+    EXPECT_EQ(::sched_getscheduler(0), before);
 }
 
 TEST_F(Real_adapter, errors_are_counted_from_opening_to_closing) {
