@@ -10,8 +10,7 @@
 
 #include "desktop/line_speed.h"
 #include "desktop/serial_line.h"
-#include "machines/port_devices.h"
-#include "session/file_names.h"
+#include "machines/port_wiring.h"
 
 namespace kelvane {
 
@@ -70,8 +69,7 @@ Qt_serial_port::~Qt_serial_port() {
 }
 
 std::string Qt_serial_port::device_of(int com_port) const {
-    const auto wiring = files_.read(files_.program_path(file_names::serial_port_devices));
-    return device_of_port(wiring.value_or(""), com_port);
+    return read_device(files_, com_port).value_or("unknown device");
 }
 
 Port_error Qt_serial_port::open(const Port_settings& settings) {
@@ -85,17 +83,21 @@ Port_error Qt_serial_port::open(const Port_settings& settings) {
         error_text_ = "\"" + settings.settings + "\" is no setting of a serial line.";
         return Port_error::bad_settings;
     }
-    const std::string device = device_of(settings.com_port);
-    port_.setPortName(QFile::decodeName(device.c_str()));
+    const auto device = read_device(files_, settings.com_port);
+    if (!device) {
+        error_text_ = "What the COM numbers are wired to cannot be read: " + device.reason();
+        return Port_error::other;
+    }
+    port_.setPortName(QFile::decodeName(device->c_str()));
     set_frame(*line);
     if (!port_.open(QIODevice::ReadWrite)) {
-        return open_failed(device);
+        return open_failed(*device);
     }
     const int actual = line_speed(handle()).value_or(line->baud);
-    if (std::string trouble = speed_trouble(device, line->baud, actual); !trouble.empty()) {
+    if (std::string trouble = speed_trouble(*device, line->baud, actual); !trouble.empty()) {
         return open_at_wrong_speed(std::move(trouble));
     }
-    prepare_open_line(device);
+    prepare_open_line(*device);
     start_clock(actual, line->bits_per_character());
     return Port_error::none;
 }

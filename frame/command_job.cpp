@@ -3,6 +3,7 @@
 #include "frame/main_window.h"
 #include "platform/basic_text.h"
 #include "session/file_names.h"
+#include "session/machine_names.h"
 
 namespace kelvane {
 
@@ -17,38 +18,54 @@ enum Command_event {
     receive_binary
 };
 
+/// Adds a line at the end of a file that is there.
+Result<> add_line(Files& files, const std::string& path, const std::string& line) {
+    const auto old = files.read(path);
+    if (!old) {
+        return old.failure();
+    }
+    const bool complete = old->empty() || old->back() == '\n';
+    return files.replace(path, *old + (complete ? "" : "\r\n") + line + "\r\n");
+}
+
 }  // namespace
 
 void Kelvane_lite_form::run_command_line() {
     Timer1.set_enabled(false);
-    select_command_line_machine();
+    if (const auto selected = select_command_line_machine(); !selected) {
+        box("Cannot read the list of machines.\n" + selected.reason());
+        unload();
+        return;
+    }
     state.filename = state.Command_line_filename;
     act_on_command_line();
 }
 
 // The built-in machine may be named too; it is never in the list, so it must not be added there.
-void Kelvane_lite_form::select_command_line_machine() {
+Result<> Kelvane_lite_form::select_command_line_machine() {
     const std::string& machine = state.Command_line_machine;
-    if (machine.empty() || upper_case(machine) == upper_case(default_machine)) {
+    if (machine.empty() || same_machine_name(machine, default_machine)) {
         state.IO_device_name = default_machine;
         state.IO_device = 0;
-    } else if (const auto list =
-                   platform.files.read(platform.files.program_path(file_names::machine_list))) {
-        if (!find_machine(*list)) {
-            Add_machine_name(0);
-        }
     } else {
-        Add_machine_name(1);
+        const auto list =
+            platform.files.read(platform.files.program_path(file_names::machine_list));
+        if (list.unreadable()) {
+            return list.failure();
+        }
+        if (!list || !find_machine(*list)) {
+            Add_machine_name(list ? 0 : 1);
+        }
     }
     show_machine();
+    return {};
 }
 
 bool Kelvane_lite_form::find_machine(const std::string& list) {
-    const std::string wanted = upper_case(state.Command_line_machine);
     Text_reader reader(list);
     std::string name;
     for (int position = 1; reader.line(name); ++position) {
-        if (upper_case(name) == wanted) {
+        if (same_machine_name(name, state.Command_line_machine)) {
             state.IO_device = position;
             state.IO_device_name = name;
             return true;
@@ -63,10 +80,7 @@ void Kelvane_lite_form::Add_machine_name(int mode) {
     const std::string settings = files.program_path(port_settings_name(name));
     Result<> added;
     if (mode == 0) {
-        const std::string list = files.program_path(file_names::machine_list);
-        const std::string old = files.read(list).value_or(std::string());
-        const bool complete = old.empty() || old.back() == '\n';
-        added = files.replace(list, old + (complete ? "" : "\r\n") + name + "\r\n");
+        added = add_line(files, files.program_path(file_names::machine_list), name);
     } else {
         // No separator: files of this name are known to be looked for beside the directory.
         added = files.replace(files.program_directory() + "Editor IO device list",

@@ -18,9 +18,9 @@ constexpr std::size_t filter_line = 0;
 constexpr std::size_t first_type_line = 2;
 constexpr std::size_t add_extension_line = 3;
 
-/// All lines of a file, `least` at least.
-std::vector<std::string> lines_of(const Files& files, std::string_view name, std::size_t least) {
-    Text_reader reader(files.read(files.program_path(name)));
+/// All lines of a file's content, `least` at least.
+std::vector<std::string> lines_of(const Result<std::string>& content, std::size_t least) {
+    Text_reader reader(content);
     std::vector<std::string> lines;
     for (std::string line; reader.line(line);) {
         lines.push_back(line);
@@ -82,8 +82,11 @@ void directories_form_lite::attach_buttons() {
 
 void directories_form_lite::on_load() {
     const Files& files = platform_.files;
-    directory_lines_ = lines_of(files, file_names::default_directories, directory_line_count);
-    type_lines_ = lines_of(files, file_names::default_file_types, type_line_count);
+    const auto directories = files.read(files.program_path(file_names::default_directories));
+    const auto types = files.read(files.program_path(file_names::default_file_types));
+    unread_ = directories.unreadable() || types.unreadable();
+    directory_lines_ = lines_of(directories, directory_line_count);
+    type_lines_ = lines_of(types, type_line_count);
     directory_path_ = directory_lines_[path_line];
     types_ = filter_pairs(type_lines_[filter_line]);
     First_type_lst.clear();
@@ -202,6 +205,9 @@ void directories_form_lite::accept() {
 }
 
 Result<> directories_form_lite::store() {
+    if (unread_) {
+        return Failure{"They could not be read. Open this window again."};
+    }
     directory_lines_[path_line] = directory_path_;
     type_lines_[filter_line] = filter();
     const int first_type = First_type_lst.selected() + 1;

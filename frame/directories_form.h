@@ -86,6 +86,7 @@ class directories_form_lite : public Form {
     Set_directory_form_lite& set_directory_;
     std::vector<std::string> directory_lines_;
     std::vector<std::string> type_lines_;
+    bool unread_ = false;  ///< a file was there and could not be read: nothing is stored
     std::string directory_path_;
     Types types_;
     bool showing_ = false;  ///< the fields are being filled

@@ -124,7 +124,7 @@ class Kelvane_lite_form : public Form, public Operator {
     void stop_click();
 
     void run_command_line();
-    void select_command_line_machine();
+    Result<> select_command_line_machine();
     [[nodiscard]] bool find_machine(const std::string& list);
     void act_on_command_line();
     [[nodiscard]] bool command_file_exists();

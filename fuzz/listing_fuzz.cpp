@@ -7,12 +7,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using namespace kelvane;
     fuzz::Fuzz_input input(data, size);
     Page_layout layout;
-    layout.lines_per_page = input.choice(256) - 20;
+    layout.Lines_per_page = input.choice(256) - 20;
     layout.line_length = input.choice(256) - 20;
     layout.margin = input.choice(256) - 20;
-    layout.description = input.yes();
-    layout.line_numbers = input.yes();
-    layout.page_numbers = input.yes();
+    layout.Print_description = input.yes();
+    layout.Print_line_numbers = input.yes();
+    layout.Print_page_numbers = input.yes();
     const bool barcode_room = input.yes();
     Listing_source source;
     source.path = input.text();

@@ -5,6 +5,7 @@
 
 #include "machines/machine_fields.h"
 #include "machines/machine_files.h"
+#include "session/machine_names.h"
 
 namespace kelvane {
 
@@ -79,8 +80,13 @@ void configure_IO_lite::on_load() {
     }
     COM_lst.set_items(std::move(ports));
     New_name_txt.set_text("");
-    read_switchbox_codes(default_machine);
-    IO_device_lst.set_items(machine_list_items(platform_.files));
+    auto machines = machine_list_items(platform_.files);
+    if (!machines) {
+        tell("Cannot read the list of machines.\n" + machines.reason());
+        unload();
+        return;
+    }
+    IO_device_lst.set_items(*std::move(machines));
     load_current_machine();
     wiring.begin();
     Timer1.set_enabled(true);
@@ -97,21 +103,35 @@ void configure_IO_lite::load_current_machine() {
     IO_device_lst.select(position);
     auto content =
         read_machine_file(platform_.files, named_port_settings_name(IO_device_lst.selected_text()));
-    if (!content) {
+    if (content.missing()) {
         IO_device_lst.select(0);
         content = read_machine_file(platform_.files, port_settings_name(default_machine));
     }
-    load_record(std::move(content), start_port);
+    load_machine(std::move(content), start_port);
 }
 
 void configure_IO_lite::machine_clicked() {
     const std::string machine = IO_device_lst.selected_text();
-    read_switchbox_codes(machine);
-    load_record(read_machine_file(platform_.files, port_settings_name(machine)), clicked_port);
+    load_machine(read_machine_file(platform_.files, port_settings_name(machine)), clicked_port);
 }
 
-void configure_IO_lite::read_switchbox_codes(const std::string& machine) {
-    advanced_.Switchbox_txt.set_text(read_switchbox_text(platform_.files, machine));
+/// Shows the selected machine with the content of its settings file. What could not be read is not
+/// there to be applied.
+void configure_IO_lite::load_machine(Result<std::string> content, int port) {
+    const std::string machine = IO_device_lst.selected_text();
+    const auto codes = read_switchbox_codes(machine);
+    const std::string reason = content.unreadable() ? content.reason() : codes.reason();
+    load_record(std::move(content), port);
+    apply_button.set_enabled(reason.empty());
+    if (!reason.empty()) {
+        tell("Cannot read the settings of " + machine + ".\n" + reason);
+    }
+}
+
+Result<> configure_IO_lite::read_switchbox_codes(const std::string& machine) {
+    const auto codes = read_switchbox_text(platform_.files, machine);
+    advanced_.Switchbox_txt.set_text(codes.value_or(""));
+    return codes ? Result<>() : codes.failure();
 }
 
 /// Resets every field, with `port` for the COM number, and takes the file's lines over that.
@@ -158,10 +178,15 @@ void configure_IO_lite::saveit(const std::string& path) {
     }
     const auto& items = IO_device_lst.items();
     // Nothing is said of a failure: the form closes as if all had been saved.
-    const bool saved =
-        !path.empty() && platform_.files.replace(path, machine_settings_text(shown_settings()));
-    const bool listed = write_machine_list(platform_.files, {items.begin() + 1, items.end()});
-    static_cast<void>(saved && listed);
+    if (!path.empty()) {
+        static_cast<void>(platform_.files.replace(path, machine_settings_text(shown_settings())));
+    }
+    static_cast<void>(write_machine_list(platform_.files, {items.begin() + 1, items.end()}));
+}
+
+void configure_IO_lite::tell(std::string text) {
+    platform_.message_box.show(
+        {std::move(text), std::string(product_name), Message_icon::critical, Message_buttons::ok});
 }
 
 bool configure_IO_lite::confirm_data_bits() {
@@ -183,20 +208,31 @@ void configure_IO_lite::apply() {
     Files& files = platform_.files;
     const bool is_default = IO_device_lst.selected() <= 0;
     const std::string machine = is_default ? default_machine : IO_device_lst.selected_text();
-    saveit(machine_file_path(
-               files, is_default ? port_settings_name(machine) : named_port_settings_name(machine))
-               .value_or(""));
+    const std::string name =
+        is_default ? port_settings_name(machine) : named_port_settings_name(machine);
+    if (const auto old = read_machine_file(files, name); old.unreadable()) {
+        tell("Cannot read the settings of " + machine + ".\n" + old.reason());
+        return;
+    }
+    if (const auto wired = wiring.store(); !wired) {
+        tell("Cannot store what the COM numbers are wired to.\n" + wired.reason());
+        return;
+    }
+    saveit(machine_file_path(files, name).value_or(""));
     Text_writer switchbox;
     switchbox.line(one_line(advanced_.Switchbox_txt.text()));
-    const bool saved = write_machine_file(files, switchbox_name(machine), switchbox.text());
-    static_cast<void>(wiring.store() && saved);
+    static_cast<void>(write_machine_file(files, switchbox_name(machine), switchbox.text()));
     unload();
 }
 
 void configure_IO_lite::name_changed() {
     const std::string& name = New_name_txt.text();
-    const bool possible = name.empty() || can_be_file_name(name);
-    name_hint.set_caption(possible ? "" : "This cannot be part of a file name.");
+    name_hint.set_caption(name.empty() ? "" : fault_of_machine_name(name));
+}
+
+void configure_IO_lite::refuse_name(std::string reason) {
+    platform_.message_box.show(
+        {std::move(reason), "List entry error", Message_icon::exclamation, Message_buttons::ok});
 }
 
 void configure_IO_lite::add_machine() {
@@ -205,11 +241,13 @@ void configure_IO_lite::add_machine() {
         return;
     }
     const auto& items = IO_device_lst.items();
-    if (std::any_of(items.begin(), items.end(), [&](const std::string& item) {
-            return upper_case(item) == upper_case(name);
-        })) {
-        platform_.message_box.show({"I/O device name is already in the list", "List entry error",
-                                    Message_icon::exclamation, Message_buttons::ok});
+    if (std::any_of(items.begin(), items.end(),
+                    [&](const std::string& item) { return same_machine_name(item, name); })) {
+        refuse_name("I/O device name is already in the list");
+        return;
+    }
+    if (const std::string fault = fault_of_machine_name(name); !fault.empty()) {
+        refuse_name(fault);
         return;
     }
     IO_device_lst.add(name);
@@ -236,7 +274,8 @@ void configure_IO_lite::delete_machine() {
     IO_device_lst.select(0);
     const auto settings_path =
         machine_file_path(platform_.files, named_port_settings_name(machine));
-    if (remove_from_machine_list(platform_.files, machine) && settings_path) {
+    const auto unlisted = remove_from_machine_list(platform_.files, machine);
+    if (unlisted && settings_path) {
         platform_.files.remove(*settings_path);
     }
 }

@@ -16,7 +16,8 @@ namespace kelvane {
 
 /// "Configure serial port": edits the list of machines and each machine's record. What it leaves
 /// behind are files; it changes neither the selected machine nor the settings of a transfer. Files
-/// that cannot be read or written are passed over without a message, the old ones staying whole.
+/// that cannot be written are passed over without a message, the old ones staying whole. Of one
+/// that is there and cannot be read the operator is told; it is never written over.
 class configure_IO_lite : public Form {
   public:
     /// `advanced` holds the other half of the record; it is loaded and unloaded with this form.
@@ -71,8 +72,9 @@ class configure_IO_lite : public Form {
     /// Writes the shown record to the file `path` (no settings file for an empty path), then the
     /// list of machines.
     void saveit(const std::string& path);
-    /// Shows the switchbox select codes of `machine`; none without a file.
-    void read_switchbox_codes(const std::string& machine);
+    /// Shows the switchbox select codes of `machine`; none without a file or when it cannot be
+    /// read.
+    Result<> read_switchbox_codes(const std::string& machine);
 
   protected:
     void on_load() override;
@@ -81,13 +83,16 @@ class configure_IO_lite : public Form {
   private:
     void load_current_machine();
     void machine_clicked();
+    void load_machine(Result<std::string> content, int port);
     void load_record(Result<std::string> content, int port);
     void show_fields(const MachineSettings& settings, int count);
     [[nodiscard]] MachineSettings shown_settings();
 
+    void tell(std::string text);
     [[nodiscard]] bool confirm_data_bits();
     void apply();
     void name_changed();
+    void refuse_name(std::string reason);
     void add_machine();
     void delete_machine();
 

@@ -1,12 +1,19 @@
 #include "machines/machine_files.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "machines/machine_settings.h"
 #include "platform/basic_text.h"
 #include "session/file_names.h"
 
 namespace kelvane {
+
+namespace {
+
+const Failure no_file_of_this_name{"No file can have this name", true};
+
+}  // namespace
 
 std::string named_port_settings_name(std::string_view machine) {
     return std::string(file_names::port_settings) + " for " + std::string(machine);
@@ -21,16 +28,26 @@ std::optional<std::string> machine_file_path(const Files& files, std::string_vie
 
 Result<std::string> read_machine_file(const Files& files, std::string_view file_name) {
     const auto path = machine_file_path(files, file_name);
-    return path ? files.read(*path) : Failure{"No file can have this name", true};
+    return path ? files.read(*path) : no_file_of_this_name;
 }
 
-bool write_machine_file(Files& files, std::string_view file_name, std::string_view content) {
+Result<> write_machine_file(Files& files, std::string_view file_name, std::string_view content) {
     const auto path = machine_file_path(files, file_name);
-    return path && files.replace(*path, content).has_value();
+    if (!path) {
+        return no_file_of_this_name;
+    }
+    if (const auto old_content = files.read(*path); old_content.unreadable()) {
+        return old_content.failure();
+    }
+    return files.replace(*path, content);
 }
 
-std::vector<std::string> read_machine_list(const Files& files) {
-    Text_reader reader(files.read(files.program_path(file_names::machine_list)));
+Result<std::vector<std::string>> read_machine_list(const Files& files) {
+    auto content = files.read(files.program_path(file_names::machine_list));
+    if (content.unreadable()) {
+        return content.failure();
+    }
+    Text_reader reader(std::move(content));
     std::vector<std::string> names;
     std::string line;
     while (reader.line(line)) {
@@ -41,9 +58,11 @@ std::vector<std::string> read_machine_list(const Files& files) {
     return names;
 }
 
-std::vector<std::string> machine_list_items(const Files& files) {
-    std::vector<std::string> items = read_machine_list(files);
-    items.insert(items.begin(), default_machine);
+Result<std::vector<std::string>> machine_list_items(const Files& files) {
+    auto items = read_machine_list(files);
+    if (items) {
+        items->insert(items->begin(), default_machine);
+    }
     return items;
 }
 
@@ -52,22 +71,19 @@ int machine_position(const std::vector<std::string>& items, std::string_view mac
     return found == items.end() ? 0 : static_cast<int>(found - items.begin());
 }
 
-bool write_machine_list(Files& files, const std::vector<std::string>& names) {
+Result<> write_machine_list(Files& files, const std::vector<std::string>& names) {
     Text_writer writer;
     for (const std::string& name : names) {
         writer.line(one_line(name));
     }
-    return files.replace(files.program_path(file_names::machine_list), writer.text()).has_value();
+    return files.replace(files.program_path(file_names::machine_list), writer.text());
 }
 
-bool remove_from_machine_list(Files& files, std::string_view name) {
+Result<> remove_from_machine_list(Files& files, std::string_view name) {
     const std::string list_path = files.program_path(file_names::machine_list);
-    if (!files.exists(list_path)) {
-        return true;
-    }
     const auto content = files.read(list_path);
     if (!content) {
-        return false;
+        return content.missing() ? Result<>() : content.failure();
     }
     Text_reader reader(content);
     Text_writer writer;
@@ -78,13 +94,17 @@ bool remove_from_machine_list(Files& files, std::string_view name) {
         }
     }
     const std::string scratch_path = files.program_path(file_names::machine_list_temporary);
-    return files.replace(scratch_path, writer.text())
-        .and_then([&] { return files.rename(scratch_path, list_path); })
-        .has_value();
+    return files.replace(scratch_path, writer.text()).and_then([&] {
+        return files.rename(scratch_path, list_path);
+    });
 }
 
-std::string read_switchbox_text(const Files& files, std::string_view machine) {
-    Text_reader reader(read_machine_file(files, switchbox_name(machine)));
+Result<std::string> read_switchbox_text(const Files& files, std::string_view machine) {
+    auto content = read_machine_file(files, switchbox_name(machine));
+    if (content.unreadable()) {
+        return content.failure();
+    }
+    Text_reader reader(std::move(content));
     std::string text;
     reader.line(text);
     return text;

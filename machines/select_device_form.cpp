@@ -4,16 +4,25 @@
 
 namespace kelvane {
 
-select_device_form_lite::select_device_form_lite(Window_system& windows, const Files& files,
-                                                 Shared_state& state)
-    : Form(windows, "select_device_form_lite", "Select I/O device"), files_(files), state_(state) {
+select_device_form_lite::select_device_form_lite(Platform& platform, Shared_state& state)
+    : Form(platform.windows, "select_device_form_lite", "Select I/O device"),
+      platform_(platform),
+      state_(state) {
     Command1.on_click = [this] { select(); };
     IO_device_lst.on_double_click = [this] { select(); };
     Command2.on_click = [this] { unload(); };
 }
 
 void select_device_form_lite::on_load() {
-    IO_device_lst.set_items(machine_list_items(files_));
+    auto machines = machine_list_items(platform_.files);
+    if (!machines) {
+        platform_.message_box.show({"Cannot read the list of machines.\n" + machines.reason(),
+                                    std::string(product_name), Message_icon::critical,
+                                    Message_buttons::ok});
+        unload();
+        return;
+    }
+    IO_device_lst.set_items(*std::move(machines));
     IO_device_lst.select(machine_position(IO_device_lst.items(), state_.IO_device_name));
 }
 

@@ -3,17 +3,18 @@
 #include <functional>
 
 #include "platform/controls.h"
-#include "platform/files.h"
 #include "platform/form.h"
+#include "platform/platform.h"
 #include "session/shared_state.h"
 
 namespace kelvane {
 
-/// "Select I/O device": chooses the machine of the next transfers. It writes no file.
+/// "Select I/O device": chooses the machine of the next transfers. It writes no file. A
+/// list of machines that cannot be read is told, and there is no choice then.
 class select_device_form_lite : public Form {
   public:
     /// `state` gets the chosen machine's position and name.
-    select_device_form_lite(Window_system& windows, const Files& files, Shared_state& state);
+    select_device_form_lite(Platform& platform, Shared_state& state);
 
     Label Label1{"Label1", "Select machine:"};
     List_box IO_device_lst{"IO_device_lst", "Select machine:"};
@@ -29,7 +30,7 @@ class select_device_form_lite : public Form {
   private:
     void select();
 
-    const Files& files_;
+    Platform& platform_;
     Shared_state& state_;
 };
 

@@ -27,11 +27,11 @@ constexpr int most_page_lines = 10000;
 constexpr int most_line_characters = 10000;
 
 int page_lines(const Page_layout& layout) {
-    return std::clamp(layout.lines_per_page, 1, most_page_lines);
+    return std::clamp(layout.Lines_per_page, 1, most_page_lines);
 }
 
 int line_characters(const Page_layout& layout) {
-    const int given = layout.line_numbers ? columns_given_to_numbers : 0;
+    const int given = layout.Print_line_numbers ? columns_given_to_numbers : 0;
     return std::clamp(layout.line_length, 1 + given, most_line_characters) - given;
 }
 
@@ -54,7 +54,7 @@ class Composer {
 
     Listing compose(const std::function<bool()>& proceed) {
         start_first_page();
-        if (layout_.description) {
+        if (layout_.Print_description) {
             put_header();
         }
         Lines lines(text_);
@@ -115,7 +115,7 @@ class Composer {
 
     [[nodiscard]] std::string line_prefix() const {
         std::string prefix = margin_;
-        if (layout_.line_numbers) {
+        if (layout_.Print_line_numbers) {
             std::string number = decimal(static_cast<std::int64_t>(source_line_));
             number.resize(std::max(number.size(), line_number_width), ' ');
             prefix += number;
@@ -140,7 +140,7 @@ class Composer {
     }
 
     void put_footer() {
-        if (layout_.page_numbers) {
+        if (layout_.Print_page_numbers) {
             buffer_.append(footer_lead).append(footer_indent, ' ').append("Page");
             buffer_.append(number_text(listing_.pages.size() + 1));
         }
@@ -196,10 +196,10 @@ int listing_margin(const Page_layout& layout) {
 }
 
 int listing_columns(const Page_layout& layout) {
-    const int number = layout.line_numbers ? static_cast<int>(line_number_width) : 0;
+    const int number = layout.Print_line_numbers ? static_cast<int>(line_number_width) : 0;
     const int body = listing_margin(layout) + number + line_characters(layout);
     constexpr int footer = static_cast<int>(footer_indent) + 10;  // "Page 10000"
-    return layout.page_numbers ? std::max(body, footer) : body;
+    return layout.Print_page_numbers ? std::max(body, footer) : body;
 }
 
 int listing_rows(const Listing& listing, const Page_layout& layout, int barcode_rows) {

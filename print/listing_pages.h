@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/fault.h"
-#include "print/page_layout.h"
+#include "session/page_layout.h"
 
 namespace kelvane {
 

@@ -65,14 +65,14 @@ Page_layout_form_lite::Page_layout_form_lite(Kelvane_lite_form& window, Printer&
                                              Program_listing& listing)
     : Form(window.platform.windows, "Page_layout_form_lite", "Page layout"),
       Lines_per_page(number_field("Lines_per_page", "&Lines per page", "Lines_per_page_reason",
-                                  lines_per_page_range, &Page_layout::lines_per_page)),
+                                  lines_per_page_range, &Page_layout::Lines_per_page)),
       line_length(number_field("line_length", "&Characters per line", "line_length_reason",
                                line_length_range, &Page_layout::line_length)),
       margin(number_field("margin", "Left &margin, characters", "margin_reason", margin_range,
                           &Page_layout::margin)),
       Printer_fontsize(number_field("Printer_fontsize", "Font &size, points",
                                     "Printer_fontsize_reason", font_size_range,
-                                    &Page_layout::font_size)),
+                                    &Page_layout::Printer_fontsize)),
       window_(window),
       printer_(printer),
       listing_(listing) {
@@ -119,7 +119,7 @@ void Page_layout_form_lite::make_exclusive(Check_box& one, Check_box& other) {
 void Page_layout_form_lite::on_load() {
     preview_path_.clear();
     Printer_font_list.set_items(printer_.fixed_fonts());
-    show_layout(page_layout_of(window_.state));
+    show_layout(window_.state.page_layout);
 }
 
 void Page_layout_form_lite::show_layout(const Page_layout& layout) {
@@ -127,30 +127,30 @@ void Page_layout_form_lite::show_layout(const Page_layout& layout) {
     for (Number_field* field : number_fields()) {
         field->box.set_text(decimal(layout.*field->value));
     }
-    Printer_font.set_text(layout.font);
-    Printer_fontbold.set_checked(layout.bold);
-    Printer_fontitalic.set_checked(layout.italic);
-    Print_description.set_checked(layout.description);
-    Print_line_numbers.set_checked(layout.line_numbers);
-    Print_page_numbers.set_checked(layout.page_numbers);
-    Print_reverse_order.set_checked(layout.reverse_order);
-    Barcode_file.set_checked(layout.barcode_file);
-    Barcode_path.set_checked(layout.barcode_path);
+    Printer_font.set_text(layout.Printer_font);
+    Printer_fontbold.set_checked(layout.Printer_fontbold);
+    Printer_fontitalic.set_checked(layout.Printer_fontitalic);
+    Print_description.set_checked(layout.Print_description);
+    Print_line_numbers.set_checked(layout.Print_line_numbers);
+    Print_page_numbers.set_checked(layout.Print_page_numbers);
+    Print_reverse_order.set_checked(layout.Print_reverse_order);
+    Barcode_file.set_checked(layout.Barcode_file);
+    Barcode_path.set_checked(layout.Barcode_path);
     showing_ = false;
     values_changed();
 }
 
 std::optional<Page_layout> Page_layout_form_lite::checked_layout() {
     Page_layout layout{
-        .description = Print_description.checked(),
-        .line_numbers = Print_line_numbers.checked(),
-        .page_numbers = Print_page_numbers.checked(),
-        .font = Printer_font.text(),
-        .bold = Printer_fontbold.checked(),
-        .italic = Printer_fontitalic.checked(),
-        .reverse_order = Print_reverse_order.checked(),
-        .barcode_file = Barcode_file.checked(),
-        .barcode_path = Barcode_path.checked(),
+        .Print_description = Print_description.checked(),
+        .Print_line_numbers = Print_line_numbers.checked(),
+        .Print_page_numbers = Print_page_numbers.checked(),
+        .Printer_font = Printer_font.text(),
+        .Printer_fontbold = Printer_fontbold.checked(),
+        .Printer_fontitalic = Printer_fontitalic.checked(),
+        .Print_reverse_order = Print_reverse_order.checked(),
+        .Barcode_file = Barcode_file.checked(),
+        .Barcode_path = Barcode_path.checked(),
     };
     bool complete = font_can_be_named();
     for (const Number_field* field : number_fields()) {
@@ -200,7 +200,8 @@ void Page_layout_form_lite::draw(const Page_layout& layout) {
         layout.wants_barcode(), [] { return true; });
     if (!listing.pages.empty()) {
         picture.set_page({rows_of(listing.pages.front()), listing_columns(layout),
-                          layout.wants_barcode() ? picture_barcode_rows : 0, layout.font_size});
+                          layout.wants_barcode() ? picture_barcode_rows : 0,
+                          layout.Printer_fontsize});
     }
 }
 
@@ -209,13 +210,19 @@ void Page_layout_form_lite::accept() {
     if (!layout) {
         return;
     }
+    if (window_.state.unread_files.contains(file_names::page_layout)) {
+        window_.box(
+            "The page layout could not be read when the program was started.\n"
+            "It is not written over. Start the program again.");
+        return;
+    }
     Files& files = window_.platform.files;
     const std::string path = files.program_path(file_names::page_layout);
     if (const auto written = files.replace(path, page_layout_text(*layout)); !written) {
         window_.box("Can't write the page layout\n" + written.reason());
         return;
     }
-    set_page_layout(window_.state, *layout);
+    window_.state.page_layout = *layout;
     unload();
 }
 

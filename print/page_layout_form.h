@@ -28,6 +28,16 @@ class Page_picture : public Control {
     Page_sketch page_;
 };
 
+/// What the dialog takes; files may hold anything.
+struct Value_range {
+    int lowest;
+    int highest;
+};
+inline constexpr Value_range lines_per_page_range{10, 200};
+inline constexpr Value_range line_length_range{20, 250};
+inline constexpr Value_range margin_range{0, 60};
+inline constexpr Value_range font_size_range{4, 72};
+
 /// One number of the layout: its field, the reason why the field's text is refused (empty when it
 /// is not), and where the number belongs.
 struct Number_field {

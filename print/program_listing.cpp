@@ -18,7 +18,7 @@ constexpr int barcode_block_rows = 2 * (bar_rows + 1);
 /// Settings files may hold any number.
 int font_points(const Page_layout& layout) {
     constexpr int largest = 400;
-    return std::clamp(layout.font_size, 1, largest);
+    return std::clamp(layout.Printer_fontsize, 1, largest);
 }
 
 }  // namespace
@@ -27,7 +27,7 @@ Program_listing::Program_listing(Kelvane_lite_form& window, Printer& printer)
     : window_(window), printer_(printer) {}
 
 void Program_listing::Print_listing() {
-    run(window_.state.filename, page_layout_of(window_.state), Print_destination::paper);
+    run(window_.state.filename, window_.state.page_layout, Print_destination::paper);
     window_.state.Print_first_page_only = 0;
 }
 
@@ -61,7 +61,7 @@ std::optional<Listing> Program_listing::compose(const std::string& path) {
         say(content.reason());
         return std::nullopt;
     }
-    printer_.set_font_size(layout_.font_size == 10 ? 12 : 10);
+    printer_.set_font_size(layout_.Printer_fontsize == 10 ? 12 : 10);
     Test_barcode(barcode_font_);
     set_listing_font();
     Listing listing =
@@ -104,7 +104,7 @@ void Program_listing::output(const Listing& listing, const std::string& path,
 
 bool Program_listing::print_pages(const Listing& listing, const std::string& path) {
     const std::size_t last = listing.pages.size();
-    if (layout_.reverse_order) {
+    if (layout_.Print_reverse_order) {
         for (std::size_t number = last; number > 1; --number) {
             if (!print_page(listing, number) || !printer_.new_page()) {
                 return false;
@@ -138,7 +138,7 @@ void Program_listing::Test_barcode(bool& available) {
 }
 
 std::string Program_listing::barcode_text(const std::string& path) const {
-    return layout_.barcode_path ? barcode_path_text(path) : barcode_file_text(path);
+    return layout_.Barcode_path ? barcode_path_text(path) : barcode_file_text(path);
 }
 
 bool Program_listing::prints_barcode(const std::string& path) const {
@@ -194,10 +194,10 @@ std::string Program_listing::margin() const {
 }
 
 void Program_listing::set_listing_font() {
-    printer_.set_font_name(layout_.font);
+    printer_.set_font_name(layout_.Printer_font);
     printer_.set_font_size(font_points(layout_));
-    printer_.set_font_bold(layout_.bold);
-    printer_.set_font_italic(layout_.italic);
+    printer_.set_font_bold(layout_.Printer_fontbold);
+    printer_.set_font_italic(layout_.Printer_fontitalic);
 }
 
 void Program_listing::begin_display() {

@@ -6,7 +6,7 @@
 #include "frame/main_window.h"
 #include "platform/printer.h"
 #include "print/listing_pages.h"
-#include "print/page_layout.h"
+#include "session/page_layout.h"
 
 namespace kelvane {
 

@@ -13,7 +13,7 @@ Program::Program(Platform& platform)
       listing(window, platform.printer),
       advanced_form(platform.windows),
       configure_form(platform, window.state, advanced_form),
-      select_device_form(platform.windows, platform.files, window.state),
+      select_device_form(platform, window.state),
       set_directory_form(platform),
       directories_form(platform, window.state, set_directory_form),
       page_layout_form(window, platform.printer, listing),

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <set>
 #include <string>
 
+#include "session/page_layout.h"
 #include "session/tape_code.h"
 
 namespace kelvane {
@@ -25,20 +28,8 @@ struct Shared_state {
     int IO_device = 0;  ///< index in the machine list, 0 is "(default)"
     std::string IO_device_name = default_machine;
 
-    // --- Page layout of listings
-    int Lines_per_page = 55;
-    int Print_line_numbers = 1;
-    int Print_page_numbers = 1;
-    int Print_description = 1;
-    int line_length = 70;         ///< characters per printed line
-    int margin = 5;               ///< left margin, characters
-    int Print_reverse_order = 0;  ///< last page first
-    int Barcode_file = 0;
-    int Barcode_path = 0;
-    std::string Printer_font = "Courier";
-    int Printer_fontsize = 10;  ///< points
-    bool Printer_fontbold = false;
-    bool Printer_fontitalic = false;
+    // --- Listings
+    Page_layout page_layout;  ///< that is in force
     int Print_first_page_only = 0;
     int halt_printing = 0;
 
@@ -60,6 +51,9 @@ struct Shared_state {
     int RX_file_counter = 0;
 
     // --- Files and directories
+    /// The program's own files (names as in `file_names`) that are there and could not be read at
+    /// start-up: defaults stand for them, and they are not written over.
+    std::set<std::string, std::less<>> unread_files;
     std::string default_path;
     std::string file_types;         ///< filter of the file dialog
     std::string file_types_second;  ///< second line of its file, kept as it is

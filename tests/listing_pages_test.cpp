@@ -17,10 +17,10 @@ Listing compose(const std::string& content, const Page_layout& layout, bool barc
 }
 
 Page_layout bare(int lines, int length = 70) {
-    return {.lines_per_page = lines,
-            .description = false,
-            .line_numbers = false,
-            .page_numbers = false,
+    return {.Lines_per_page = lines,
+            .Print_description = false,
+            .Print_line_numbers = false,
+            .Print_page_numbers = false,
             .line_length = length,
             .margin = 0};
 }
@@ -43,7 +43,7 @@ TEST(Listing_pages, header_numbers_wrapping_and_footer) {
                              spaces(9) + std::string(64, 'X') + "\n" + spaces(9) + "XX\n" +
                              "  3      M30\n";
     const std::string footer = "\n\n" + spaces(37) + "Page 1";
-    const Page_layout layout{.lines_per_page = 21, .margin = 2};
+    const Page_layout layout{.Lines_per_page = 21, .margin = 2};
     EXPECT_THAT(compose(content, layout).pages,
                 ElementsAre("\n\n" + header + body + std::string(6, '\n') + footer));
     EXPECT_THAT(compose(content, layout, true).pages, ElementsAre(header + body + "\n" + footer));
@@ -58,7 +58,7 @@ TEST(Listing_pages, page_breaks) {
         std::vector<std::string> pages;
     };
     Page_layout numbered_pages = bare(2);
-    numbered_pages.page_numbers = true;
+    numbered_pages.Print_page_numbers = true;
     const std::string footer = "\n\n" + spaces(37) + "Page ";
     const Case cases[] = {
         {"empty file", "", bare(2), {"\n\n\n\n"}},

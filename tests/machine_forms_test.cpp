@@ -10,6 +10,7 @@ namespace kelvane::testing {
 namespace {
 
 using namespace std::chrono_literals;
+using namespace std::string_literals;
 using ::testing::ElementsAre;
 using ::testing::StartsWith;
 
@@ -215,8 +216,8 @@ TEST_F(Machine_forms, add_keeps_the_machine_and_hurts_no_file) {
         {"PART.NC", "%\nO0001\n", false},
         {"COMMENT", "COMMENTS ON THE MILL\n", false},
         {"editor com port settings for Mill", "COM3\r\nBAUD 1\r\n", false},
-        {"../x", "COM3\r\nBAUD 1\r\n", false},
         {"..", "(missing)", false},
+        {"FR\xC4SE", "(missing)", true},
     };
     form.show();
     std::string all;
@@ -233,14 +234,97 @@ TEST_F(Machine_forms, add_keeps_the_machine_and_hurts_no_file) {
         EXPECT_EQ(listed(), all);
     }
     const auto before = house.files.names();
-    for (const char* name : {"MILL", "(DEFAULT)"}) {
-        house.boxes.expect("I/O device name is already in the list");
+    const std::string listed_already = "I/O device name is already in the list";
+    for (const auto& [name, reason] : {std::pair("MILL"s, listed_already),
+                                       {"(DEFAULT)", listed_already},
+                                       {"fr\xE4se", listed_already},
+                                       {"fr\u00E4se", listed_already},
+                                       {"../x", "This cannot be part of a file name."},
+                                       {std::string(300, 'x'), "too long for a file name"}}) {
+        house.boxes.expect(reason);
         form.New_name_txt.set_text(name);
         form.Command2.click();
+        EXPECT_EQ(form.New_name_txt.text(), name) << "to be corrected";
     }
     form.New_name_txt.set_text("");
     form.Command2.click();
     EXPECT_EQ(house.files.names(), before);
+}
+
+TEST_F(Machine_forms, what_cannot_be_read_is_told_and_never_written_over) {
+    const std::string wiring = "COM1=/dev/ttyUSB5\r\n";
+    const struct {
+        const char *file, *said, *machine;  // the file that fails; the selected machine
+        bool opens;
+    } cases[] = {
+        {"IO device list", "Cannot read the list of machines.\nInput/output error", "Mill", false},
+        {"settings for Mill", "Cannot read the settings of Mill.\nInput/output error", "Mill",
+         true},
+        {"Switchbox codes for Mill", "Cannot read the settings of Mill", "Mill", true},
+        {"port settings", "Cannot read the settings of (default)", "(default)", true},
+        {"Serial port devices", "", "Mill", true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.file);
+        list("Mill\r\n");
+        machine_file("Mill", {{1, "COM2"}});
+        put("Editor COM port settings", "COM3\r\n");
+        put("Switchbox codes for Mill", "A1\r\n");
+        put("Serial port devices", wiring);
+        state.IO_device_name = c.machine;
+        house.files.fail("read", c.file);
+        if (*c.said != '\0') {
+            house.boxes.expect(c.said);
+        }
+        form.show();
+        EXPECT_EQ(form.visible(), c.opens);
+        form.wiring.Device_txt.set_text("/dev/other");
+        if (*c.said == '\0') {
+            EXPECT_FALSE(form.wiring.Device_txt.enabled());
+            EXPECT_THAT(form.wiring.device_hint.caption(),
+                        ::testing::EndsWith("Input/output error"));
+        } else {
+            form.apply_button.click();  // does nothing: what is shown is not the machine's
+        }
+        form.close();
+        house.files.repair();
+        EXPECT_EQ(listed(), "Mill\r\n");
+        EXPECT_THAT(settings_of("Mill"), StartsWith("COM2\r\n"));
+        EXPECT_EQ(file("Editor COM port settings"), "COM3\r\n");
+        EXPECT_EQ(file("Switchbox codes for Mill"), "A1\r\n");
+        EXPECT_EQ(file("Serial port devices"), wiring);
+    }
+    form.show();
+    choose("Mill");
+    EXPECT_TRUE(form.apply_button.enabled()) << "can be read again";
+    form.wiring.Device_txt.set_text("/dev/other");
+    for (const char* lost : {"settings for Mill", "Serial port devices"}) {
+        house.files.fail("read", lost);
+        house.boxes.expect("Input/output error");
+        form.apply_button.click();
+        EXPECT_TRUE(form.loaded()) << "nothing is lost of what was typed";
+        house.files.repair();
+    }
+    form.close();
+    EXPECT_EQ(file("Serial port devices"), wiring);
+
+    select_device_form_lite selection(house.platform, state);
+    house.files.fail("read", "IO device list");
+    house.boxes.expect("Cannot read the list of machines.\nInput/output error");
+    selection.show();
+    EXPECT_FALSE(selection.visible());
+}
+
+TEST_F(Machine_forms, load_shows_the_selected_machines_own_switchbox_codes) {
+    list("Mill\r\n");
+    machine_file("Mill");
+    put("Switchbox codes", "A1\r\n");
+    put("Switchbox codes for Mill", "B2\r\n");
+    state.IO_device_name = "Mill";
+    form.show();
+    EXPECT_EQ(advanced.Switchbox_txt.text(), "B2");
+    form.apply_button.click();
+    EXPECT_EQ(file("Switchbox codes for Mill"), "B2\r\n");
 }
 
 TEST_F(Machine_forms, delete_takes_the_machine_and_leaves_its_switchbox_codes) {
@@ -323,7 +407,7 @@ TEST_F(Machine_forms, the_two_ends_of_a_reception_exclude_each_other) {
 }
 
 TEST_F(Machine_forms, a_machine_is_selected_or_the_choice_is_closed) {
-    select_device_form_lite selection(house.windows, house.files, state);
+    select_device_form_lite selection(house.platform, state);
     int told = 0;
     selection.on_selected = [&told] { ++told; };
     list("Mill\r\n\r\nLathe\r\n");

@@ -8,6 +8,7 @@
 #include "machines/machine_fields.h"
 #include "machines/machine_files.h"
 #include "machines/port_devices.h"
+#include "session/machine_names.h"
 #include "support/memory_files.h"
 
 namespace kelvane::testing {
@@ -135,17 +136,37 @@ TEST(Machine_settings, what_was_written_reads_back_byte_for_byte) {
 TEST(Machine_files, the_list_skips_blank_lines_and_a_delete_takes_every_equal_line) {
     Memory_files files;
     const std::string list = "/kelvane/Editor IO device list";
-    EXPECT_THAT(machine_list_items(files), ::testing::ElementsAre("(default)"));
+    EXPECT_THAT(*machine_list_items(files), ::testing::ElementsAre("(default)"));
     files.put(list, "Mill\r\n\r\nLathe\nMill\r\nmill");
-    EXPECT_THAT(read_machine_list(files), ::testing::ElementsAre("Mill", "Lathe", "Mill", "mill"));
+    EXPECT_THAT(*read_machine_list(files), ::testing::ElementsAre("Mill", "Lathe", "Mill", "mill"));
 
     files.fail("replace", "(tempfile)");
     EXPECT_FALSE(remove_from_machine_list(files, "Mill"));
-    EXPECT_EQ(read_machine_list(files).size(), 4U) << "the old list stays";
+    EXPECT_EQ(read_machine_list(files)->size(), 4U) << "the old list stays";
     files.repair();
     EXPECT_TRUE(remove_from_machine_list(files, "Mill"));
     EXPECT_EQ(files.content(list), "\r\nLathe\r\nmill\r\n");
     EXPECT_THAT(files.names(), ::testing::ElementsAre(list)) << "no scratch file is left";
+}
+
+TEST(Machine_names, case_does_not_tell_machines_apart_in_ascii_or_beyond_it) {
+    const struct {
+        const char *one, *other;
+        bool same;
+    } cases[] = {
+        {"Mill 1", "MILL 1", true},
+        {"Mill", "Mill ", false},
+        {"FR\xC4SE", "fr\xE4se", true},      // Latin-1
+        {"FR\u00C4SE", "fr\u00E4se", true},  // UTF-8
+        {"FR\u00C4SE", "fr\xE4se", true},    // a list of one kind, a name of the other
+        {"\u0160KODA \u0424\u03A9", "\u0161koda \u0444\u03C9", true},
+        {"A\xD7", "A\xF7", false},  // signs, not letters
+        {"\u0138", "\u0139", false},
+        {"\xC3", "\u00E3", true},  // a broken UTF-8 sequence is Latin-1
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(same_machine_name(c.one, c.other), c.same) << c.one << " " << c.other;
+    }
 }
 
 TEST(Machine_files, a_name_with_a_separator_reaches_no_file) {

@@ -87,7 +87,18 @@ TEST_F(Print_layout, a_file_that_cannot_be_written_keeps_layout_and_dialog) {
     system.files.fail("replace", "settings");
     system.boxes.expect("Can't write the page layout");
     form.OK_button.click();
-    EXPECT_TRUE(form.loaded() && window.state.margin == 0);
+    EXPECT_TRUE(form.loaded() && window.state.page_layout.margin == 0);
+}
+
+TEST_F(Print_layout, a_file_that_could_not_be_read_is_not_written_over) {
+    put("60");
+    system.files.fail("read", "page layout settings");
+    read_page_layout(system.files, window.state);
+    system.files.repair();
+    form.show();
+    system.boxes.expect("It is not written over");
+    form.OK_button.click();
+    EXPECT_EQ(system.files.content(file), "60");
 }
 
 TEST_F(Print_layout, the_picture_follows_the_fields) {
@@ -114,7 +125,7 @@ TEST_F(Print_layout, preview_shows_the_values_typed_and_keeps_the_old_ones) {
     ASSERT_EQ(system.printer.pages.size(), 1U);
     EXPECT_EQ(system.printer.pages[0].find("File:"), 62U);
     EXPECT_EQ(system.printer.destination, Print_destination::preview);
-    EXPECT_EQ(window.state.margin, 5);
+    EXPECT_EQ(window.state.page_layout.margin, 5);
     window.state.busy = 1;
     form.Preview_button.click();
     EXPECT_THAT(form.preview_hint.caption(), HasSubstr("Not while"));

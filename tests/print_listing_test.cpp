@@ -16,11 +16,11 @@ class Print_listing : public ::testing::Test {
     Print_listing() {
         system.files.put(path, "A\nB\nC\n");
         window.state.filename = path;
-        window.state.Lines_per_page = 2;
-        window.state.margin = 1;
-        window.state.Print_description = 0;
-        window.state.Print_line_numbers = 0;
-        window.state.Print_page_numbers = 0;
+        window.state.page_layout.Lines_per_page = 2;
+        window.state.page_layout.margin = 1;
+        window.state.page_layout.Print_description = 0;
+        window.state.page_layout.Print_line_numbers = 0;
+        window.state.page_layout.Print_page_numbers = 0;
     }
 
     const std::string path = "/nc/part-1.nc";
@@ -35,7 +35,7 @@ class Print_listing : public ::testing::Test {
 };
 
 TEST_F(Print_listing, prints_in_the_layouts_font_and_says_where_to) {
-    window.state.Printer_fontbold = true;
+    window.state.page_layout.Printer_fontbold = true;
     window.state.Print_first_page_only = 1;
     std::vector<std::string> log;
     printer.on_print = [&] { log.push_back(window.Text1.text()); };
@@ -54,9 +54,9 @@ TEST_F(Print_listing, prints_in_the_layouts_font_and_says_where_to) {
 }
 
 TEST_F(Print_listing, reverse_order_with_drawn_bar_codes) {
-    window.state.Lines_per_page = 6;
-    window.state.Print_reverse_order = 1;
-    window.state.Barcode_file = 1;
+    window.state.page_layout.Lines_per_page = 6;
+    window.state.page_layout.Print_reverse_order = 1;
+    window.state.page_layout.Barcode_file = 1;
     printer.draws_barcodes = true;
     listing.Print_listing();
     EXPECT_THAT(printer.pages, ElementsAre("\n\n C\n\n\n\n\n\n", bars + " A\n B\n"));
@@ -65,8 +65,8 @@ TEST_F(Print_listing, reverse_order_with_drawn_bar_codes) {
 
 TEST_F(Print_listing, bar_codes_of_the_path_in_the_installed_font) {
     printer.installed_font = "Code39OneInchTT-Regular";
-    window.state.Barcode_path = 1;
-    window.state.Lines_per_page = 8;
+    window.state.page_layout.Barcode_path = 1;
+    window.state.page_layout.Lines_per_page = 8;
     listing.Print_listing();
     const std::string name = "-/NC/PART-1.NC*\n";
     EXPECT_THAT(printer.pages, ElementsAre(" *GET" + name + " *GET" + name + " *PUT" + name +
@@ -86,7 +86,7 @@ TEST_F(Print_listing, what_cannot_be_a_bar_code_is_said_and_the_listing_is_print
          "Can't print barcode\nCode 39 has no bars for these characters:  _()"},
         {"/nc/part-1.nc", true, true, "Can't print barcode\ntoo fine"},
     };
-    window.state.Barcode_file = 1;
+    window.state.page_layout.Barcode_file = 1;
     for (const auto& c : cases) {
         system.files.put(c.path, "A\nB\nC\n");
         window.state.filename = c.path;
@@ -137,10 +137,10 @@ TEST_F(Print_listing, stop_while_composing_or_printing_drops_the_document) {
 
 TEST_F(Print_listing, preview_leaves_a_transfer_alone) {
     window.state.busy = 1;
-    listing.Preview_listing(path, page_layout_of(window.state));
+    listing.Preview_listing(path, window.state.page_layout);
     EXPECT_THAT(printer.pages, IsEmpty());
     window.state.busy = 0;
-    listing.Preview_listing(path, page_layout_of(window.state));
+    listing.Preview_listing(path, window.state.page_layout);
     EXPECT_THAT(printer.pages, ElementsAre(page_1, page_2));
     EXPECT_EQ(printer.destination, Print_destination::preview);
 }

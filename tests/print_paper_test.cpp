@@ -57,7 +57,7 @@ TEST_F(Print_paper, pdf_has_the_composed_text_page_by_page) {
 }
 
 TEST_F(Print_paper, bar_codes_are_read_by_a_reader) {
-    window.state.Barcode_file = 1;
+    window.state.page_layout.Barcode_file = 1;
     print("bracket-7.nc", program(40));
     EXPECT_EQ(pages_of(pdf).size(), composed(true).size());
     const std::string found = bar_codes();
@@ -74,10 +74,10 @@ TEST_F(Print_paper, what_the_layout_promises_fits) {
         bool barcode;
     } cases[] = {{200, 70, 10, false}, {55, 250, 10, false}, {55, 70, 72, true}};
     for (const auto& c : cases) {
-        window.state.Lines_per_page = c.lines;
-        window.state.line_length = c.length;
-        window.state.Printer_fontsize = c.size;
-        window.state.Barcode_file = c.barcode ? 1 : 0;
+        window.state.page_layout.Lines_per_page = c.lines;
+        window.state.page_layout.line_length = c.length;
+        window.state.page_layout.Printer_fontsize = c.size;
+        window.state.page_layout.Barcode_file = c.barcode ? 1 : 0;
         print("a.nc", program(300) + std::string(c.length, 'Q') + "\r\n");
         EXPECT_EQ(pages_of(pdf).size(), composed(c.barcode).size()) << c.lines;
         EXPECT_THAT(letters(), HasSubstr(std::string(c.length - 6, 'Q')));
@@ -86,7 +86,7 @@ TEST_F(Print_paper, what_the_layout_promises_fits) {
 }
 
 TEST_F(Print_paper, an_endless_line_and_a_wide_path_lose_nothing) {
-    window.state.Print_line_numbers = 0;
+    window.state.page_layout.Print_line_numbers = 0;
     const QString name = QString(200, 'P') + ".nc";
     print(name, std::string(20000, 'Q') + "(END)");
     const std::string text = letters();
@@ -105,7 +105,7 @@ TEST_F(Print_paper, the_preview_shows_all_pages_and_prints_none) {
     });
     window.state.filename = folder.filePath("a.nc").toStdString();
     ASSERT_TRUE(files.replace(window.state.filename, program(300)));
-    listing.Preview_listing(window.state.filename, page_layout_of(window.state));
+    listing.Preview_listing(window.state.filename, window.state.page_layout);
     EXPECT_EQ(shown, static_cast<int>(composed().size()));
     EXPECT_FALSE(QFile::exists(pdf));
 }

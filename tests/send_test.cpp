@@ -189,6 +189,18 @@ TEST(Send, SelectCodesGoFirstInTheMachinesCode) {
     EXPECT_EQ(shop.desk.desktop.beeps, 2) << "at the start and at the end";
 }
 
+TEST(Send, FilesOfTheMachineThatCannotBeReadEndTheSend) {
+    for (const char* file : {"Switchbox codes for Mill", "settings for Mill"}) {
+        Shop_floor shop({}, "G0\r\n");
+        shop.desk.files.put("/kelvane/Switchbox codes for Mill", "A1\r\n");
+        shop.desk.files.fail("read", file);
+        shop.boxes().expect("Input/output error");
+        shop.send();
+        EXPECT_EQ(shop.received(), "") << "another machine would get it";
+        EXPECT_TRUE(shop.idle()) << file;
+    }
+}
+
 TEST(Send, AProgramThatCannotBeExpandedSendsNothing) {
     Shop_floor shop({}, "G0\r\nCALL MISSING.NC\r\n");
     shop.desk.files.put("/kelvane/Switchbox codes for Mill", "A1\r\n");

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <fcntl.h>
 #include <fstream>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <regex>
 #include <string>
@@ -106,6 +107,13 @@ TEST_F(Serial_line_test, input_comes_in_order_but_for_nuls_that_are_thrown_away_
         machine_.send("gh");
         EXPECT_EQ(port_receives(discard ? 6 : 7), discard ? "cdefgh" : std::string("c\0defgh", 7));
     }
+}
+
+TEST_F(Serial_line_test, no_device_is_opened_when_it_cannot_be_read_which_one) {
+    files_.fail("read", "Serial port devices");
+    EXPECT_EQ(open(), Port_error::other);
+    EXPECT_THAT(port_.error_text(), ::testing::EndsWith("cannot be read: Input/output error"));
+    EXPECT_FALSE(port_.is_open());
 }
 
 TEST_F(Serial_line_test, old_input_is_thrown_away_at_opening) {

@@ -51,10 +51,10 @@ TEST(StartUp, ReadsItsFilesAndKeepsDefaultsForWhatIsMissing) {
     EXPECT_EQ(shop.desk.file_dialog.filter, "NC|*.nc");
     EXPECT_EQ(shop.desk.file_dialog.filter_index, 2);
     EXPECT_EQ(state.Add_extension, 1);
-    EXPECT_EQ(state.Lines_per_page, 60);
-    EXPECT_EQ(state.Print_description, 0);
-    EXPECT_EQ(state.line_length, 70);
-    EXPECT_EQ(state.Printer_font, "Courier");
+    EXPECT_EQ(state.page_layout.Lines_per_page, 60);
+    EXPECT_EQ(state.page_layout.Print_description, 0);
+    EXPECT_EQ(state.page_layout.line_length, 70);
+    EXPECT_EQ(state.page_layout.Printer_font, "Courier");
     EXPECT_TRUE(shop.window().visible());
 }
 
@@ -68,6 +68,22 @@ TEST(ShutDown, WritesTheSelectionAndUnloadsAll) {
     EXPECT_EQ(shop.desk.files.content("/kelvane/Kelvane Lite settings"), "3\r\nMill\r\n");
     EXPECT_FALSE(shop.all().configure_form.loaded());
     EXPECT_TRUE(shop.desk.windows.ended);
+}
+
+TEST(ShutDown, WhatCouldNotBeReadAtTheStartIsNotWrittenOver) {
+    const std::string list = "/kelvane/Editor IO device list";
+    Shop_floor shop({}, "");
+    const std::string before = shop.desk.files.content("/kelvane/Kelvane Lite settings");
+    shop.desk.files.put(list, "Lathe\r\nMill\r\n");
+    shop.desk.files.fail("read", "Kelvane Lite settings");
+    shop.desk.files.fail("read", "IO device list");
+    shop.boxes().expect("Cannot read the list of machines.\nInput/output error");
+    shop.start("1|/nc/PART.NC|Lathe");
+    shop.pass(200ms);
+    EXPECT_TRUE(shop.desk.windows.ended) << "the job is not done for another machine";
+    EXPECT_EQ(shop.received(), "");
+    EXPECT_EQ(shop.desk.files.content("/kelvane/Kelvane Lite settings"), before);
+    EXPECT_EQ(shop.desk.files.content(list), "Lathe\r\nMill\r\n");
 }
 
 TEST(StartUp, RefusesASecondInstanceAndTouchesNothing) {

@@ -32,7 +32,7 @@ void Transfer::Start_transfer(int mode) {
     Fault_or_ok fault = load_transfer_settings(window_, settings_);
     if (!fault && !window_.closing()) {
         make_readable_leader_strings(mode);
-        if (open_port(mode)) {
+        if (state_.escape != 1 && open_port(mode)) {
             fault = mode == receive ? arm_receive() : run_send();
         }
         if (mode == send || !platform_.port.is_open()) {

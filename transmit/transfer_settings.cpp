@@ -140,7 +140,16 @@ void clear_transfer_state(Shared_state& state) {
 
 Fault_or_ok load_transfer_settings(Kelvane_lite_form& window, Transfer_settings& settings) {
     const std::string name = port_settings_name(window.state.IO_device_name);
-    Text_reader reader(read_machine_file(window.platform.files, name));
+    auto content = read_machine_file(window.platform.files, name);
+    if (content.unreadable()) {
+        // Another machine may stand at the default port.
+        window.box("Unable to read from file\n" + window.platform.files.program_path(name) + "\n" +
+                       content.reason(),
+                   Message_icon::exclamation, Message_buttons::ok, "File read error");
+        window.state.escape = 1;
+        return std::nullopt;
+    }
+    Text_reader reader(std::move(content));
     MachineSettings record = without_file();
     if (read_machine_settings(reader, Old_port_form::from_four, record) < settings_line_count) {
         window.box("Unable to read from file\n" + window.platform.files.program_path(name) +

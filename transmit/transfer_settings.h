@@ -26,7 +26,8 @@ void clear_transfer_state(Shared_state& state);
 
 /// Reads the selected machine's settings file into the shared state and `settings`. A file that is
 /// missing or too short is told in a warning box, and what was read, over the default port
-/// settings, is used. Texts that cannot be decoded are a fault.
+/// settings, is used. One that is there and cannot be read ends the transfer. Texts that cannot be
+/// decoded are a fault.
 [[nodiscard]] Fault_or_ok load_transfer_settings(Kelvane_lite_form& window,
                                                  Transfer_settings& settings);
 

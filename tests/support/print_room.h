@@ -52,7 +52,7 @@ class Print_room : public ::testing::Test {
         qputenv("CUPS_SERVER", socket.c_str());
     }
 
-    Print_room() { window.state.Printer_font = "DejaVu Sans Mono"; }
+    Print_room() { window.state.page_layout.Printer_font = "DejaVu Sans Mono"; }
 
     void print(const QString& name, const std::string& content) {
         window.state.filename = folder.filePath(name).toStdString();
@@ -65,7 +65,7 @@ class Print_room : public ::testing::Test {
         const std::string path = window.state.filename;
         std::vector<std::string> pages =
             compose_listing({*files.read(path), path, "09.09.01 03:46", "21.11.26 10:30"},
-                            page_layout_of(window.state), barcode_room, [] { return true; })
+                            window.state.page_layout, barcode_room, [] { return true; })
                 .pages;
         for (std::string& page : pages) {
             page = visible(page);
