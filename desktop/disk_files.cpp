@@ -206,6 +206,20 @@ Result<> Disk_files::replace(const std::string& path, std::string_view content) 
     return replace_by(path, unfinished_, [&](int to) { return write_all(to, content); });
 }
 
+Result<> Disk_files::try_out(const std::string& path) {
+    Handle handle = open_file(path, O_WRONLY | O_CREAT | O_EXCL);
+    if (!handle.ok()) {
+        const bool folder_takes_files =
+            errno == EEXIST && ::access(folder_of(path).c_str(), W_OK) == 0;
+        return folder_takes_files ? Result<>() : failed();
+    }
+    const Unfinished_files::Entry entry(unfinished_, path);
+    const bool written =
+        write_all(handle.get(), " ") && ::fsync(handle.get()) == 0 && handle.close();
+    const Result<> outcome = written ? Result<>() : failed();
+    return ::unlink(path.c_str()) == 0 ? outcome : failed();
+}
+
 Result<> Disk_files::append(const std::string& path, std::string_view content) {
     const auto old_length = length(path);
     Handle handle = open_file(path, O_WRONLY | O_APPEND | O_CREAT);

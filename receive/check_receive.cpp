@@ -39,9 +39,7 @@ Result<> Receive_loop::folder_can_be_written() {
     if (folder.empty()) {
         return {};
     }
-    const std::string test = path_in(folder, write_test_name);
-    return platform_.files.replace(test, " ").and_then(
-        [&] { return platform_.files.remove(test); });
+    return platform_.files.try_out(path_in(folder, write_test_name));
 }
 
 // A ".bak" file would be its own backup: it stays until the new program takes its place.

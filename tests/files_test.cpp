@@ -86,6 +86,10 @@ TEST_P(Files_test, tells_files_folders_and_nothing_apart) {
         EXPECT_FALSE(files.exists(path));
     }
     EXPECT_FALSE(files.read(a) || files.copy(a, b) || files.rename(a, b) || files.exists(b));
+    EXPECT_TRUE(files.try_out(a) && !files.exists(a) && !files.try_out(folder + "/no folder/a"));
+    ASSERT_TRUE(files.replace(b, "stays") && files.try_out(b));
+    EXPECT_EQ(content(b), "stays");
+    ASSERT_TRUE(files.remove(b));
     for (const Result<>& result : {files.replace(folder + "/no folder/a", "1"),
                                    files.append(folder + "/no folder/a", "1")}) {
         EXPECT_EQ(result.reason(), "No such file or directory");

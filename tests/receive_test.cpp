@@ -124,6 +124,17 @@ TEST(Receive, SplitsProgramsIntoFiles) {
     }
 }
 
+TEST(Receive, ASecondSeparateFileThatFailsIsSaidAndAllStaysStaged) {
+    Shop_floor shop({{18, "1"}}, "");
+    shop.desk.files.fail("replace", "P.NC O 2");
+    shop.boxes().expect("P.NC O 2");
+    shop.receive_from_machine("P.NC", "%\r\nO1\r\nG0\r\nO2\r\nG1\r\n");
+    EXPECT_EQ(shop.file("P.NC O 1"), "O1\r\nG0\r\n\r\n");
+    EXPECT_EQ(shop.file("P.NC O 2"), "(missing)");
+    EXPECT_EQ(shop.scratch(), "%\r\nO1\r\nG0\r\nO2\r\nG1\r\n");
+    EXPECT_TRUE(shop.idle());
+}
+
 TEST(Receive, RefusesThe501stProgramAndKeepsTheTextAsOneFile) {
     std::string wire;
     for (int number = 1; number <= 501; ++number) {
@@ -176,6 +187,7 @@ TEST(Receive, WhatCannotBeSavedStaysStagedAndIsSaid) {
         {[](Memory_files& files) { files.folders.erase("/nc"); }, "/nc/PART.NC"},
         {[](Memory_files& files) { files.fail("replace", "PART.NC"); }, "/nc/PART.NC"},
         {[](Memory_files& files) { files.fail("replace", "data 5b"); }, "data 5b"},
+        {[](Memory_files& files) { files.fail("rename", "data 5"); }, "data 5"},
         {[](Memory_files&) {}, "Nothing was received after", "G0<13><10>"},
     };
     for (const auto& c : cases) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/shop_floor.h"
+#include "transmit/readable_leader.h"
 
 namespace kelvane::testing {
 namespace {
@@ -56,6 +57,30 @@ TEST(Send, LinesOfFilesOfAnyOriginArriveWhole) {
         shop.send();
         EXPECT_EQ(shop.received(), wire);
     }
+}
+
+TEST(Send, SpellsTheNameOnTheTapeAndClosesItWithATail) {
+    for (const int code : {0, 1, 3}) {
+        SCOPED_TRACE(code);
+        Shop_floor shop(
+            {{4, " " + std::to_string(code)}, {6, " 0"}, {7, "%LF"}, {8, "%"}, {11, "YES"}},
+            "G0\r\n");
+        shop.send();
+        const auto tape = readable_leader("PART.NC", Tape_code(code), "%");
+        EXPECT_EQ(
+            shop.received(),
+            tape.leader + in_tape_code("%\nG0\n" + tape.trailer, std::size_t(code)) + tape.tail);
+    }
+}
+
+TEST(Send, DropsBlankLinesAndLooksAtTheHandshakeAsOftenAsTheRecordSays) {
+    Shop_floor blanks({{20, "YES"}}, "G0\r\n\r\nG1\r\n");
+    blanks.send();
+    EXPECT_EQ(blanks.received(), "G0\r\nG1\r\n");
+    Shop_floor checks({{12, "20"}}, std::string(100, 'A'));
+    checks.send();
+    EXPECT_GE(checks.machine().most_queued(), 20U);
+    EXPECT_LE(checks.machine().most_queued(), 22U);
 }
 
 TEST(Send, OpensThePortAsTheRecordSays) {
@@ -237,8 +262,9 @@ TEST(Send, CarriesEveryByteValueOfABinaryFileWithFlowControl) {
             shop.machine().sends(xon);
         });
     });
+    shop.desk.files.put("/kelvane/Switchbox codes for Mill", "A1<18>\r\n");
     shop.send("PART.NC", 4);
-    EXPECT_EQ(shop.received(), all);
+    EXPECT_EQ(shop.received(), even("A1\x12") + all) << "select codes in the machine's code";
     EXPECT_FALSE(shop.machine().settings().null_discard);
     EXPECT_LE(shop.machine().most_queued(), 3U);
     EXPECT_TRUE(shop.idle());
