@@ -10,6 +10,7 @@
 
 #include "desktop/bindings.h"
 #include "desktop/event_filter.h"
+#include "desktop/modality.h"
 #include "desktop/program_view.h"
 #include "frame/resize_layout.h"
 
@@ -69,6 +70,8 @@ void Main_window::make_controls(Kelvane_lite_form& form) {
     bind(form.ProgressBar1, *progress_);
     bind(form.Send_button, *send_);
     bind(form.Stop_button, *stop_);
+    Modality::keep_live(*send_);
+    Modality::keep_live(*stop_);
 }
 
 void Main_window::make_status_bar(Kelvane_lite_form& form) {

@@ -29,6 +29,12 @@ QString qt_filter(const std::pair<std::string, std::string>& pair) {
     return to_screen(pair.first) + " (" + patterns.join(' ') + ")";
 }
 
+std::optional<std::string> first_selected(const QFileDialog& dialog) {
+    const QStringList selected = dialog.selectedFiles();
+    return selected.isEmpty() ? std::nullopt
+                              : std::optional(QFile::encodeName(selected.first()).toStdString());
+}
+
 }  // namespace
 
 QString Qt_file_dialog::first_folder() {
@@ -52,38 +58,47 @@ void Qt_file_dialog::set_filters(QFileDialog& dialog) const {
     dialog.selectNameFilter(filters[index]);
 }
 
-std::optional<std::string> Qt_file_dialog::run(QFileDialog& dialog) {
-    const Usual_pointer usual_pointer(windows_);
-    if (windows_.ended() || dialog.exec() != QDialog::Accepted ||
-        dialog.selectedFiles().isEmpty()) {
-        return std::nullopt;
-    }
-    return QFile::encodeName(dialog.selectedFiles().first()).toStdString();
-}
-
-std::optional<std::string> Qt_file_dialog::choose_file(File_purpose purpose) {
+void Qt_file_dialog::prepare(QFileDialog& dialog, File_purpose purpose) {
     const bool save = purpose == File_purpose::save;
-    QFileDialog dialog(windows_.active_window(), save ? "Save as" : "Open", first_folder());
-    dialog.setObjectName("file_dialog");
+    dialog.setWindowTitle(save ? "Save as" : "Open");
     dialog.setOptions(QFileDialog::DontUseNativeDialog | QFileDialog::DontConfirmOverwrite);
+    dialog.setDirectory(first_folder());
     dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(QFileDialog::AnyFile);
     set_filters(dialog);
-    auto path = run(dialog);
+}
+
+std::optional<std::string> Qt_file_dialog::chosen(const QFileDialog& dialog) {
+    auto path = first_selected(dialog);
     if (path) {
         last_folder_ = QFileInfo(from_path(*path)).path();
-        const auto chosen = dialog.nameFilters().indexOf(dialog.selectedNameFilter());
-        filter_index = static_cast<int>(std::max<qsizetype>(chosen, 0)) + 1;
+        const auto index = dialog.nameFilters().indexOf(dialog.selectedNameFilter());
+        filter_index = static_cast<int>(std::max<qsizetype>(index, 0)) + 1;
     }
     return path;
 }
 
-std::optional<std::string> Qt_file_dialog::choose_folder(const std::string& start) {
-    QFileDialog dialog(windows_.active_window(), "Choose a folder", from_path(start));
-    dialog.setObjectName("folder_dialog");
-    dialog.setOptions(QFileDialog::DontUseNativeDialog | QFileDialog::ShowDirsOnly);
-    dialog.setFileMode(QFileDialog::Directory);
-    return run(dialog);
+std::optional<std::string> Qt_file_dialog::choose_file(File_purpose purpose) {
+    const Dialog_owner<QFileDialog> dialog("file_dialog", windows_.active_window());
+    prepare(*dialog, purpose);
+    const bool accepted = !windows_.ended() && dialog->exec() == QDialog::Accepted;
+    return accepted ? chosen(*dialog) : std::nullopt;
+}
+
+Task<std::optional<std::string>> Qt_file_dialog::ask_file(File_purpose purpose) {
+    const Dialog_owner<QFileDialog> dialog("file_dialog", windows_.active_window());
+    prepare(*dialog, purpose);
+    const bool accepted = co_await windows_.run(*dialog);
+    co_return accepted ? chosen(*dialog) : std::nullopt;
+}
+
+Task<std::optional<std::string>> Qt_file_dialog::ask_folder(std::string start) {
+    const Dialog_owner<QFileDialog> dialog("folder_dialog", windows_.active_window(),
+                                           "Choose a folder", from_path(start));
+    dialog->setOptions(QFileDialog::DontUseNativeDialog | QFileDialog::ShowDirsOnly);
+    dialog->setFileMode(QFileDialog::Directory);
+    const bool accepted = co_await windows_.run(*dialog);
+    co_return accepted ? first_selected(*dialog) : std::nullopt;
 }
 
 }  // namespace kelvane

@@ -16,12 +16,14 @@ class Qt_file_dialog : public File_dialog {
   public:
     explicit Qt_file_dialog(Qt_windows& windows) : windows_(windows) {}
     [[nodiscard]] std::optional<std::string> choose_file(File_purpose purpose) override;
-    [[nodiscard]] std::optional<std::string> choose_folder(const std::string& start) override;
+    Task<std::optional<std::string>> ask_file(File_purpose purpose) override;
+    Task<std::optional<std::string>> ask_folder(std::string start) override;
 
   private:
     [[nodiscard]] QString first_folder();
     void set_filters(QFileDialog& dialog) const;
-    [[nodiscard]] std::optional<std::string> run(QFileDialog& dialog);
+    void prepare(QFileDialog& dialog, File_purpose purpose);
+    [[nodiscard]] std::optional<std::string> chosen(const QFileDialog& dialog);
 
     Qt_windows& windows_;
     std::string shown_initial_directory_;

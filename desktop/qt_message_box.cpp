@@ -1,5 +1,6 @@
 #include "desktop/qt_message_box.h"
 
+#include <QApplication>
 #include <QMessageBox>
 
 #include "desktop/qt_text.h"
@@ -42,42 +43,67 @@ QMessageBox::Icon icon_of(Message_icon icon) {
     return QMessageBox::NoIcon;
 }
 
-}  // namespace
-
-Message_answer Qt_message_box::show(const Message& message) {
+void fill(QMessageBox& box, const Message& message) {
     const Choice choice = choice_of(message.buttons);
-    if (windows_.ended()) {
-        return choice.careful_answer;
-    }
-    // A job that a script has started may have nobody in front of its window.
-    tell_standard_error(message.title + ": " + message.text + "\n");
-    if (!asks_) {
-        return choice.careful_answer;
-    }
-    QMessageBox box(icon_of(message.icon), to_screen(message.title), to_screen(message.text),
-                    choice.buttons, windows_.active_window());
-    box.setObjectName("message_box");
+    box.setIcon(icon_of(message.icon));
+    box.setWindowTitle(to_screen(message.title));
     box.setTextFormat(Qt::PlainText);
+    box.setText(to_screen(message.text));
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+    box.setStandardButtons(choice.buttons);
     // Enter pressed in passing must not overwrite or delete anything.
     box.setDefaultButton(choice.careful);
     box.setEscapeButton(choice.careful);
-    const Usual_pointer usual_pointer(windows_);
-    open_.push_back(&box);
-    box.exec();
-    open_.pop_back();
+}
+
+Message_answer answer(const QMessageBox& box, Message_buttons buttons) {
+    const Choice choice = choice_of(buttons);
     const QAbstractButton* pressed = box.clickedButton();
     if (pressed == nullptr || pressed == box.button(choice.careful)) {
         return choice.careful_answer;
     }
-    return message.buttons == Message_buttons::yes_no ? Message_answer::yes : Message_answer::ok;
+    return buttons == Message_buttons::yes_no ? Message_answer::yes : Message_answer::ok;
+}
+
+}  // namespace
+
+Message_answer Qt_message_box::show(const Message& message) {
+    if (!may_ask(message)) {
+        return choice_of(message.buttons).careful_answer;
+    }
+    const Dialog_owner<QMessageBox> box("message_box", windows_.active_window());
+    fill(*box, message);
+    box->exec();
+    return answer(*box, message.buttons);
+}
+
+Task<Message_answer> Qt_message_box::ask(Message message) {
+    const Message_answer careful = choice_of(message.buttons).careful_answer;
+    if (!may_ask(message)) {
+        co_return careful;
+    }
+    const Dialog_owner<QMessageBox> box("message_box", windows_.active_window());
+    fill(*box, message);
+    co_await windows_.run(*box);
+    co_return box.there() ? answer(*box, message.buttons) : careful;
 }
 
 void Qt_message_box::stop_asking() {
     asks_ = false;
-    for (QMessageBox* box : open_) {
-        box->reject();
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        auto* box = qobject_cast<QMessageBox*>(window);
+        if (box != nullptr && box->isVisible()) {
+            box->reject();
+        }
     }
+}
+
+bool Qt_message_box::may_ask(const Message& message) const {
+    if (!windows_.ended()) {
+        // A job that a script has started may have nobody in front of its window.
+        tell_standard_error(message.title + ": " + message.text + "\n");
+    }
+    return asks_ && !windows_.ended();
 }
 
 }  // namespace kelvane

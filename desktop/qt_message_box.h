@@ -1,11 +1,7 @@
 #pragma once
 
-#include <vector>
-
 #include "desktop/qt_windows.h"
 #include "platform/message_box.h"
-
-class QMessageBox;
 
 namespace kelvane {
 
@@ -15,13 +11,15 @@ class Qt_message_box : public Message_box {
   public:
     explicit Qt_message_box(Qt_windows& windows) : windows_(windows) {}
     Message_answer show(const Message& message) override;
+    Task<Message_answer> ask(Message message) override;
     /// From now on a message goes to standard error only, with its careful answer, which those get
     /// that are open: who ends the program by a signal may not be there to press a button.
     void stop_asking();
 
   private:
+    [[nodiscard]] bool may_ask(const Message& message) const;
+
     Qt_windows& windows_;
-    std::vector<QMessageBox*> open_;
     bool asks_ = true;
 };
 

@@ -67,7 +67,7 @@ struct Qt_printer::Document {
     std::vector<Print_page> pages;  ///< of a preview
 };
 
-Qt_printer::Qt_printer(Files& files) : files_(files) {}
+Qt_printer::Qt_printer(Files& files, Qt_windows& windows) : files_(files), windows_(windows) {}
 
 Qt_printer::~Qt_printer() {
     drop_document();
@@ -111,16 +111,17 @@ std::shared_ptr<QPrinter> Qt_printer::system_printer() const {
     return printer;
 }
 
-void Qt_printer::select_printer() {
+Task<> Qt_printer::select_printer() {
     const auto printer = system_printer();
     if (chosen_ && chosen_->outputFormat() == QPrinter::NativeFormat) {
         printer->setPrinterName(chosen_->printerName());
         printer->setPageLayout(chosen_->pageLayout());
     }
-    QPrintDialog dialog(printer.get(), QApplication::activeWindow());
-    dialog.setObjectName("select_printer");
-    dialog.setWindowTitle("Select printer");
-    if (dialog.exec() == QDialog::Accepted) {
+    const Dialog_owner<QPrintDialog> dialog("select_printer", printer.get(),
+                                            windows_.active_window());
+    dialog->setWindowTitle("Select printer");
+    QObject::connect(&*dialog, &QObject::destroyed, [printer] {});  // it ends after its dialog
+    if (co_await windows_.run(*dialog)) {
         chosen_ = printer;
     }
 }

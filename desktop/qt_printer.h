@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "desktop/print_page.h"
+#include "desktop/qt_windows.h"
 #include "platform/files.h"
 #include "platform/printer.h"
 
@@ -18,7 +19,7 @@ namespace kelvane {
 /// written aside and takes its place when it is complete. Needs the application object.
 class Qt_printer : public Printer {
   public:
-    explicit Qt_printer(Files& files);
+    Qt_printer(Files& files, Qt_windows& windows);
     Qt_printer(const Qt_printer&) = delete;
     Qt_printer& operator=(const Qt_printer&) = delete;
     ~Qt_printer() override;
@@ -40,7 +41,7 @@ class Qt_printer : public Printer {
     void abort_document() override;
     [[nodiscard]] std::string destination_name() const override { return destination_; }
     [[nodiscard]] std::string last_error() const override { return last_error_; }
-    void select_printer() override;
+    Task<> select_printer() override;
 
   private:
     struct Document;
@@ -52,6 +53,7 @@ class Qt_printer : public Printer {
     [[nodiscard]] bool failed(std::string reason);
 
     Files& files_;
+    Qt_windows& windows_;
     Print_font font_;
     std::shared_ptr<QPrinter> chosen_;  ///< what Select printer chose; null until it did
     std::unique_ptr<Document> document_;

@@ -68,6 +68,9 @@ QWidget* Qt_windows::main_window() const {
 }
 
 QWidget* Qt_windows::active_window() const {
+    if (QWidget* modal = modality_.top()) {
+        return modal;
+    }
     if (QWidget* active = QApplication::activeWindow()) {
         return active;
     }
@@ -80,8 +83,8 @@ void Qt_windows::show(Form& form, bool modal) {
     if (window == nullptr) {
         return;
     }
-    if (window->isHidden()) {
-        window->setWindowModality(modal ? Qt::ApplicationModal : Qt::NonModal);
+    if (modal) {
+        modality_.begin(*window);
     }
     window->show();
     window->raise();
@@ -95,10 +98,38 @@ void Qt_windows::hide(Form& form) {
     }
 }
 
-void Qt_windows::wait_while_visible(const Form& form) {
+Task<> Qt_windows::wait_while_visible(const Form& form) {
     while (form.visible() && !ended_) {
-        loop_.process_events();
+        co_await loop_.next();
     }
+}
+
+class Qt_windows::Usual_pointer {
+  public:
+    explicit Usual_pointer(Qt_windows& windows) : windows_(windows) {
+        ++windows_.dialogs_;
+        windows_.show_pointer();
+    }
+    Usual_pointer(const Usual_pointer&) = delete;
+    Usual_pointer& operator=(const Usual_pointer&) = delete;
+    ~Usual_pointer() {
+        --windows_.dialogs_;
+        windows_.show_pointer();
+    }
+
+  private:
+    Qt_windows& windows_;
+};
+
+Task<bool> Qt_windows::run(QDialog& dialog) {
+    const QPointer<QDialog> shown(&dialog);
+    const Usual_pointer usual_pointer(*this);
+    modality_.begin(dialog);
+    dialog.show();
+    while (shown && shown->isVisible() && !ended_) {
+        co_await loop_.next();
+    }
+    co_return shown && shown->result() == QDialog::Accepted;
 }
 
 void Qt_windows::repaint(Form& form) {
@@ -110,6 +141,12 @@ void Qt_windows::repaint(Form& form) {
 }
 
 void Qt_windows::set_hourglass(bool on) {
+    hourglass_wanted_ = on;
+    show_pointer();
+}
+
+void Qt_windows::show_pointer() {
+    const bool on = hourglass_wanted_ && dialogs_ == 0;
     if (on == std::exchange(hourglass_, on)) {
         return;
     }

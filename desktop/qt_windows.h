@@ -1,10 +1,14 @@
 #pragma once
 
+#include <QDialog>
+#include <QPointer>
 #include <QWidget>
 #include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
+#include "desktop/modality.h"
 #include "platform/event_loop.h"
 #include "platform/form.h"
 
@@ -30,7 +34,7 @@ class Qt_windows : public Window_system {
 
     void show(Form& form, bool modal) override;
     void hide(Form& form) override;
-    void wait_while_visible(const Form& form) override;
+    Task<> wait_while_visible(const Form& form) override;
     void repaint(Form& form) override;
     void set_hourglass(bool on) override;
     void end_program() override;
@@ -41,11 +45,14 @@ class Qt_windows : public Window_system {
     QWidget* window_of(const Form& form);
     /// The window that a message or a system dialog stands before; null when none is shown.
     [[nodiscard]] QWidget* active_window() const;
-    [[nodiscard]] bool hourglass() const { return hourglass_; }
+    /// Shows a dialog of Qt's, modal and with the usual pointer, and waits until it is closed, by
+    /// anybody. True when it has been accepted.
+    Task<bool> run(QDialog& dialog);
     /// Ends all windows, so that the forms may end.
     void clear();
 
   private:
+    class Usual_pointer;
     struct Entry {
         Form* form;
         std::function<std::unique_ptr<QWidget>()> make;
@@ -54,27 +61,42 @@ class Qt_windows : public Window_system {
     Entry* entry_of(const Form& form);
     [[nodiscard]] QWidget* main_window() const;
     void build(Entry& entry);
+    void show_pointer();
 
     Event_loop& loop_;
+    Modality modality_;
     std::vector<Entry> entries_;
+    bool hourglass_wanted_ = false;
+    int dialogs_ = 0;  ///< of Qt's, shown now: they have the usual pointer
     bool hourglass_ = false;
     bool ended_ = false;
 };
 
-/// Shows the usual pointer, in place of an hourglass, as long as it lives: for dialogs that a
-/// working routine shows.
-class Usual_pointer {
+/// A dialog of Qt's for one showing. It may end before its owner, with the window that it stands
+/// before; and it ends after its owner when its own code is still on the call stack then.
+template <typename Dialog>
+class Dialog_owner {
   public:
-    explicit Usual_pointer(Qt_windows& windows) : windows_(windows), was_(windows.hourglass()) {
-        windows_.set_hourglass(false);
+    template <typename... Arguments>
+    explicit Dialog_owner(const char* name, Arguments&&... arguments)
+        : dialog_(new Dialog(std::forward<Arguments>(arguments)...)) {
+        dialog_->setObjectName(name);
     }
-    Usual_pointer(const Usual_pointer&) = delete;
-    Usual_pointer& operator=(const Usual_pointer&) = delete;
-    ~Usual_pointer() { windows_.set_hourglass(was_); }
+    Dialog_owner(const Dialog_owner&) = delete;
+    Dialog_owner& operator=(const Dialog_owner&) = delete;
+    ~Dialog_owner() {
+        if (dialog_) {
+            dialog_->hide();
+            dialog_->deleteLater();
+        }
+    }
+    Dialog* operator->() const { return dialog_.data(); }
+    Dialog& operator*() const { return *dialog_; }
+    /// False when it has ended with its window.
+    [[nodiscard]] bool there() const { return !dialog_.isNull(); }
 
   private:
-    Qt_windows& windows_;
-    bool was_;
+    QPointer<Dialog> dialog_;
 };
 
 }  // namespace kelvane

@@ -61,7 +61,8 @@ directories_form_lite::directories_form_lite(Platform& platform, Shared_state& s
     : Form(platform.windows, "directories_form_lite", "Files and directories"),
       platform_(platform),
       state_(state),
-      set_directory_(set_directory) {
+      set_directory_(set_directory),
+      tasks_(platform.loop) {
     directory.plain = true;
     for (Text_box* box : {&Description_txt, &Pattern_txt}) {
         box->accepts_key = [](char key) { return key != '|'; };
@@ -72,11 +73,11 @@ directories_form_lite::directories_form_lite(Platform& platform, Shared_state& s
 }
 
 void directories_form_lite::attach_buttons() {
-    Set_directory_button.on_click = [this] { set_directory(); };
+    Set_directory_button.on_click = [this] { tasks_.start(set_directory()); };
     Add_button.on_click = [this] { add_type(); };
     Remove_button.on_click = [this] { remove_type(); };
     Up_button.on_click = [this] { move_type_up(); };
-    OK_button.on_click = [this] { accept(); };
+    OK_button.on_click = [this] { tasks_.start(accept()); };
     Cancel_button.on_click = [this] { unload(); };
 }
 
@@ -100,8 +101,8 @@ void directories_form_lite::show_directory() {
     directory.set_caption(directory_path_.empty() ? "(none)" : directory_path_);
 }
 
-void directories_form_lite::set_directory() {
-    const auto chosen = set_directory_.ask(directory_path_);
+Task<> directories_form_lite::set_directory() {
+    const auto chosen = co_await set_directory_.ask(directory_path_);
     if (chosen && loaded()) {
         directory_path_ = *chosen;
         show_directory();
@@ -193,12 +194,13 @@ std::string directories_form_lite::filter() const {
     return text;
 }
 
-void directories_form_lite::accept() {
+Task<> directories_form_lite::accept() {
     if (const auto stored = store(); !stored) {
-        platform_.message_box.show(
-            {"Cannot write the files and directories settings.\n" + stored.reason(),
-             std::string(product_name), Message_icon::critical, Message_buttons::ok});
-        return;
+        const Message message{
+            "Cannot write the files and directories settings.\n" + stored.reason(),
+            std::string(product_name), Message_icon::critical};
+        co_await platform_.message_box.ask(message);
+        co_return;
     }
     put_in_force();
     unload();

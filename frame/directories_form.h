@@ -8,6 +8,7 @@
 #include "platform/controls.h"
 #include "platform/form.h"
 #include "platform/platform.h"
+#include "platform/task_keeper.h"
 #include "session/shared_state.h"
 
 namespace kelvane {
@@ -27,15 +28,16 @@ class Set_directory_form_lite : public Form {
 
     /// Shows the form over the others, beginning with `start`. The folder, which may be empty for
     /// "no default"; no value when the operator cancels.
-    [[nodiscard]] std::optional<std::string> ask(const std::string& start);
+    Task<std::optional<std::string>> ask(std::string start);
 
   private:
     void directory_changed();
-    void browse();
+    Task<> browse();
     void accept();
 
     Platform& platform_;
     bool accepted_ = false;
+    Task_keeper tasks_;
 };
 
 /// "Files and directories": the default directory and the file dialog's types. It edits the lines
@@ -74,9 +76,9 @@ class directories_form_lite : public Form {
     void add_type();
     void remove_type();
     void move_type_up();
-    void set_directory();
+    Task<> set_directory();
     void show_directory();
-    void accept();
+    Task<> accept();
     [[nodiscard]] Result<> store();
     void put_in_force();
     [[nodiscard]] std::string filter() const;
@@ -90,6 +92,7 @@ class directories_form_lite : public Form {
     std::string directory_path_;
     Types types_;
     bool showing_ = false;  ///< the fields are being filled
+    Task_keeper tasks_;
 };
 
 }  // namespace kelvane

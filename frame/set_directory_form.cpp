@@ -3,23 +3,25 @@
 namespace kelvane {
 
 Set_directory_form_lite::Set_directory_form_lite(Platform& platform)
-    : Form(platform.windows, "Set_directory_form_lite", "Default directory"), platform_(platform) {
+    : Form(platform.windows, "Set_directory_form_lite", "Default directory"),
+      platform_(platform),
+      tasks_(platform.loop) {
     directory_hint.plain = true;
     Directory_txt.selects_all_on_focus = true;
     Directory_txt.on_change = [this] { directory_changed(); };
     Directory_txt.on_enter = [this] { accept(); };
-    Browse_button.on_click = [this] { browse(); };
+    Browse_button.on_click = [this] { tasks_.start(browse()); };
     OK_button.on_click = [this] { accept(); };
     Cancel_button.on_click = [this] { unload(); };
 }
 
-std::optional<std::string> Set_directory_form_lite::ask(const std::string& start) {
+Task<std::optional<std::string>> Set_directory_form_lite::ask(std::string start) {
     accepted_ = false;
     load();
     Directory_txt.set_text(start);
     directory_changed();
-    show_modal();
-    return accepted_ ? std::optional(Directory_txt.text()) : std::nullopt;
+    co_await show_modal();
+    co_return accepted_ ? std::optional(Directory_txt.text()) : std::nullopt;
 }
 
 void Set_directory_form_lite::directory_changed() {
@@ -30,8 +32,8 @@ void Set_directory_form_lite::directory_changed() {
     OK_button.set_enabled(possible);
 }
 
-void Set_directory_form_lite::browse() {
-    const auto folder = platform_.file_dialog.choose_folder(Directory_txt.text());
+Task<> Set_directory_form_lite::browse() {
+    const auto folder = co_await platform_.file_dialog.ask_folder(Directory_txt.text());
     if (folder && loaded()) {
         Directory_txt.set_text(*folder);
     }

@@ -3,6 +3,8 @@
 #include <optional>
 #include <string>
 
+#include "platform/task.h"
+
 namespace kelvane {
 
 /// What the operator chooses a file for: the words on the dialog and its button follow from it. The
@@ -22,8 +24,10 @@ class File_dialog {
 
     /// The chosen path, or no value when the operator cancels.
     [[nodiscard]] virtual std::optional<std::string> choose_file(File_purpose purpose) = 0;
+    /// As `choose_file`, waiting while the program goes on.
+    virtual Task<std::optional<std::string>> ask_file(File_purpose purpose) = 0;
     /// The chosen folder, `start` being shown first.
-    [[nodiscard]] virtual std::optional<std::string> choose_folder(const std::string& start) = 0;
+    virtual Task<std::optional<std::string>> ask_folder(std::string start) = 0;
 };
 
 }  // namespace kelvane

@@ -4,6 +4,15 @@
 
 namespace kelvane {
 
+namespace {
+
+struct Hidden_at_end {
+    Form& form;
+    ~Hidden_at_end() { form.hide(); }
+};
+
+}  // namespace
+
 Form::Form(Window_system& windows, std::string name, std::string caption)
     : windows_(windows), name_(std::move(name)), caption_(std::move(caption)) {}
 
@@ -27,12 +36,13 @@ void Form::show() {
     }
 }
 
-void Form::show_modal() {
+Task<> Form::show_modal() {
     load();
     visible_ = loaded_;
     if (visible_) {
+        const Hidden_at_end hidden{*this};
         windows_.show(*this, true);
-        windows_.wait_while_visible(*this);
+        co_await windows_.wait_while_visible(*this);
     }
 }
 

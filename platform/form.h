@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "platform/task.h"
+
 namespace kelvane {
 
 class Form;
@@ -11,11 +13,12 @@ class Window_system {
   public:
     virtual ~Window_system() = default;
     /// Shows the form's window, or brings it to the front. While a `modal` window is shown the
-    /// program's other windows take no input; the call returns at once all the same.
+    /// program's other windows take no input, except the main window's Send and Stop and its close
+    /// button; the call returns at once all the same.
     virtual void show(Form& form, bool modal) = 0;
     virtual void hide(Form& form) = 0;
-    /// Waits, yielding, until the form is no longer visible.
-    virtual void wait_while_visible(const Form& form) = 0;
+    /// Waits until the form is no longer visible.
+    virtual Task<> wait_while_visible(const Form& form) = 0;
     /// Repaints what the form shows now, without waiting for the next yield.
     virtual void repaint(Form& form) = 0;
     /// The hourglass pointer over all windows, or the usual one.
@@ -45,8 +48,9 @@ class Form {
     void load();
     /// Loads the form if need be and shows it without waiting.
     void show();
-    /// As `show`, then waits until it is hidden or unloaded, by anybody.
-    void show_modal();
+    /// As `show`, with a modal window, and waits until it is hidden or unloaded, by anybody. A wait
+    /// that is given up hides it.
+    Task<> show_modal();
     /// Hides the window; the values stay.
     void hide();
     /// Hides and unloads; nothing happens when the form is not loaded.

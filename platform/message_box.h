@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/task.h"
+
 namespace kelvane {
 
 enum class Message_icon { none, information, exclamation, critical };
@@ -23,6 +25,8 @@ class Message_box {
   public:
     virtual ~Message_box() = default;
     virtual Message_answer show(const Message& message) = 0;
+    /// Waits for the answer while the program goes on.
+    virtual Task<Message_answer> ask(Message message) = 0;
 };
 
 /// Title of all boxes that have none of their own.

@@ -4,6 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/task.h"
+
 namespace kelvane {
 
 /// What becomes of a document.
@@ -87,7 +89,7 @@ class Printer {
 
     /// The system's dialog to choose the printer of the documents to come (until the program ends).
     /// A cancelled or failed dialog changes nothing and says nothing.
-    virtual void select_printer() = 0;
+    virtual Task<> select_printer() = 0;
 };
 
 }  // namespace kelvane

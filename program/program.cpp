@@ -19,7 +19,8 @@ Program::Program(Platform& platform)
       page_layout_form(window, platform.printer, listing),
       information_form(platform.windows),
       resequence_form(platform.windows, platform.files, window.state),
-      resequence_run(window, resequence_form) {
+      resequence_run(window, resequence_form),
+      tasks(platform.loop) {
     select_device_form.on_selected = [this] { window.show_machine(); };
     window.set_hooks(hooks());
     comm_form.load();
@@ -33,12 +34,12 @@ Command_hooks Program::hooks() {
     hooks.Make_scratchpad_copy = [this](const std::string& path) {
         return Make_scratchpad_copy(window, path);
     };
-    hooks.show_resequence = [this] { resequence_form.show_modal(); };
+    hooks.show_resequence = [this] { tasks.start(resequence_form.show_modal()); };
     hooks.show_configuration = [this] { configure_form.show(); };
     hooks.show_machine_choice = [this] { select_device_form.show(); };
-    hooks.Select_printer = [this] { window.platform.printer.select_printer(); };
-    hooks.Show_page_layout = [this] { page_layout_form.show_modal(); };
-    hooks.Set_directories = [this] { directories_form.show_modal(); };
+    hooks.Select_printer = [this] { tasks.start(window.platform.printer.select_printer()); };
+    hooks.Show_page_layout = [this] { tasks.start(page_layout_form.show_modal()); };
+    hooks.Set_directories = [this] { tasks.start(directories_form.show_modal()); };
     hooks.show_information = [this](int item) { information_form.show_information(item); };
     hooks.other_forms = {&comm_form,          &advanced_form,    &configure_form,
                          &directories_form,   &page_layout_form, &select_device_form,

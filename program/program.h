@@ -10,6 +10,7 @@
 #include "machines/configure_form.h"
 #include "machines/select_device_form.h"
 #include "platform/platform.h"
+#include "platform/task_keeper.h"
 #include "print/page_layout_form.h"
 #include "print/program_listing.h"
 #include "receive/receive_loop.h"
@@ -46,6 +47,8 @@ class Program {
     Thank_you_form_lite information_form;
     resequence_form_lite resequence_form;
     Resequence_run resequence_run;
+    /// What menu items have started, ended before all that it works on.
+    Task_keeper tasks;
 
   private:
     [[nodiscard]] Command_hooks hooks();

@@ -78,10 +78,12 @@ TEST_F(Directories, a_folder_is_typed_or_chosen_and_must_exist) {
         set_directory.OK_button.click();
     });
     form.Set_directory_button.click();
+    house.loop.run_until([this] { return !set_directory.visible(); });
     EXPECT_EQ(form.directory.caption(), "/nc");
     house.windows.when_shown("Set_directory_form_lite",
                              [this] { set_directory.Cancel_button.click(); });
     form.Set_directory_button.click();
+    house.loop.run_until([this] { return !set_directory.visible(); });
     form.OK_button.click();
     EXPECT_EQ(house.file_dialog.initial_directory, "/nc");
     EXPECT_EQ(house.files.content(directories), "/nc\r\n\r\n\r\n\r\n\r\n\r\n");

@@ -18,6 +18,7 @@
 #include "desktop/bindings.h"
 #include "desktop/qt_event_loop.h"
 #include "desktop/qt_windows.h"
+#include "platform/task_keeper.h"
 #include "qt_test_application.h"
 
 namespace kelvane {
@@ -378,15 +379,13 @@ TEST(Qt_windows_test, a_modal_form_waits_until_hidden_and_the_form_decides_about
     Qt_windows windows(loop);
     Test_form form(windows);
     windows.add(form, make_test_dialog);
-    Timer closer(loop, 5);
-    closer.on_tick = [&] {
-        EXPECT_EQ(windows.window_of(form)->windowModality(), Qt::ApplicationModal);
-        closer.set_enabled(false);
-        form.hide();
-    };
-    closer.set_enabled(true);
-    form.show_modal();
-    EXPECT_TRUE(form.loaded());
+    Task_keeper keeper(loop);
+    keeper.start(form.show_modal());
+    EXPECT_TRUE(form.visible());
+    EXPECT_EQ(windows.active_window(), windows.window_of(form));
+    form.hide();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(keeper.empty() && form.loaded());
     form.show();
     QWidget* window = windows.window_of(form);
     EXPECT_EQ(window->windowTitle(), "Test");

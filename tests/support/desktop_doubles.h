@@ -54,6 +54,7 @@ class Scripted_message_box : public Message_box {
         expectation.meanwhile();
         return expectation.answer;
     }
+    Task<Message_answer> ask(Message message) override { co_return show(message); }
 
     /// The next box must hold `part` in its text or title, and is answered so; `meanwhile` runs
     /// while it is open.
@@ -85,8 +86,10 @@ class Recorded_windows : public Window_system {
         }
     }
     void hide(Form&) override {}
-    void wait_while_visible(const Form& form) override {
-        loop_.run_until([&form] { return !form.visible(); });
+    Task<> wait_while_visible(const Form& form) override {
+        while (form.visible()) {
+            co_await loop_.next();
+        }
     }
     void repaint(Form&) override {}
     void set_hourglass(bool on) override { hourglass = on; }
@@ -121,8 +124,11 @@ class Scripted_file_dialog : public File_dialog {
         EXPECT_EQ(answer.purpose, purpose) << answer.path;
         return answer.path;
     }
-    std::optional<std::string> choose_folder(const std::string&) override {
-        return std::exchange(folder, std::nullopt);
+    Task<std::optional<std::string>> ask_file(File_purpose purpose) override {
+        co_return choose_file(purpose);
+    }
+    Task<std::optional<std::string>> ask_folder(std::string) override {
+        co_return std::exchange(folder, std::nullopt);
     }
     std::deque<Answer> answers;
     std::optional<std::string> folder;

@@ -93,7 +93,8 @@ class Print_room : public ::testing::Test {
     QTemporaryDir folder;
     Headless_platform doubles;
     Disk_files files{folder.path().toStdString()};
-    Qt_printer printer{files};
+    Qt_windows windows{doubles.loop};
+    Qt_printer printer{files, windows};
     Platform platform{doubles.loop, doubles.windows, doubles.boxes,   doubles.file_dialog,
                       printer,      doubles.machine, doubles.desktop, files};
     Kelvane_lite_form window{platform};

@@ -47,7 +47,7 @@ class Recording_printer : public Printer {
     void abort_document() override { aborted = true; }
     std::string destination_name() const override { return "Test printer"; }
     std::string last_error() const override { return works ? "too fine" : "out of paper"; }
-    void select_printer() override {}
+    Task<> select_printer() override { co_return; }
 
     std::string font_name, installed_font, title;
     std::vector<int> sizes;  ///< every font size that was set, in order
