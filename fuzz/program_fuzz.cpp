@@ -23,6 +23,7 @@ class Quick_boxes : public Message_box {
         }
         return Message_answer::ok;
     }
+    Task<Message_answer> ask(Message message) override { co_return show(message); }
 
   private:
     bool yes_;
