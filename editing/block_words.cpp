@@ -223,20 +223,4 @@ bool same_number(std::string_view one, std::string_view other) {
     return essential_number(one) == essential_number(other);
 }
 
-std::string_view take_line(std::string_view& rest) {
-    std::size_t window = 256;
-    std::size_t end = std::string_view::npos;
-    // In windows, or the search for the one would run through all lines that end at the other.
-    for (bool more = true; more && end == std::string_view::npos; window *= 4) {
-        const std::string_view ahead = rest.substr(0, window);
-        const std::size_t feed = ahead.find('\n');
-        end = std::min(feed, ahead.substr(0, feed).find('\r'));
-        more = ahead.size() < rest.size();
-    }
-    const std::string_view line = rest.substr(0, end);
-    rest.remove_prefix(line.size());
-    rest.remove_prefix(rest.starts_with("\r\n") ? 2 : rest.empty() ? 0 : 1);
-    return line;
-}
-
 }  // namespace kelvane

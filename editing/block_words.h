@@ -69,8 +69,4 @@ std::string_view essential_number(std::string_view number);
 /// True when two numbers without sign have the same value: "0120", "120" and "120.0".
 bool same_number(std::string_view one, std::string_view other);
 
-/// Takes the next line off the front of `rest`, with its line end; the value is without it. Lines
-/// end at CR LF, LF or CR.
-std::string_view take_line(std::string_view& rest);
-
 }  // namespace kelvane

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "editing/block_words.h"
+#include "platform/lines.h"
 
 namespace kelvane {
 
@@ -86,8 +87,7 @@ struct Side {
 
     [[nodiscard]] std::size_t size() const { return starts.size(); }
     [[nodiscard]] std::string_view line(std::size_t number) const {
-        std::string_view rest = text.substr(starts[number]);
-        return take_line(rest);
+        return Lines(text, starts[number]).take();
     }
 };
 
@@ -186,15 +186,15 @@ class Comparer {
 };
 
 Task<> Comparer::read(Side& side) {
-    std::string_view rest = side.text;
+    Lines lines(side.text);
     bool ended = true;  // an empty text is an empty line, and so is what follows a last line end
-    while (!rest.empty() || ended) {
+    while (ended) {
         if (side.size() % lines_a_breath == 0) {
             co_await loop_.breath();
         }
-        side.starts.push_back(side.text.size() - rest.size());
-        const std::string_view line = take_line(rest);
-        ended = line.data() + line.size() != side.text.data() + side.text.size();
+        side.starts.push_back(lines.position());
+        const std::string_view line = lines.take();
+        ended = side.starts.back() + line.size() < side.text.size();
         side.hashes.push_back(hash_of({line, options_}));
     }
 }
@@ -253,8 +253,8 @@ Task<std::vector<Pair>> Comparer::common_order(const std::vector<Pair>& pairs) {
     }
     std::vector<Pair> selected(tops.size());
     std::size_t at = tops.empty() ? 0 : tops.back();
-    for (auto place = selected.rbegin(); place != selected.rend(); ++place) {
-        *place = pairs[at];
+    for (std::size_t place = selected.size(); place > 0; --place) {
+        selected[place - 1] = pairs[at];
         at = before[at];
     }
     co_return selected;

@@ -6,6 +6,7 @@
 
 #include "editing/block_words.h"
 #include "platform/basic_text.h"
+#include "platform/lines.h"
 
 namespace kelvane {
 
@@ -180,22 +181,22 @@ Search_state Find_block::step(std::string_view text, std::size_t budget) {
         if (wrapped_ && place_ > from_) {
             return Search_state::not_found;
         }
-        std::string_view rest = text.substr(std::min(place_, text.size()));
-        const auto number = block_number(take_line(rest));
+        Lines lines(text, std::min(place_, text.size()));
+        const auto number = block_number(lines.take());
         if (number && past_first_ && same_number(*number, number_)) {
             return Search_state::found;
         }
         past_first_ = true;
         ++line_;
-        if (rest.empty() && !wrapped_) {
+        if (lines.at_end() && !wrapped_) {
             wrapped_ = true;
             place_ = line_ = 0;
             return budget > text.size() ? step(text, budget) : Search_state::running;
         }
-        if (rest.empty()) {
+        if (lines.at_end()) {
             return Search_state::not_found;
         }
-        place_ = text.size() - rest.size();
+        place_ = lines.position();
     }
     return Search_state::running;
 }

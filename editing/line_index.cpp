@@ -2,73 +2,84 @@
 
 #include <algorithm>
 
+#include "platform/lines.h"
+
 namespace kelvane {
 
 namespace {
 
 constexpr std::size_t spacing = 4096;  ///< bytes between two marks
+/// A line end is recognised in its first so many bytes.
+constexpr std::size_t longest_line_end = 3;
 
 }  // namespace
 
-/// Moves `mark` over one byte.
-void Line_index::pass(std::string_view text, Mark& mark) const {
-    const char next = mark.offset + 1 < text.size() ? text[mark.offset + 1] : '\0';
-    mark.lines += ends_line(text, mark.offset) ? 1 : 0;
-    mark.units += units_of(text[mark.offset], next, encoding_);
-    ++mark.offset;
+/// `mark` moved over one character, or what else a byte stands for, or one line end.
+Line_index::Mark Line_index::behind(std::string_view text, Mark mark) const {
+    const char byte = text[mark.offset];
+    if (byte == '\n' || byte == '\r') {
+        return {mark.offset + line_end_length(text, mark.offset), mark.lines + 1, mark.units + 1};
+    }
+    return {mark.offset + 1, mark.lines, mark.units + units_of(byte, encoding_)};
 }
 
-Line_index::Mark Line_index::counted_to(std::string_view text, Mark from,
-                                        std::size_t offset) const {
-    while (from.offset < offset) {
-        pass(text, from);
+/// What stands before `offset`; of a line end around it, what stands before that.
+Line_index::Mark Line_index::counted_to(std::string_view text, std::size_t offset) const {
+    Mark mark = mark_before(offset + 1, &Mark::offset);
+    while (mark.offset < offset) {
+        const Mark next = behind(text, mark);
+        if (next.offset > offset) {
+            break;
+        }
+        mark = next;
     }
-    return from;
+    return mark;
 }
 
-/// Counts from `from` to `end`, leaving marks on the way.
-void Line_index::mark_stretch(std::string_view text, Mark& from, std::size_t end,
-                              std::vector<Mark>& to) {
-    while (end - from.offset >= 2 * spacing) {
-        from = counted_to(text, from, from.offset + spacing);
-        to.push_back(from);
+void Line_index::add_mark(const Mark& mark) {
+    if (mark.offset - marks_.back().offset >= spacing) {
+        marks_.push_back(mark);
     }
-    from = counted_to(text, from, end);
 }
 
 bool Line_index::extend(std::string_view text, std::size_t budget) {
-    const std::size_t end = end_.offset + std::min(budget, text.size() - end_.offset);
-    Mark mark = marks_.back();
-    // What has been counted behind the last mark is counted once more: less than two spacings.
-    mark_stretch(text, mark, end, marks_);
-    end_ = mark;
-    return end == text.size();
+    const std::size_t stop = end_.offset + std::min(budget, text.size() - end_.offset);
+    while (end_.offset < stop) {
+        end_ = behind(text, end_);
+        add_mark(end_);
+    }
+    return end_.offset == text.size();
 }
 
 void Line_index::edited(std::string_view text, std::size_t at, std::size_t removed,
                         std::size_t added) {
-    const auto behind =
-        std::upper_bound(marks_.begin() + 1, marks_.end(), at + removed,
-                         [](std::size_t offset, const Mark& mark) { return offset < mark.offset; });
-    // A line end at the byte before the edit is seen in the byte behind it, so a mark at `at` goes.
-    const auto before =
-        std::lower_bound(marks_.begin() + 1, marks_.end(), at,
-                         [](const Mark& mark, std::size_t offset) { return mark.offset < offset; });
-    std::vector<Mark> later(behind, marks_.end());
+    const auto below = [](const Mark& mark, std::size_t offset) { return mark.offset < offset; };
+    // Marks too near before the edit may now stand within a line end.
+    const std::size_t safe = at >= longest_line_end - 1 ? at - (longest_line_end - 2) : 0;
+    const auto first = std::lower_bound(marks_.begin() + 1, marks_.end(), safe, below);
+    const auto rest = std::lower_bound(first, marks_.end(), at + removed, below);
+    std::vector<Mark> later(rest, marks_.end());
     later.push_back(end_);
-    marks_.erase(before, marks_.end());
+    marks_.erase(first, marks_.end());
 
+    // Behind the edit all is as it was, from the first mark on that again begins a character.
     Mark fresh = marks_.back();
-    const Mark old = later.front();
-    mark_stretch(text, fresh, old.offset - removed + added, marks_);
-    for (Mark& mark : later) {
-        mark.offset = mark.offset - old.offset + fresh.offset;
-        mark.lines = mark.lines - old.lines + fresh.lines;
-        mark.units = mark.units - old.units + fresh.units;
+    auto old = later.begin();
+    const auto moved = [&](const Mark& mark) { return mark.offset - removed + added; };
+    while (fresh.offset != moved(*old)) {
+        if (fresh.offset > moved(*old)) {
+            ++old;
+            continue;
+        }
+        fresh = behind(text, fresh);
+        add_mark(fresh);
     }
-    end_ = later.back();
-    later.pop_back();
-    marks_.insert(marks_.end(), later.begin(), later.end());
+    const Mark same = *old;
+    for (; old != later.end(); ++old) {
+        end_ = {moved(*old), old->lines - same.lines + fresh.lines,
+                old->units - same.units + fresh.units};
+        add_mark(end_);
+    }
 }
 
 /// The last mark whose `measure` is below `value`, or the first mark.
@@ -82,25 +93,23 @@ Line_index::Mark Line_index::mark_before(std::size_t value, std::size_t Mark::*m
 std::size_t Line_index::line_start(std::string_view text, std::size_t line) const {
     Mark mark = mark_before(line, &Mark::lines);
     while (mark.lines < line && mark.offset < end_.offset) {
-        pass(text, mark);
+        mark = behind(text, mark);
     }
     return mark.offset;
 }
 
 std::size_t Line_index::line_at(std::string_view text, std::size_t offset) const {
-    const std::size_t within = std::min(offset, end_.offset);
-    return counted_to(text, mark_before(within, &Mark::offset), within).lines;
+    return counted_to(text, std::min(offset, end_.offset)).lines;
 }
 
 std::size_t Line_index::unit_at(std::string_view text, std::size_t offset) const {
-    const std::size_t within = std::min(offset, end_.offset);
-    return counted_to(text, mark_before(within, &Mark::offset), within).units;
+    return counted_to(text, std::min(offset, end_.offset)).units;
 }
 
 std::size_t Line_index::offset_of_unit(std::string_view text, std::size_t unit) const {
     Mark mark = mark_before(unit, &Mark::units);
     while (mark.units < unit && mark.offset < end_.offset) {
-        pass(text, mark);
+        mark = behind(text, mark);
     }
     while (encoding_ == Text_encoding::utf8 && mark.units > 0 && mark.offset < end_.offset &&
            is_continuation(text[mark.offset])) {

@@ -8,23 +8,18 @@
 
 namespace kelvane {
 
-/// True when the byte at `at` ends a line: LF, or a CR that no LF follows.
-constexpr bool ends_line(std::string_view text, std::size_t at) {
-    return text[at] == '\n' ||
-           (text[at] == '\r' && (at + 1 == text.size() || text[at + 1] != '\n'));
-}
-
 /// Where the lines of a text begin, and where its characters stand as a text widget counts them.
-/// It keeps a mark every few thousand bytes, however long or short the lines are: less than a
-/// hundredth of the text, and every look-up reads some thousand bytes of the text and no more.
+/// Line ends are those of `Lines`. It keeps a mark every few thousand bytes, however long or short
+/// the lines are: less than a hundredth of the text, and every look-up reads some thousand bytes of
+/// the text and no more.
 ///
 /// It does not keep the text: the same one is handed to every call.
 class Line_index {
   public:
     explicit Line_index(Text_encoding encoding = Text_encoding::latin1) : encoding_(encoding) {}
 
-    /// Counts the next `budget` bytes of `text`. True when all is counted; until then the numbers
-    /// are those of the part counted.
+    /// Counts the next `budget` bytes of `text`, and the rest of a line end. True when all is
+    /// counted; until then the numbers are those of the part counted.
     bool extend(std::string_view text, std::size_t budget = std::string_view::npos);
     /// `text` is the text after `removed` bytes at `at` have given way to `added` others.
     void edited(std::string_view text, std::size_t at, std::size_t removed, std::size_t added);
@@ -44,16 +39,16 @@ class Line_index {
     [[nodiscard]] std::size_t offset_of_unit(std::string_view text, std::size_t unit) const;
 
   private:
-    /// What stands before a byte.
+    /// What stands before a byte that begins a character or a line end.
     struct Mark {
         std::size_t offset = 0;
         std::size_t lines = 0;  ///< line ends
         std::size_t units = 0;
     };
 
-    void pass(std::string_view text, Mark& mark) const;
-    [[nodiscard]] Mark counted_to(std::string_view text, Mark from, std::size_t offset) const;
-    void mark_stretch(std::string_view text, Mark& from, std::size_t end, std::vector<Mark>& to);
+    [[nodiscard]] Mark behind(std::string_view text, Mark mark) const;
+    [[nodiscard]] Mark counted_to(std::string_view text, std::size_t offset) const;
+    void add_mark(const Mark& mark);
     [[nodiscard]] Mark mark_before(std::size_t value, std::size_t Mark::*measure) const;
 
     Text_encoding encoding_;

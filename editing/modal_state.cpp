@@ -124,20 +124,22 @@ Block_words::Block_words(std::string_view line) {
                 unread = true;
                 break;
             default:
-                if (word.letter != 0) {
-                    words[static_cast<std::size_t>(word.letter - 'A')] = word;
-                }
+                others.push_back(word);
         }
         variable = variable || word.computed;
         any = true;
     }
 }
 
+const Block_word* Block_words::operator[](char letter) const {
+    const auto found = std::find_if(others.rbegin(), others.rend(),
+                                    [letter](const Block_word& w) { return w.letter == letter; });
+    return found == others.rend() ? nullptr : &*found;
+}
+
 bool Block_words::has_axes() const {
-    return std::any_of(axes.begin(), axes.end(),
-                       [this](const auto& axis) { return (*this)[axis.first].has_value(); }) ||
-           std::any_of(secondary_axes.begin(), secondary_axes.end(),
-                       [this](const auto& axis) { return (*this)[axis.first].has_value(); });
+    return std::any_of(others.begin(), others.end(),
+                       [](const Block_word& w) { return w.kind == Word_kind::axis; });
 }
 
 Modal_reader::Modal_reader(Machining machining, Program_survey& survey)
@@ -384,7 +386,7 @@ void Modal_reader::read_axis(Modal axis, const Block_word& word) {
 }
 
 /// U, V and W: on lathes X, Y and Z by a distance, on mills axes of their own on some.
-void Modal_reader::read_incremental(Modal axis, const std::optional<Block_word>& word) {
+void Modal_reader::read_incremental(Modal axis, const Block_word* word) {
     if (!word) {
         return;
     }

@@ -93,19 +93,17 @@ struct Program_survey {
 
 /// A block's words, sorted.
 struct Block_words {
-    std::vector<Block_word> g, m, statements;
-    std::array<std::optional<Block_word>, 26> words;  ///< the last of each other letter, from A
-    std::optional<Block_word> program_number;         ///< only as the block's first word
-    std::optional<std::string_view> number;           ///< N
-    bool skip = false;                                ///< block skip in it
-    bool unread = false;                              ///< something in it is no word
-    bool variable = false;                            ///< uses or sets one
+    std::vector<Block_word> g, m, statements, others;
+    std::optional<Block_word> program_number;  ///< only as the block's first word
+    std::optional<std::string_view> number;    ///< N
+    bool skip = false;                         ///< block skip in it
+    bool unread = false;                       ///< something in it is no word
+    bool variable = false;                     ///< uses or sets one
     bool any = false;  ///< there is more than comments, N number and controls
 
     explicit Block_words(std::string_view line);
-    [[nodiscard]] const std::optional<Block_word>& operator[](char letter) const {
-        return words[static_cast<std::size_t>(letter - 'A')];
-    }
+    /// The last word with this letter among the others; null for none.
+    [[nodiscard]] const Block_word* operator[](char letter) const;
     [[nodiscard]] bool has_axes() const;
 };
 
@@ -138,7 +136,7 @@ class Modal_reader {
     void read_contour(const Block_words& block);
     void read_axes(const Block_words& block);
     void read_axis(Modal axis, const Block_word& word);
-    void read_incremental(Modal axis, const std::optional<Block_word>& word);
+    void read_incremental(Modal axis, const Block_word* word);
     [[nodiscard]] Doubt position_doubt() const;
     void read_values(const Block_words& block);
     void read_m_codes(const Block_words& block);

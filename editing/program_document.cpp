@@ -3,11 +3,15 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/basic_text.h"
+
 namespace kelvane {
 
 namespace {
 
-constexpr std::string_view cr_and_lf = "\r\n";
+constexpr std::string_view line_end_bytes = "\r\n";
+/// So many bytes before an edit may form a line end with what comes behind them.
+constexpr std::size_t line_end_reach = 2;
 constexpr std::size_t max_undo_bytes = std::size_t{128} << 20;
 
 bool is_half_pair(char16_t c, char16_t first_of_kind) {
@@ -71,11 +75,9 @@ std::size_t Program_document::line_at(std::size_t offset) const {
 
 std::string_view Program_document::line(std::size_t line) const {
     const std::size_t start = line_start(line);
-    std::string_view bytes = text_;
-    bytes = bytes.substr(start, line_start(line + 1) - start);
-    bytes.remove_suffix(bytes.ends_with('\n') ? 1 : 0);
-    bytes.remove_suffix(bytes.ends_with('\r') ? 1 : 0);
-    return bytes;
+    const std::string_view whole =
+        std::string_view(text_).substr(start, line_start(line + 1) - start);
+    return whole.substr(0, whole.find_last_not_of(line_end_bytes) + 1);
 }
 
 std::size_t Program_document::position_of(std::size_t offset) const {
@@ -91,25 +93,16 @@ std::u16string Program_document::shown(std::size_t from, std::size_t to) const {
 }
 
 std::string_view Program_document::line_end_at(std::size_t offset) const {
-    const std::size_t line = line_at(offset);
-    std::size_t end = line_start(line + 1);
-    if (end == text_.size() && !text_.ends_with('\n') && !text_.ends_with('\r')) {
-        end = line_start(line);
+    const auto end_of = [this](std::size_t number) {
+        const std::size_t begin = line_start(number) + line(number).size();
+        return std::string_view(text_).substr(begin, line_start(number + 1) - begin);
+    };
+    const std::size_t number = line_at(offset);
+    std::string_view end = end_of(number);
+    if (end.empty() && number > 0) {
+        end = end_of(number - 1);
     }
-    if (end == 0) {
-        return cr_and_lf;
-    }
-    const bool pair = end >= 2 && text_.compare(end - 2, 2, cr_and_lf) == 0;
-    return std::string_view(text_).substr(end - (pair ? 2 : 1), pair ? 2 : 1);
-}
-
-/// What Enter writes in place of the bytes from `at` to `end`: never half of a CR LF with what
-/// stands there.
-std::string_view Program_document::line_end_between(std::size_t at, std::size_t end) const {
-    const std::string_view usual = line_end_at(at);
-    const bool meets_cr = at > 0 && text_[at - 1] == '\r' && usual.front() == '\n';
-    const bool meets_lf = end < text_.size() && text_[end] == '\n' && usual.back() == '\r';
-    return meets_cr || meets_lf ? cr_and_lf : usual;
+    return end.empty() ? cr_lf : end;
 }
 
 bool Program_document::allowed(std::size_t at, std::size_t removed, std::size_t added) const {
@@ -117,26 +110,33 @@ bool Program_document::allowed(std::size_t at, std::size_t removed, std::size_t 
            (added <= removed || text_.size() - removed + added <= max_grown);
 }
 
-/// A CR before and an LF behind an edit may form one line end or two.
-Program_document::Range Program_document::affected(std::size_t at, std::size_t length) const {
-    const std::size_t end = at + length;
-    return {at - (at > 0 && text_[at - 1] == '\r' ? 1 : 0),
-            end + (end < text_.size() && text_[end] == '\n' ? 1 : 0)};
+/// The first byte at or behind `at` that is no part of a line end: whatever stands before it, there
+/// a character begins.
+std::size_t Program_document::run_end(std::size_t at) const {
+    return std::min(text_.find_first_not_of(line_end_bytes, at), text_.size());
 }
 
 /// Changes the text and what is known of its lines, and nothing else.
-Shown_change Program_document::exchange(std::size_t at, std::size_t removed,
-                                        std::string_view added) {
-    const Range before = affected(at, removed);
-    Shown_change change;
-    change.position = position_of(before.from);
-    change.removed = position_of(before.to) - change.position;
+Program_document::Exchange Program_document::exchange(std::size_t at, std::size_t removed,
+                                                      std::string_view added) {
+    const std::size_t behind = text_.size() - run_end(at + removed);
+    const std::size_t position = position_of(at - std::min(at, line_end_reach));
+    const std::size_t from = offset_of(position);
+    std::u16string before = shown(from, text_.size() - behind);
     text_.replace(at, removed, added);
     index_.edited(text_, at, removed, added.size());
     ++revision_;
-    const Range after = affected(at, added.size());
-    change.added = shown(after.from, after.to);
-    return change;
+    return {position, std::move(before), shown(from, text_.size() - behind)};
+}
+
+/// Without what is the same before and after.
+Shown_change Program_document::change_of(const Exchange& exchange) {
+    const std::u16string_view before = exchange.before;
+    const std::u16string_view after = exchange.after;
+    const std::size_t same = common_start(before, after);
+    const std::size_t same_end = common_end(before.substr(same), after.substr(same));
+    return {exchange.position + same, before.size() - same - same_end,
+            std::u16string(after.substr(same, after.size() - same - same_end))};
 }
 
 std::optional<Shown_change> Program_document::replace(std::size_t at, std::size_t removed,
@@ -147,7 +147,7 @@ std::optional<Shown_change> Program_document::replace(std::size_t at, std::size_
     end_step();
     remember({at, text_.substr(at, removed), std::string(added)});
     end_step();
-    return exchange(at, removed, added);
+    return change_of(exchange(at, removed, added));
 }
 
 Shown_change Program_document::typed(std::size_t position, std::size_t removed,
@@ -163,28 +163,25 @@ Shown_change Program_document::typed(std::size_t position, std::size_t removed,
 
     const std::size_t at = offset_of(position + same);
     const std::size_t end = offset_of(position + old.size() - same_end);
-    const std::string bytes = typed_bytes(added, encoding(), line_end_between(at, end));
+    const std::string bytes = typed_bytes(added, encoding(), line_end_at(at));
     if (at == end && bytes.empty()) {
         return {position, 0, {}};
     }
     if (!allowed(at, end - at, bytes.size())) {
         return {position + same, added.size(), shown(at, end)};
     }
-    const Range around = affected(at, end - at);
-    const std::u16string in_widget =
-        shown(around.from, at) + std::u16string(added) + shown(end, around.to);
+    const std::size_t before = offset_of(position_of(at - std::min(at, line_end_reach)));
+    std::u16string in_widget = shown(before, at) + std::u16string(added) + shown(end, run_end(end));
     remember({at, text_.substr(at, end - at), bytes});
-    Shown_change change = exchange(at, end - at, bytes);
-    if (change.added == in_widget) {
-        return {position, 0, {}};
-    }
-    change.removed = in_widget.size();
-    return change;
+    Exchange done = exchange(at, end - at, bytes);
+    done.before = std::move(in_widget);
+    return change_of(done);
 }
 
 /// Joins an edit to the step before it, as when a word is typed letter by letter.
 bool Program_document::continues_step(const Edit& edit) {
-    if (!step_open_ || done_ == 0 || edit.added.find_first_of(cr_and_lf) != std::string::npos) {
+    if (!step_open_ || done_ == 0 ||
+        edit.added.find_first_of(line_end_bytes) != std::string::npos) {
         return false;
     }
     Edit& last = edits_.back();
@@ -239,7 +236,7 @@ std::optional<Shown_change> Program_document::undo() {
     }
     end_step();
     const Edit& edit = edits_[--done_];
-    return exchange(edit.at, edit.added.size(), edit.removed);
+    return change_of(exchange(edit.at, edit.added.size(), edit.removed));
 }
 
 std::optional<Shown_change> Program_document::redo() {
@@ -248,7 +245,7 @@ std::optional<Shown_change> Program_document::redo() {
     }
     end_step();
     const Edit& edit = edits_[done_++];
-    return exchange(edit.at, edit.removed.size(), edit.added);
+    return change_of(exchange(edit.at, edit.removed.size(), edit.added));
 }
 
 void Program_document::mark_saved() {

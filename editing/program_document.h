@@ -26,7 +26,8 @@ struct Shown_change {
 /// its line ends, control characters and encoding. A program beyond `max_editable` is for looking.
 ///
 /// Offsets are in bytes. Positions are those of a text widget: UTF-16 units, every line end
-/// counting one. Both are turned into each other in a time that does not depend on the length.
+/// (those of `Lines`) counting one. Both are turned into each other in a time that does not depend
+/// on the length.
 class Program_document {
   public:
     static constexpr std::size_t max_editable = std::size_t{16} << 20;
@@ -69,8 +70,8 @@ class Program_document {
     /// A widget tells that `removed` units at `position` have given way to `added`. What is the
     /// same before and after is left alone, so a report that covers more than the edit costs no
     /// byte. The value is what the widget must still change to show the program: nothing as a rule
-    /// (`removed` 0, `added` empty), but "?" for what Latin-1 lacks, one line end where a CR and an
-    /// LF have met, and everything again after an edit that was refused.
+    /// (`removed` 0, `added` empty), but "?" for what Latin-1 lacks, one line end where two have
+    /// met, and everything again after an edit that was refused.
     Shown_change typed(std::size_t position, std::size_t removed, std::u16string_view added);
     /// The widget's next change begins a new step for undo: the caret was moved, the program saved.
     void end_step() { step_open_ = false; }
@@ -87,20 +88,21 @@ class Program_document {
     [[nodiscard]] std::uint64_t revision() const { return revision_; }
 
   private:
+    /// What a part of the text that begins at `position` showed before an edit, and after it.
+    struct Exchange {
+        std::size_t position;
+        std::u16string before, after;
+    };
     struct Edit {
         std::size_t at;
         std::string removed, added;
     };
-    /// A range of bytes whose characters depend on an edit inside it.
-    struct Range {
-        std::size_t from, to;
-    };
 
     void begin(std::string bytes);
-    [[nodiscard]] std::string_view line_end_between(std::size_t at, std::size_t end) const;
     [[nodiscard]] bool allowed(std::size_t at, std::size_t removed, std::size_t added) const;
-    [[nodiscard]] Range affected(std::size_t at, std::size_t length) const;
-    Shown_change exchange(std::size_t at, std::size_t removed, std::string_view added);
+    [[nodiscard]] std::size_t run_end(std::size_t at) const;
+    Exchange exchange(std::size_t at, std::size_t removed, std::string_view added);
+    static Shown_change change_of(const Exchange& exchange);
     void remember(Edit edit);
     bool continues_step(const Edit& edit);
     void forget_beyond_limit();

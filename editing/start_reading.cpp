@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/lines.h"
+
 namespace kelvane {
 
 namespace {
@@ -35,16 +37,15 @@ Start_reading::Start_reading(std::size_t line, std::optional<Machining> machinin
 
 bool Start_reading::step(std::string_view text, std::size_t budget) {
     while (pass_ != Pass::done && budget > 0) {
-        std::string_view rest = text.substr(place_);
+        Lines lines(text, place_);
         const bool enough = pass_ == Pass::evidence && lines_read_ >= evidence_lines;
-        if (rest.empty() || enough) {
+        if (lines.at_end() || enough) {
             begin_next_pass();
             continue;
         }
-        read(take_line(rest));
-        const std::size_t now = text.size() - rest.size();
-        budget -= std::min(budget, now - place_);
-        place_ = now;
+        read(lines.take());
+        budget -= std::min(budget, lines.position() - place_);
+        place_ = lines.position();
         ++lines_read_;
     }
     return pass_ == Pass::done;

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "platform/lines.h"
+
 namespace kelvane {
 
 namespace {
@@ -150,9 +152,9 @@ std::u16string shown_text(std::string_view bytes, Text_encoding encoding) {
     text.reserve(bytes.size());
     while (!bytes.empty()) {
         const char byte = bytes[0];
-        if (byte == '\r') {
+        if (byte == '\n' || byte == '\r') {
             text += u'\n';
-            bytes.remove_prefix(bytes.substr(1, 1) == "\n" ? 2 : 1);
+            bytes.remove_prefix(line_end_length(bytes, 0));
         } else if (encoding == Text_encoding::latin1 || static_cast<unsigned char>(byte) < 0x80) {
             text += screen_form(static_cast<unsigned char>(byte));
             bytes.remove_prefix(1);

@@ -36,21 +36,18 @@ constexpr bool is_continuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
-/// UTF-16 units that a text widget counts for a byte which `next` follows (NUL at the end of the
-/// text): a CR LF is one, a character of UTF-8 counts at its first byte, two beyond U+FFFF.
-constexpr std::size_t units_of(char byte, char next, Text_encoding encoding) {
-    if (byte == '\r') {
-        return next == '\n' ? 0 : 1;
-    }
+/// UTF-16 units that a text widget counts for a byte that is no part of a line end: a character of
+/// UTF-8 counts at its first byte, two beyond U+FFFF.
+constexpr std::size_t units_of(char byte, Text_encoding encoding) {
     if (encoding == Text_encoding::latin1 || static_cast<unsigned char>(byte) < 0x80) {
         return 1;
     }
     return is_continuation(byte) ? 0 : static_cast<unsigned char>(byte) >= 0xF0 ? 2 : 1;
 }
 
-/// The bytes as a text widget gets them, with as many units as `units_of` counts: every line end is
-/// one LF, control characters are the pictures from U+2400 on (tabs stay), what is no character is
-/// U+FFFD.
+/// The bytes as a text widget gets them, with as many units as `units_of` counts: every line end,
+/// however many characters it has, is one LF, control characters are the pictures from U+2400 on
+/// (tabs stay), what is no character is U+FFFD.
 std::u16string shown_text(std::string_view bytes, Text_encoding encoding);
 
 /// The bytes of typed or pasted text: LF and paragraph separators become `line_end`, pictures of

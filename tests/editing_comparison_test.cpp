@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 #include <random>
 
-#include "editing/block_words.h"
 #include "editing/comparison.h"
+#include "platform/lines.h"
 #include "support/virtual_loop.h"
 
 namespace kelvane::testing {
@@ -67,13 +67,12 @@ TEST(Comparison, LeadsFromDifferenceToDifference) {
 }
 
 std::vector<std::string> lines_of(const std::string& text) {
-    std::vector<std::string> lines;
-    std::string_view rest = text;
-    while (!rest.empty()) {
-        lines.emplace_back(take_line(rest));
+    std::vector<std::string> all;
+    for (Lines lines(text); !lines.at_end();) {
+        all.emplace_back(lines.take());
     }
-    lines.resize(lines.size() + (text.empty() || text.ends_with('\n') ? 1 : 0));
-    return lines;
+    all.resize(all.size() + (text.empty() || text.ends_with('\n') ? 1 : 0));
+    return all;
 }
 
 // Every line stands in one row of its side, in order, and rows that do not differ hold equal lines;

@@ -59,16 +59,11 @@ TEST(BlockWords, AreOfTheirKinds) {
     EXPECT_TRUE(reader.next(word) && word.letter == 'Y' && word.computed && word.number.empty());
 }
 
-TEST(BlockWords, NumbersAndLines) {
+TEST(BlockWords, NumbersOfBlocks) {
     EXPECT_EQ(block_number("/2 n 0120G0"), "0120");
     EXPECT_EQ(block_number("G0 N120"), std::nullopt);
     EXPECT_TRUE(same_number("0120.0", "120") && same_number(".010", "0.01"));
     EXPECT_FALSE(same_number("120", "12") || same_number("1.2", "12"));
-    std::string_view rest = "A\rB\n\r\nC";
-    for (const std::string_view line : {"A", "B", "", "C"}) {
-        EXPECT_EQ(take_line(rest), line);
-    }
-    EXPECT_TRUE(rest.empty());
 }
 
 template <typename Search>
