@@ -48,7 +48,9 @@ QGroupBox* device(configure_IO_lite& form) {
     grid->addWidget(field, 0, 1);
     grid->addWidget(label_of(form.wiring.Device_lst, *list), 1, 0, Qt::AlignTop);
     grid->addWidget(list, 1, 1);
-    grid->addWidget(hint_of(form.wiring.device_hint), 2, 1);
+    auto* hint = hint_of(form.wiring.device_hint);
+    auto* lasting = button_of(form.wiring.lasting_button, 'K');
+    grid->addLayout(row_of({hint, lasting}), 2, 1);
     grid->setRowStretch(1, 1);
     return group_of("Serial device of this COM number", grid);
 }

@@ -16,8 +16,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Nothing reports a change of the clock on the wall: waiting loops look again so often.
-constexpr Clock_time longest_sleep = 100ms;
+/// All that a wait can be for is reported; should a device forget to, it is looked at so often.
+constexpr Clock_time longest_sleep = 1s;
 /// The port is served on time although a computer wakes up late: it is woken earlier by its usual
 /// delay, and what is left then is waited out. A character takes 87 us at 115200 baud; more than
 /// that would cost more of the processor than it brings.

@@ -1,14 +1,17 @@
 #include "machines/advanced_form.h"
 
+#include <algorithm>
+
 #include "platform/basic_text.h"
 
 namespace kelvane {
 
 namespace {
 
-// Most controls raise an alarm at the 11th character after their Xoff; up to two are on the wire
-// when it arrives.
-constexpr int safe_handshake_check = 8;
+/// Most controls raise an alarm at the next character after these.
+constexpr int accepted_after_xoff = 10;
+/// Up to so many are on the wire when an Xoff arrives.
+constexpr int on_the_wire = 2;
 
 }  // namespace
 
@@ -20,9 +23,7 @@ Configure_IO_advanced_lite::Configure_IO_advanced_lite(Window_system& windows)
         box->selects_all_on_focus = true;
     }
     Timeout_txt.accepts_key = [](char key) { return is_digit(key) || key == '\b'; };
-    HS_loop_txt.on_change = [this] {
-        HS_loop_hint.set_visible(Val(HS_loop_txt.text()) > safe_handshake_check);
-    };
+    HS_loop_txt.on_change = [this] { show_handshake_hint(); };
     HS_loop_hint.set_visible(false);
     Chk_RX_until_timeout.on_click = [this] { until_timeout_clicked(); };
     Chk_RX_until_aborted.on_click = [this] { until_aborted_clicked(); };
@@ -34,6 +35,21 @@ void Configure_IO_advanced_lite::on_load() {
     skip_upto_txt.set_text("");
     Chk_Separate_files.set_checked(false);
     Switchbox_txt.set_text("");
+}
+
+void Configure_IO_advanced_lite::set_xoff_delay(int characters) {
+    xoff_delay_ = characters;
+    show_handshake_hint();
+}
+
+void Configure_IO_advanced_lite::show_handshake_hint() {
+    constexpr double any = 1e6;
+    const double after_xoff =
+        on_the_wire + std::clamp(Val(HS_loop_txt.text()), -any, any) + xoff_delay_;
+    HS_loop_hint.set_caption("Up to" + Str(static_cast<std::int64_t>(after_xoff)) +
+                             " characters follow an Xoff; many controls accept only" +
+                             Str(accepted_after_xoff) + ".");
+    HS_loop_hint.set_visible(after_xoff > accepted_after_xoff);
 }
 
 void Configure_IO_advanced_lite::until_timeout_clicked() {

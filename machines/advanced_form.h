@@ -19,8 +19,8 @@ class Configure_IO_advanced_lite : public Form {
     Text_box Character_delay_txt{"Character_delay_txt", "Delay between characters:"};
     Text_box Block_delay_txt{"Block_delay_txt", "Delay between blocks:"};
     Text_box HS_loop_txt{"HS_loop_txt", "Check handshake every"};
-    /// Shown while the count is above what a control takes after its Xoff.
-    Label HS_loop_hint{"HS_loop_hint", "Many controls accept only 10 characters after their Xoff."};
+    /// Shown while more characters may follow an Xoff than a control takes; says how many.
+    Label HS_loop_hint{"HS_loop_hint"};
     Text_box Mask_txt{"Mask_txt", "Mask out these characters:"};
     Text_box skipit_txt{"skipit_txt", "Skip data that starts with:"};
     Text_box Skip_lines_txt{"Skip_lines_txt", "Skip lines that contain:"};
@@ -41,6 +41,8 @@ class Configure_IO_advanced_lite : public Form {
 
     Button OK_button{"OK_button", "OK"};
 
+    /// On the machine's device a lone Xoff is seen so many characters late.
+    void set_xoff_delay(int characters);
     /// The operator's closing keeps the values, as OK does.
     void close() override { hide(); }
 
@@ -48,8 +50,11 @@ class Configure_IO_advanced_lite : public Form {
     void on_load() override;
 
   private:
+    void show_handshake_hint();
     void until_timeout_clicked();
     void until_aborted_clicked();
+
+    int xoff_delay_ = 0;
 };
 
 }  // namespace kelvane

@@ -61,7 +61,10 @@ configure_IO_lite::configure_IO_lite(Platform& platform, const Shared_state& sta
     name_hint.plain = true;
     Command2.on_click = [this] { add_machine(); };
     Command3.on_click = [this] { delete_machine(); };
-    Advanced_button.on_click = [this] { advanced_.show(); };
+    Advanced_button.on_click = [this] {
+        advanced_.set_xoff_delay(wiring.xoff_delay());
+        advanced_.show();
+    };
     apply_button.on_click = [this] { apply(); };
     cancel_button.on_click = [this] { unload(); };
     for (const std::string_view baud : baud_rates) {

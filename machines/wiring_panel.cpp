@@ -27,6 +27,11 @@ Wiring_panel::Wiring_panel(Platform& platform, configure_IO_lite& form)
     Device_lst.on_mouse_down = [this] {
         Device_txt.set_text(found_[static_cast<std::size_t>(Device_lst.selected())].path);
     };
+    lasting_button.on_click = [this] {
+        if (const Serial_device* device = shown_device()) {
+            Device_txt.set_text(std::string(device->path));
+        }
+    };
     device_timer.on_tick = [this] { refresh(); };
 }
 
@@ -65,26 +70,42 @@ void Wiring_panel::refresh() {
     show_found_device();
 }
 
-void Wiring_panel::show_found_device() {
+const Serial_device* Wiring_panel::shown_device() const {
     const auto found = std::find_if(found_.begin(), found_.end(), [this](const auto& device) {
-        return device.path == Device_txt.text();
+        return device.path == Device_txt.text() || device.node == Device_txt.text();
     });
-    const bool is_there = found != found_.end();
-    const int position = is_there ? static_cast<int>(found - found_.begin()) : -1;
+    return found == found_.end() ? nullptr : &*found;
+}
+
+int Wiring_panel::xoff_delay() const {
+    const Serial_device* device = shown_device();
+    return device == nullptr ? 0 : device->xoff_delay;
+}
+
+void Wiring_panel::show_found_device() {
+    const Serial_device* device = shown_device();
+    const int position = device == nullptr ? -1 : static_cast<int>(device - found_.data());
     if (Device_lst.selected() != position) {
         Device_lst.select(position);
     }
-    device_hint.set_caption(hint(is_there));
+    device_hint.set_caption(hint(device));
+    lasting_button.set_enabled(Device_txt.enabled() && device != nullptr &&
+                               device->path != Device_txt.text());
 }
 
-std::string Wiring_panel::hint(bool is_there) const {
+std::string Wiring_panel::hint(const Serial_device* device) const {
     if (!unreadable_.empty()) {
         return "What COM numbers are wired to cannot be read: " + unreadable_;
     }
     if (found_.empty()) {
         return "No serial device is there now.";
     }
-    return is_there ? "" : "This device is not among those found now.";
+    if (device == nullptr) {
+        return "This device is not among those found now.";
+    }
+    return device->path == Device_txt.text()
+               ? ""
+               : "After a restart this name may be another adapter's.";
 }
 
 }  // namespace kelvane

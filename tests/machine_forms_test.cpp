@@ -379,6 +379,30 @@ TEST_F(Machine_forms, a_com_number_is_wired_on_apply_only) {
     EXPECT_EQ(file("Serial port devices"), wiring + "COM1=/dev/ttyUSB0\r\n");
 }
 
+TEST_F(Machine_forms, a_name_that_may_become_anothers_is_told_and_replaced_with_one_press) {
+    put("Serial port devices", "COM1=/dev/ttyUSB1\r\n");
+    house.desktop.devices = {{"/dev/serial/by-id/a", "Maker, A1", "/dev/ttyUSB0"},
+                             {"/dev/serial/by-path/b", "", "/dev/ttyUSB1", 5}};
+    form.show();
+    EXPECT_EQ(form.wiring.Device_lst.selected(), 1);
+    EXPECT_EQ(form.wiring.device_hint.caption(),
+              "After a restart this name may be another adapter's.");
+    form.wiring.lasting_button.click();
+    EXPECT_EQ(form.wiring.Device_txt.text(), "/dev/serial/by-path/b");
+    EXPECT_EQ(form.wiring.device_hint.caption(), "");
+    EXPECT_FALSE(form.wiring.lasting_button.enabled());
+
+    form.Advanced_button.click();
+    advanced.HS_loop_txt.set_text("3");
+    EXPECT_FALSE(advanced.HS_loop_hint.visible());
+    advanced.HS_loop_txt.set_text("4");
+    EXPECT_TRUE(advanced.HS_loop_hint.visible());
+    EXPECT_EQ(advanced.HS_loop_hint.caption(),
+              "Up to 11 characters follow an Xoff; many controls accept only 10.");
+    form.apply_button.click();
+    EXPECT_EQ(file("Serial port devices"), "COM1=/dev/serial/by-path/b\r\n");
+}
+
 TEST_F(Machine_forms, the_two_ends_of_a_reception_exclude_each_other) {
     form.show();
     form.Advanced_button.click();

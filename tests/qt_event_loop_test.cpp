@@ -70,7 +70,7 @@ TEST_F(Qt_event_loop_test, a_wait_for_what_may_never_come_wakes_ten_times_a_seco
     for (const Clock_time end = loop.now() + 1s; loop.now() < end; ++rounds) {
         loop.process_events();
     }
-    EXPECT_LE(rounds, 2 * 12) << "after each wake-up comes a round of the tasks";
+    EXPECT_LE(rounds, 10) << "after each wake-up comes a round of the tasks";
 }
 
 TEST_F(Qt_event_loop_test, a_sleep_keeps_to_the_ports_limit_and_to_due_timers) {
