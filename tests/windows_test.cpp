@@ -63,7 +63,7 @@ class Finished_program : public ::testing::Test {
     Qt_windows windows{loop};
     Qt_message_box boxes{windows};
     Qt_file_dialog file_dialog{windows};
-    Qt_printer printer{files};
+    Qt_printer printer{files, windows};
     Platform platform{loop,    windows,       boxes,         file_dialog,
                       printer, house.machine, house.desktop, files};
     Program program{platform};
