@@ -45,6 +45,8 @@ class Qt_windows : public Window_system {
     QWidget* window_of(const Form& form);
     /// The window that a message or a system dialog stands before; null when none is shown.
     [[nodiscard]] QWidget* active_window() const;
+    /// The modal window that takes the input; null when none is shown.
+    [[nodiscard]] const QWidget* modal_window() const { return modality_.top(); }
     /// Shows a dialog of Qt's, modal and with the usual pointer, and waits until it is closed, by
     /// anybody. True when it has been accepted.
     Task<bool> run(QDialog& dialog);

@@ -49,8 +49,7 @@ class Finished_program : public ::testing::Test {
         chosen_file = file.empty() ? QString() : folder.filePath(QString::fromStdString(file));
         item.click();
         const auto end = loop.now() + 20s;
-        while ((shown.empty() || QApplication::activeModalWidget() != nullptr) &&
-               loop.now() < end) {
+        while ((shown.empty() || windows.modal_window() != nullptr) && loop.now() < end) {
             loop.process_events();
         }
         return shown;
@@ -72,7 +71,8 @@ class Finished_program : public ::testing::Test {
     void close_dialogs() {
         for (QWidget* widget : QApplication::topLevelWidgets()) {
             auto* dialog = qobject_cast<QDialog*>(widget);
-            if (dialog != nullptr && dialog->isVisible()) {
+            if (dialog != nullptr && dialog->isVisible() &&
+                (windows.modal_window() == nullptr || windows.modal_window() == dialog)) {
                 describe(*dialog);
                 answer(*dialog);
                 return;
@@ -82,7 +82,7 @@ class Finished_program : public ::testing::Test {
 
     void describe(const QDialog& dialog) {
         shown += dialog.objectName().toStdString() + "|" + dialog.windowTitle().toStdString();
-        shown += dialog.isModal() ? "|modal|" : "|modeless|";
+        shown += windows.modal_window() == &dialog ? "|modal|" : "|modeless|";
         for (const QPushButton* button : dialog.findChildren<QPushButton*>()) {
             shown += button->text().remove('&').toStdString() + ",";
         }
