@@ -63,6 +63,22 @@ Seconds shortest(Prepare prepare, Work work) {
 struct Program_on_disk {
     explicit Program_on_disk(const std::string& folder) : files(folder) { program.start(); }
 
+    /// The staging file's conversion; true when it has become text.
+    bool converts() {
+        static const Transfer_options options = load_transfer_options(files, "(default)").options;
+        bool text = false;
+        Task_keeper keeper(loop);
+        keeper.start(convert(options, text));
+        while (!keeper.empty()) {
+            loop.process_pending();
+        }
+        return text;
+    }
+    Task<> convert(const Transfer_options& options, bool& text) {
+        const Receive::Text_or_trouble result = co_await program.receive.code_convert_file(options);
+        text = std::holds_alternative<std::string>(result);
+    }
+
     Qt_event_loop loop;
     Headless_platform doubles;
     Disk_files files;
@@ -88,20 +104,19 @@ bool measure(const Program_directory& folder) {
 
     Program_on_disk disk(folder.path("."));
     const Seconds file_to_file =
-        shortest([&] { folder.put(staging, raw); },
-                 [&] { static_cast<void>(disk.program.receive_loop.code_convert_file()); });
+        shortest([&] { folder.put(staging, raw); }, [&] { done = disk.converts() && done; });
     const bool right = done && folder.content(staging) == folder.content("by tr");
 
     const Code_tables& tables = disk.program.code_tables;
     const Received_code code{receive_ascii, 0x8D};
     const std::string unwanted = "\n\r\x80\x8a\x8d\x1a";
-    const Seconds in_memory = shortest([] {},
-                                       [&] {
-                                           const std::string text = convert_received(
-                                               raw, tables, code, {false, false, unwanted, {}},
-                                               [&disk] { disk.loop.process_pending(); });
-                                           done = text.size() == raw.size() && done;
-                                       });
+    const Seconds in_memory =
+        shortest([] {},
+                 [&] {
+                     Received_text text(raw, tables, code, {false, false, unwanted, {}});
+                     text.take(raw.size());
+                     done = text.finish().size() == raw.size() && done;
+                 });
     std::cout << "  " << megabytes << " MB: tr " << megabytes / by_tr << " MB/s\n";
     const bool kept =
         promise("conversion with its yields, MB/s", megabytes / in_memory, Limit::at_least, 100);

@@ -238,6 +238,11 @@ Result<> Disk_files::append(const std::string& path, std::string_view content) {
     return failure;
 }
 
+Result<> Disk_files::sync(const std::string& path) {
+    const Handle handle = open_file(path, O_WRONLY);
+    return handle.ok() && ::fsync(handle.get()) == 0 ? Result<>() : failed();
+}
+
 Result<> Disk_files::copy(const std::string& from, const std::string& to) {
     const Handle source = open_file(from, O_RDONLY | O_NONBLOCK);
     if (!source.ok()) {

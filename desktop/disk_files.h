@@ -23,6 +23,7 @@ class Disk_files : public Files {
     [[nodiscard]] Result<> replace(const std::string& path, std::string_view content) override;
     [[nodiscard]] Result<> try_out(const std::string& path) override;
     [[nodiscard]] Result<> append(const std::string& path, std::string_view content) override;
+    [[nodiscard]] Result<> sync(const std::string& path) override;
     [[nodiscard]] Result<> copy(const std::string& from, const std::string& to) override;
     [[nodiscard]] Result<> rename(const std::string& from, const std::string& to) override;
     Result<> remove(const std::string& path) override;

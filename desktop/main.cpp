@@ -88,5 +88,5 @@ int main(int argc, char** argv) {
         files.remove_left_behind();
     }
     program.start();
-    return windows.ended() ? 0 : Application::exec();
+    return windows.ended() ? windows.exit_status() : Application::exec();
 }

@@ -157,10 +157,11 @@ void Qt_windows::show_pointer() {
     }
 }
 
-void Qt_windows::end_program() {
+void Qt_windows::end_program(int exit_status) {
     ended_ = true;
     // Not quit(), which asks the windows first: they are closed already, or refuse.
-    QCoreApplication::exit(0);
+    exit_status_ = exit_status;
+    QCoreApplication::exit(exit_status);
 }
 
 void Qt_windows::clear() {

@@ -37,10 +37,11 @@ class Qt_windows : public Window_system {
     Task<> wait_while_visible(const Form& form) override;
     void repaint(Form& form) override;
     void set_hourglass(bool on) override;
-    void end_program() override;
+    void end_program(int exit_status) override;
 
     /// True after `end_program`, also when that came before the application's loop was entered.
     [[nodiscard]] bool ended() const { return ended_; }
+    [[nodiscard]] int exit_status() const { return exit_status_; }
     /// The form's window, built if need be; null for a form that has none.
     QWidget* window_of(const Form& form);
     /// The window that a message or a system dialog stands before; null when none is shown.
@@ -72,6 +73,7 @@ class Qt_windows : public Window_system {
     int dialogs_ = 0;  ///< of Qt's, shown now: they have the usual pointer
     bool hourglass_ = false;
     bool ended_ = false;
+    int exit_status_ = 0;
 };
 
 /// A dialog of Qt's for one showing. It may end before its owner, with the window that it stands

@@ -39,7 +39,8 @@ void read_default_file_types(const Files& files, Shared_state& state, File_dialo
     if (reader.line(state.file_types)) {
         dialog.filter = state.file_types;
     }
-    reader.line(state.file_types_second);
+    std::string second;  // of no use to anybody
+    reader.line(second);
     reader.line_number(dialog.filter_index);
     reader.line_number(state.Add_extension);
 }

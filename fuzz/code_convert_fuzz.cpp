@@ -1,7 +1,7 @@
 // Recognition and conversion of received bytes, against a plain description of what comes out.
 
 #include "fuzz_input.h"
-#include "receive/code_convert.h"
+#include "receive/received_text.h"
 #include "receive/separate_programs.h"
 
 namespace {
@@ -43,11 +43,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (recognises) {
         code = recognise_code(input.rest()).value_or(code);
     }
-    std::size_t yields = 0;
-    const std::string text =
-        convert_received(input.rest(), tables, code, options, [&yields] { ++yields; });
+    Received_text conversion(input.rest(), tables, code, options);
+    for (std::size_t part = 0; !conversion.at_end(); part = part % 100 + 1) {
+        conversion.take(part);
+    }
+    const std::string text = conversion.finish();
     require(text == plainly_converted(input.rest(), tables, code, options), "text as described");
-    require(yields >= input.rest().size() / 100, "a yield for every hundred bytes");
     static_cast<void>(separate_programs(text));
     return 0;
 }

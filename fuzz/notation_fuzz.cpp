@@ -4,9 +4,9 @@
 #include "frame/command_line.h"
 #include "frame/file_filter.h"
 #include "fuzz_input.h"
+#include "machines/notation.h"
 #include "platform/basic_text.h"
 #include "platform/lines.h"
-#include "transmit/notation.h"
 #include "transmit/sub_call.h"
 #include "transmit/tape_image.h"
 

@@ -44,6 +44,8 @@ class Files {
     /// Writes one blank to a new file at `path` and removes it again, to see whether its folder can
     /// be written. A file that is there already stays as it is.
     [[nodiscard]] virtual Result<> try_out(const std::string& path) = 0;
+    /// Makes what has been appended survive a loss of power.
+    [[nodiscard]] virtual Result<> sync(const std::string& path) = 0;
     /// As `replace` with the content of `from`.
     [[nodiscard]] virtual Result<> copy(const std::string& from, const std::string& to) = 0;
     /// Renames within a folder or between folders of one disk; an existing `to` is replaced.

@@ -24,8 +24,8 @@ class Window_system {
     /// The hourglass pointer over all windows, or the usual one.
     virtual void set_hourglass(bool on) = 0;
     /// Called when the main window has been unloaded: the program ends as soon as the routines that
-    /// are running have returned.
-    virtual void end_program() = 0;
+    /// are running have returned, with that exit status.
+    virtual void end_program(int exit_status) = 0;
 };
 
 /// A window's life: loaded (its controls are set to their start values), shown, hidden, unloaded.

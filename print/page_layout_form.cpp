@@ -211,7 +211,7 @@ void Page_layout_form_lite::accept() {
         return;
     }
     if (window_.state.unread_files.contains(file_names::page_layout)) {
-        window_.box(
+        window_.box_now(
             "The page layout could not be read when the program was started.\n"
             "It is not written over. Start the program again.");
         return;
@@ -219,7 +219,7 @@ void Page_layout_form_lite::accept() {
     Files& files = window_.platform.files;
     const std::string path = files.program_path(file_names::page_layout);
     if (const auto written = files.replace(path, page_layout_text(*layout)); !written) {
-        window_.box("Can't write the page layout\n" + written.reason());
+        window_.box_now("Can't write the page layout\n" + written.reason());
         return;
     }
     window_.state.page_layout = *layout;

@@ -38,7 +38,7 @@ void Program_listing::Preview_listing(const std::string& path, const Page_layout
 }
 
 bool Program_listing::may_start() const {
-    return !window_.control.work.any() && window_.state.busy == 0 && !window_.closing();
+    return window_.control.may_start_work();
 }
 
 void Program_listing::run(const std::string& path, const Page_layout& layout,
@@ -46,7 +46,7 @@ void Program_listing::run(const std::string& path, const Page_layout& layout,
     if (!window_.platform.files.exists(path)) {
         return;
     }
-    const Running_work::Scope at_work(window_.control.work);
+    const Transfer_control::Work at_work(window_.control);
     layout_ = layout;
     begin_display();
     if (const auto listing = compose(path)) {
@@ -98,7 +98,7 @@ void Program_listing::output(const Listing& listing, const std::string& path,
             say(printer_.last_error());
         }
     } else if (destination == Print_destination::paper) {
-        window_.status.set_note("Listing sent to " + printer_.destination_name());
+        window_.set_note("Listing sent to " + printer_.destination_name());
     }
 }
 
@@ -151,18 +151,19 @@ bool Program_listing::Print_barcode(const std::string& path) {
         return true;
     }
     if (!barcode_font_ && !printer_.can_draw_barcodes()) {
-        window_.box("Can't print barcode\nBarcode font not installed");
+        window_.box_now("Can't print barcode\nBarcode font not installed");
         return true;
     }
     const std::string text = barcode_text(path);
     if (const std::string missing = characters_without_barcode(text); !missing.empty()) {
-        window_.box("Can't print barcode\nCode 39 has no bars for these characters:  " + missing);
+        window_.box_now("Can't print barcode\nCode 39 has no bars for these characters:  " +
+                        missing);
         return true;
     }
     for (const char* command : {"GET-", "PUT-"}) {
         const Bars bars = print_bars(command + text);
         if (bars == Bars::refused) {
-            window_.box("Can't print barcode\n" + printer_.last_error());
+            window_.box_now("Can't print barcode\n" + printer_.last_error());
             return true;
         }
         if (bars == Bars::failed || !printer_.print(margin() + "*" + command + text + "*\n")) {
@@ -201,17 +202,11 @@ void Program_listing::set_listing_font() {
 }
 
 void Program_listing::begin_display() {
-    window_.state.escape = 0;
-    window_.state.IOsend_cancel = 0;
-    window_.state.Stopped = 0;
-    window_.Stop_button.set_enabled(true);
+    window_.control.begin_stoppable_work();
 }
 
 void Program_listing::end_display() {
-    window_.Stop_button.set_enabled(false);
-    window_.Stop_button.set_caption("Stop");
-    window_.state.Stopped = 0;
-    window_.state.Xoff = 0;
+    window_.control.end_stoppable_work();
     window_.show_text({});
 }
 
@@ -221,11 +216,11 @@ bool Program_listing::proceed() {
 }
 
 bool Program_listing::stop_asked() const {
-    return window_.state.escape != 0 || window_.state.IOsend_cancel != 0;
+    return window_.control.stop_asked();
 }
 
 void Program_listing::say(const std::string& reason) {
-    window_.box("Can't print listing\n" + reason);
+    window_.box_now("Can't print listing\n" + reason);
 }
 
 }  // namespace kelvane

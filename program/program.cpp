@@ -1,15 +1,13 @@
 #include "program/program.h"
 
-#include "transmit/scratch_copy.h"
-
 namespace kelvane {
 
 Program::Program(Platform& platform)
     : window(platform),
       comm_form(platform.windows, platform.port),
       code_tables(Build_code_tables()),
-      transfer(window, code_tables),
-      receive_loop(window, code_tables),
+      receive(window.session(), code_tables),
+      transfer(window.session(), code_tables, receive),
       listing(window, platform.printer),
       advanced_form(platform.windows),
       configure_form(platform, window.state, advanced_form),
@@ -18,38 +16,47 @@ Program::Program(Platform& platform)
       directories_form(platform, window.state, set_directory_form),
       page_layout_form(window, platform.printer, listing),
       information_form(platform.windows),
-      resequence_form(platform.windows, platform.files, window.state),
+      resequence_form(platform.windows, platform.files, window.control),
       resequence_run(window, resequence_form),
-      tasks(platform.loop) {
+      commands(window, transfer, listing, resequence_form),
+      file_commands(window, commands),
+      command_job(window, commands) {
     select_device_form.on_selected = [this] { window.show_machine(); };
-    window.set_hooks(hooks());
+    window.other_forms = {&comm_form,          &advanced_form,    &configure_form,
+                          &directories_form,   &page_layout_form, &select_device_form,
+                          &set_directory_form, &information_form, &resequence_form};
+    join_menus();
     comm_form.load();
 }
 
-Command_hooks Program::hooks() {
-    Command_hooks hooks;
-    hooks.Start_transfer = [this](int mode) { transfer.Start_transfer(mode); };
-    hooks.Print_listing = [this] { listing.Print_listing(); };
-    hooks.Check_receive = [this] { return receive_loop.Check_receive(); };
-    hooks.Make_scratchpad_copy = [this](const std::string& path) {
-        return Make_scratchpad_copy(window, path);
+void Program::join_menus() {
+    window.Timer1.on_tick = [this] { command_job.start(); };
+    for (int item = 0; item < static_cast<int>(window.FileMenuItem.size()); ++item) {
+        window.FileMenuItem[static_cast<std::size_t>(item)].on_click = [this, item] {
+            file_commands.start(item);
+        };
+    }
+    window.ConfigMenuItem[0].on_click = [this] { configure_form.show(); };
+    window.ConfigMenuItem[1].on_click = [this] { select_device_form.show(); };
+    window.ConfigMenuItem[2].on_click = [this] {
+        window.tasks.start(window.platform.printer.select_printer());
     };
-    hooks.show_resequence = [this] { tasks.start(resequence_form.show_modal()); };
-    hooks.show_configuration = [this] { configure_form.show(); };
-    hooks.show_machine_choice = [this] { select_device_form.show(); };
-    hooks.Select_printer = [this] { tasks.start(window.platform.printer.select_printer()); };
-    hooks.Show_page_layout = [this] { tasks.start(page_layout_form.show_modal()); };
-    hooks.Set_directories = [this] { tasks.start(directories_form.show_modal()); };
-    hooks.show_information = [this](int item) { information_form.show_information(item); };
-    hooks.other_forms = {&comm_form,          &advanced_form,    &configure_form,
-                         &directories_form,   &page_layout_form, &select_device_form,
-                         &set_directory_form, &information_form, &resequence_form};
-    return hooks;
+    window.ConfigMenuItem[3].on_click = [this] {
+        window.tasks.start(page_layout_form.show_modal());
+    };
+    window.ConfigMenuItem[4].on_click = [this] {
+        window.tasks.start(directories_form.show_modal());
+    };
+    for (int item = 0; item < static_cast<int>(window.AboutMenuItem.size()); ++item) {
+        window.AboutMenuItem[static_cast<std::size_t>(item)].on_click = [this, item] {
+            information_form.show_information(item);
+        };
+    }
 }
 
 void Program::start() {
     window.load();
-    if (window.loaded()) {
+    if (window.loaded() && !window.refused()) {
         window.show();
     }
 }

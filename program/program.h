@@ -10,10 +10,12 @@
 #include "machines/configure_form.h"
 #include "machines/select_device_form.h"
 #include "platform/platform.h"
-#include "platform/task_keeper.h"
 #include "print/page_layout_form.h"
 #include "print/program_listing.h"
-#include "receive/receive_loop.h"
+#include "program/command_job.h"
+#include "program/commands.h"
+#include "program/file_commands.h"
+#include "receive/receive.h"
 #include "resequence/resequence_form.h"
 #include "resequence/resequence_run.h"
 #include "transmit/code_tables.h"
@@ -28,6 +30,7 @@ class Program {
     explicit Program(Platform& platform);
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
+    ~Program() { window.tasks.end_all(); }
 
     /// Start-up: loads the main window and, unless it has refused, shows it.
     void start();
@@ -35,8 +38,8 @@ class Program {
     Kelvane_lite_form window;
     Comm_form_lite comm_form;
     const Code_tables code_tables;
+    Receive receive;
     Transfer transfer;
-    Receive_loop receive_loop;
     Program_listing listing;
     Configure_IO_advanced_lite advanced_form;
     configure_IO_lite configure_form;
@@ -47,11 +50,12 @@ class Program {
     Thank_you_form_lite information_form;
     resequence_form_lite resequence_form;
     Resequence_run resequence_run;
-    /// What menu items have started, ended before all that it works on.
-    Task_keeper tasks;
+    Commands commands;
+    File_commands file_commands;
+    Command_job command_job;
 
   private:
-    [[nodiscard]] Command_hooks hooks();
+    void join_menus();
 };
 
 }  // namespace kelvane

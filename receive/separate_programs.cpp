@@ -38,6 +38,15 @@ std::optional<std::vector<Received_program>> separate_programs(std::string_view 
     return programs;
 }
 
+void keep_last_of_each_number(std::vector<Received_program>& programs) {
+    for (auto program = programs.begin(); program != programs.end();) {
+        const bool is_repeated = std::any_of(
+            program + 1, programs.end(),
+            [&](const Received_program& later) { return later.number == program->number; });
+        program = is_repeated ? programs.erase(program) : program + 1;
+    }
+}
+
 std::string program_file_name(std::string_view path, std::int64_t number) {
     return std::string(path) + " O" + Str(number);
 }

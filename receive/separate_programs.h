@@ -22,6 +22,9 @@ struct Received_program {
 /// `most_programs`.
 [[nodiscard]] std::optional<std::vector<Received_program>> separate_programs(std::string_view text);
 
+/// Leaves only the last of the programs with one number, in their order.
+void keep_last_of_each_number(std::vector<Received_program>& programs);
+
 /// Name of the file of a program: PATH, " O" and the number with a leading blank.
 [[nodiscard]] std::string program_file_name(std::string_view path, std::int64_t number);
 

@@ -39,8 +39,8 @@ void read(Text_reader& reader, Scroll_bar& bar) {
 }  // namespace
 
 resequence_form_lite::resequence_form_lite(Window_system& windows, Files& files,
-                                           Shared_state& state)
-    : Form(windows, "resequence_form_lite", "Resequence"), files_(files), state_(state) {
+                                           Transfer_control& control)
+    : Form(windows, "resequence_form_lite", "Resequence"), files_(files), control_(control) {
     preview_note.plain = true;
     attach_handlers();
 }
@@ -82,7 +82,7 @@ void resequence_form_lite::attach_handlers() {
 
 void resequence_form_lite::close() {
     if (running == 1) {
-        state_.escape = 1;
+        control_.give_up();
     } else {
         unload();
     }

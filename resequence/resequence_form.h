@@ -7,7 +7,7 @@
 #include "platform/files.h"
 #include "platform/form.h"
 #include "resequence/engine.h"
-#include "session/shared_state.h"
+#include "session/transfer_control.h"
 
 namespace kelvane {
 
@@ -16,7 +16,7 @@ namespace kelvane {
 class resequence_form_lite : public Form {
   public:
     /// All three outlive the form.
-    resequence_form_lite(Window_system& windows, Files& files, Shared_state& state);
+    resequence_form_lite(Window_system& windows, Files& files, Transfer_control& control);
 
     Text_box start_txt{"start_txt", "Start with N#"};
     Text_box increment_txt{"increment_txt", "Increment:"};
@@ -68,7 +68,7 @@ class resequence_form_lite : public Form {
     void update_preview();
 
     Files& files_;
-    Shared_state& state_;
+    Transfer_control& control_;
     std::string program_start_;  ///< what the preview shows; empty while the form is not loaded
     bool settling_ = false;      ///< the controls are being loaded: they do not move each other
 };

@@ -16,7 +16,7 @@ void Resequence_run::Resequence_button_Click() {
     if (form_.running == 1) {
         return;
     }
-    const Running_work::Scope at_work(window_.control.work);
+    const Transfer_control::Work at_work(window_.control);
     form_.running = 1;
     window_.platform.windows.set_hourglass(true);
     run();
@@ -60,15 +60,15 @@ void Resequence_run::run() {
 bool Resequence_run::goes_on(int percent) {
     window_.set_progress(percent);
     window_.platform.loop.process_pending();
-    return window_.state.escape != 1 && window_.state.IOsend_cancel != 1;
+    return !window_.control.stop_asked();
 }
 
 /// The dialog stays open, so that the operator can change the options.
 void Resequence_run::show_refusal(const Resequence_result& result) {
     window_.set_progress(0);
     window_.platform.windows.set_hourglass(false);
-    window_.box(refusal_text(result), Message_icon::exclamation, Message_buttons::ok,
-                "Resequence error");
+    window_.box_now(refusal_text(result), Message_icon::exclamation, Message_buttons::ok,
+                    "Resequence error");
 }
 
 Resequence_run::Failure Resequence_run::put_in_place(const std::string& text,

@@ -28,6 +28,8 @@ inline constexpr std::string_view exclamation_delay = "\\!delay";
 inline constexpr std::string_view scratch = "\\scratchpad data 5";
 /// Output of the conversion of a receive, renamed to `scratch` when complete.
 inline constexpr std::string_view scratch_converted = "\\scratchpad data 5b";
+/// Written to a receive's target folder and removed at once, to see whether it can be.
+inline constexpr std::string_view write_test = "DummyfilenameforIOtest";
 /// Result of a binary receive.
 inline constexpr std::string_view received_binary = "\\Received Binary data";
 /// Options of the resequencing; the spelling is the name by which existing files are found.

@@ -2,8 +2,10 @@
 
 #include <cstddef>
 #include <string>
+#include <utility>
 
 #include "platform/message_box.h"
+#include "platform/task.h"
 
 namespace kelvane {
 
@@ -31,12 +33,12 @@ class Operator {
     virtual void beep() = 0;
 
     /// Shows a modal message and waits for its answer.
-    virtual Message_answer ask(const Message& message) = 0;
+    virtual Task<Message_answer> ask(Message message) = 0;
     /// A critical, or other, box with the product's name, or `title`.
-    Message_answer box(const std::string& text, Message_icon icon = Message_icon::critical,
-                       Message_buttons buttons = Message_buttons::ok,
-                       const std::string& title = std::string(product_name)) {
-        return ask({text, title, icon, buttons});
+    Task<Message_answer> box(std::string text, Message_icon icon = Message_icon::critical,
+                             Message_buttons buttons = Message_buttons::ok,
+                             std::string title = std::string(product_name)) {
+        return ask({std::move(text), std::move(title), icon, buttons});
     }
 };
 

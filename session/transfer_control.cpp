@@ -1,38 +1,253 @@
 #include "session/transfer_control.h"
 
+#include <utility>
+
+#include "session/control_characters.h"
+
 namespace kelvane {
 
-Transfer_control::Transfer_control(Event_loop& loop, Shared_state& state, Button& Send_button,
-                                   Button& Stop_button)
-    : work(loop), state_(state), send_(Send_button), stop_(Stop_button) {}
+Transfer_control::Transfer_control(Event_loop& loop, Serial_comm& port, Operator& op,
+                                   Button& Send_button, Button& Stop_button, Label& status_label)
+    : Timer5(loop, 50),
+      Timer6(loop, 3000),
+      Timer8(loop, 1000),
+      Timer9(loop, 50),
+      Timer12(loop, 50),
+      Timer17(loop, 5000),
+      exclamation_timer(loop, 0),
+      loop_(loop),
+      port_(port),
+      op_(op),
+      send_(Send_button),
+      stop_(Stop_button),
+      status_(loop, status_label) {
+    send_.on_click = [this] { press_send(); };
+    stop_.on_click = [this] { press_stop(); };
+    for (Timer* delay : {&Timer9, &Timer12, &Timer17, &exclamation_timer}) {
+        delay->on_tick = [delay] { delay->set_enabled(false); };
+    }
+}
+
+bool Transfer_control::begin(Direction direction) {
+    if (busy_ != 0) {
+        return false;
+    }
+    direction_ = direction;
+    clear_flags();
+    busy_ = 1;
+    Timer5.set_enabled(false);
+    Timer6.set_enabled(false);
+    return true;
+}
+
+// A hold of the transfer before, by the operator or by its machine, would hold this one's select
+// codes for ever: no machine is connected yet that could send an Xon.
+void Transfer_control::clear_flags() {
+    escape_ = 0;
+    sending_ = 0;
+    receiving_ = 0;
+    IOsend_cancel_ = 0;
+    Sendit_now_ = 0;
+    Xoff_ = 0;
+}
+
+void Transfer_control::use(const std::string& machine, const std::string& port) {
+    status_.begin(machine, port);
+}
+
+void Transfer_control::begin_sending() {
+    sending_ = 1;
+    Enable_buttons();
+}
+
+void Transfer_control::begin_receiving() {
+    stop_.set_enabled(true);
+}
+
+void Transfer_control::wait_for_data() {
+    status_.restart_count();
+    happens(Transfer_event::receive_prepared);
+}
+
+bool Transfer_control::happens(Transfer_event event) {
+    const auto next = state_after(state(), event);
+    if (next) {
+        status_.set(*next);
+    }
+    return next.has_value();
+}
+
+void Transfer_control::data_stored(std::size_t bytes) {
+    receiving_ = 1;
+    count_bytes(bytes);
+    happens(Transfer_event::data_stored);
+}
+
+void Transfer_control::line_silent() {
+    Timer5.set_enabled(false);
+    Timer6.set_enabled(false);
+    Timer8.set_enabled(false);
+    Disable_buttons();
+    port_.close();
+    op_.beep();
+    happens(Transfer_event::line_silent);
+}
+
+bool Transfer_control::machine_says(char byte) {
+    const char character = without_parity(byte);
+    if (character == control::dc3) {
+        Xoff_ = 1;
+    } else if (character == control::dc1) {
+        Xoff_ = 0;
+    }
+    return character == control::dc1;
+}
+
+Task<> Transfer_control::end(Transfer_end end) {
+    outcome_ = end.outcome;
+    if (beeps_at(end)) {
+        op_.beep();
+    }
+    rest();
+    if (direction_ == Direction::receive && end.outcome == Outcome::stopped) {
+        Disable_buttons();
+    } else {
+        Enable_buttons();
+    }
+    if (end.holds_stop) {
+        Stopped_ = 1;
+        Xoff_ = 1;
+        stop_.set_caption("Reset");
+    } else if (direction_ == Direction::send && Stopped_ != 0) {
+        reset_stop();
+    }
+    op_.show_text(end.log);
+    op_.set_progress(0);
+    status_.end(end.note);
+    if (end.box) {
+        const Message box = *end.box;
+        co_await op_.ask(box);
+    }
+}
+
+// A receive has beeped when the line fell silent.
+bool Transfer_control::beeps_at(const Transfer_end& end) const {
+    return direction_ == Direction::send && end.outcome != Outcome::refused && !end.quiet;
+}
+
+void Transfer_control::rest() {
+    for (Timer* timer :
+         {&Timer5, &Timer6, &Timer8, &Timer9, &Timer12, &Timer17, &exclamation_timer}) {
+        timer->set_enabled(false);
+    }
+    port_.close();
+    busy_ = 0;
+    sending_ = 0;
+    receiving_ = 0;
+}
+
+Transfer_control::Running::~Running() {
+    if (control_.busy_ != 0) {
+        control_.outcome_ = Outcome::stopped;
+        control_.rest();
+        control_.status_.end({});
+    }
+}
+
+// A paused send goes on to its end: the press of Stop that paused it no longer counts.
+void Transfer_control::press_send() {
+    if (!happens(Transfer_event::send_pressed)) {
+        return;
+    }
+    if (Stopped_ != 0) {
+        IOsend_cancel_ = 0;
+    }
+    Sendit_now_ = 1;
+    reset_stop();
+}
+
+void Transfer_control::press_stop() {
+    if (!happens(Transfer_event::stop_pressed)) {
+        return;
+    }
+    IOsend_cancel_ = 1;
+    Sendit_now_ = 0;
+    if (Stopped_ == 0) {
+        Stopped_ = 1;
+        Xoff_ = 1;
+        stop_.set_caption("Reset");
+    } else {
+        Stopped_ = 0;
+        escape_ = 1;
+        stop_.set_caption("Stop");
+    }
+}
+
+void Transfer_control::reset_stop() {
+    Stopped_ = 0;
+    Xoff_ = 0;
+    stop_.set_caption("Stop");
+}
+
+void Transfer_control::Enable_buttons() {
+    send_.set_enabled(true);
+    stop_.set_enabled(true);
+}
+
+void Transfer_control::Disable_buttons() {
+    send_.set_enabled(false);
+    stop_.set_enabled(false);
+}
+
+void Transfer_control::give_up() {
+    escape_ = 1;
+    IOsend_cancel_ = 1;
+    Stopped_ = 0;
+    stop_.set_caption("Stop");
+}
+
+void Transfer_control::begin_closing() {
+    closing_ = true;
+    escape_ = 1;
+    IOsend_cancel_ = 1;
+}
+
+Task<> Transfer_control::Delay(int count) {
+    if (count <= 0) {
+        co_return;
+    }
+    Timer17.set_interval(count);
+    Timer17.set_enabled(true);
+    while (Timer17.enabled()) {
+        co_await loop_.next();
+    }
+}
+
+Task<> Transfer_control::wait_for(Timer& timer) {
+    if (timer.interval() <= 0) {
+        co_return;
+    }
+    timer.set_enabled(true);
+    while (timer.enabled() && escape_ != 1) {
+        co_await loop_.next();
+    }
+    timer.set_enabled(false);
+}
 
 bool Transfer_control::may_start_work() const {
-    return !work.any() && state_.busy == 0 && !closing_;
+    return work_ == 0 && busy_ == 0 && !closing_;
 }
 
 void Transfer_control::begin_stoppable_work() {
-    state_.escape = 0;
-    state_.IOsend_cancel = 0;
-    state_.Stopped = 0;
+    escape_ = 0;
+    IOsend_cancel_ = 0;
+    Stopped_ = 0;
     stop_.set_enabled(true);
 }
 
 void Transfer_control::end_stoppable_work() {
     stop_.set_enabled(false);
-    stop_.set_caption("Stop");
-    state_.Stopped = 0;
-    state_.Xoff = 0;
-}
-
-bool Transfer_control::stop_asked() const {
-    return state_.escape != 0 || state_.IOsend_cancel != 0;
-}
-
-void Transfer_control::begin_closing() {
-    closing_ = true;
-    state_.escape = 1;
-    state_.IOsend_cancel = 1;
-    work.forget();
+    reset_stop();
 }
 
 }  // namespace kelvane

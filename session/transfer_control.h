@@ -1,19 +1,137 @@
 #pragma once
 
+#include <string>
+#include <string_view>
+
 #include "platform/controls.h"
-#include "session/running_work.h"
-#include "session/shared_state.h"
+#include "platform/event_loop.h"
+#include "platform/serial_port.h"
+#include "platform/task.h"
+#include "session/operator.h"
+#include "session/transfer_end.h"
+#include "session/transfer_state.h"
+#include "session/transfer_status.h"
 
 namespace kelvane {
 
-/// What is going on, and what may begin or end it.
+enum class Direction { send, receive };
+
+/// What is going on, and what may begin, hold or end it. It alone writes the run-time flags, the
+/// transfer's timers, the two buttons and the status bar, and closes the port; everybody may read.
+/// Flags are 0 or 1, and are read again after every wait.
 class Transfer_control {
   public:
-    Transfer_control(Event_loop& loop, Shared_state& state, Button& Send_button,
-                     Button& Stop_button);
+    Transfer_control(Event_loop& loop, Serial_comm& port, Operator& op, Button& Send_button,
+                     Button& Stop_button, Label& status_label);
+
+    [[nodiscard]] int busy() const { return busy_; }            ///< 1: a transfer is on
+    [[nodiscard]] int sending() const { return sending_; }      ///< 1: a send is on
+    [[nodiscard]] int receiving() const { return receiving_; }  ///< 1: data has been stored
+    [[nodiscard]] int escape() const { return escape_; }        ///< 1: every running loop gives up
+    /// 1: the operator has stopped a send; it ends after the current line, unless Send resumes it.
+    [[nodiscard]] int IOsend_cancel() const { return IOsend_cancel_; }
+    /// 1: output may start or go on (Send button, machine's Xon).
+    [[nodiscard]] int Sendit_now() const { return Sendit_now_; }
+    [[nodiscard]] int Stopped() const { return Stopped_; }  ///< 1: Stop pressed, it reads "Reset"
+    [[nodiscard]] int Xoff() const { return Xoff_; }        ///< 1: output paused
+
+    Timer Timer5;             ///< 50 ms: receive poll
+    Timer Timer6;             ///< the machine's time-out: end of a receive
+    Timer Timer8;             ///< 1000 ms: answer to a lone DC2
+    Timer Timer9;             ///< character delay of the sender
+    Timer Timer12;            ///< block delay of the sender
+    Timer Timer17;            ///< `Delay`
+    Timer exclamation_timer;  ///< pause of a "!" line
+
+    /// Reserved for a supply of programs from outside, which nothing switches on yet: true ends a
+    /// send before its next line.
+    bool DNC_alarm = false;
+    /// Reserved as well. Not 0: the file is sent again and again; 1 waits for an Xon each time.
+    int DNC_cycle = 0;
+
+    [[nodiscard]] Transfer_state state() const { return status_.state(); }
+
+    // --- The course of a transfer
+
+    /// A transfer begins: all flags of the one before are cleared. False, with nothing changed,
+    /// while one is on.
+    [[nodiscard]] bool begin(Direction direction);
+    /// The port that the transfer uses, and the machine, for the status bar.
+    void use(const std::string& machine, const std::string& port);
+    [[nodiscard]] const std::string& port_name() const { return status_.port(); }
+    /// A send is on from here: both buttons are live until it ends.
+    void begin_sending();
+    /// Stop is live, whatever was disabled before.
+    void begin_receiving();
+    /// The receive has been prepared; bytes count from here.
+    void wait_for_data();
+    /// The state moves on. False, with nothing changed, where the state does not allow the event.
+    bool happens(Transfer_event event);
+    /// Bytes that have been sent in all, or received.
+    void count_bytes(std::size_t bytes) { status_.add_bytes(bytes); }
+    /// The first data of a receive has been stored.
+    void data_stored(std::size_t bytes);
+    /// The line is silent: the receive timers stop, the buttons die and the port is closed.
+    void line_silent();
+    /// A received byte: DC3 sets `Xoff`, DC1 clears it, in any parity. True for a DC1.
+    bool machine_says(char byte);
+    /// The machine has asked for the program.
+    void machine_starts() { Sendit_now_ = 1; }
+    /// A new program owes nothing to an Xoff before it; a new pass of the same one may.
+    void set_hold(bool held) { Xoff_ = held ? 1 : 0; }
+
+    /// The one end of every transfer: port closed, timers and flags at rest, buttons, log, status
+    /// and beep as the outcome asks; then the box, if any.
+    Task<> end(Transfer_end end);
+    /// Of the last transfer.
+    [[nodiscard]] Outcome outcome() const { return outcome_; }
+
+    /// Puts the port, the timers and the flags to rest when the task of a transfer is destroyed in
+    /// its course.
+    class Running {
+      public:
+        explicit Running(Transfer_control& control) : control_(control) {}
+        Running(const Running&) = delete;
+        Running& operator=(const Running&) = delete;
+        ~Running();
+
+      private:
+        Transfer_control& control_;
+    };
+
+    // --- The operator
+
+    void press_send();
+    /// The first press pauses, or ends after the current line; the second aborts.
+    void press_stop();
+    void Enable_buttons();
+    void Disable_buttons();
+    /// Another command: what runs is told to end.
+    void give_up();
+    /// From the moment the window is being closed nothing new may be started.
+    void begin_closing();
+    [[nodiscard]] bool closing() const { return closing_; }
+
+    // --- Waits
+
+    /// At least `count` milliseconds; not at all for 0 or less.
+    Task<> Delay(int count);
+    /// Starts `timer` and waits until it has disabled itself; ends early on `escape`.
+    Task<> wait_for(Timer& timer);
 
     // --- Work other than a transfer: a listing, a resequencing
 
+    /// Lives as long as such work.
+    class Work {
+      public:
+        explicit Work(Transfer_control& control) : control_(control) { ++control_.work_; }
+        Work(const Work&) = delete;
+        Work& operator=(const Work&) = delete;
+        ~Work() { --control_.work_; }
+
+      private:
+        Transfer_control& control_;
+    };
     /// False while a transfer or other work is going on, and when the window is being closed.
     [[nodiscard]] bool may_start_work() const;
     /// Work begins that Stop ends: `escape`, `IOsend_cancel` and `Stopped` become 0, Stop is live.
@@ -21,18 +139,37 @@ class Transfer_control {
     /// Such work has ended, whatever ended it: Stop is dead and reads "Stop"; no hold is left.
     void end_stoppable_work();
     /// The operator has pressed Stop, picked another command, or is closing the window.
-    [[nodiscard]] bool stop_asked() const;
+    [[nodiscard]] bool stop_asked() const { return escape_ != 0 || IOsend_cancel_ != 0; }
 
-    /// From the moment the window is being closed nothing new may be started.
-    void begin_closing();
-    [[nodiscard]] bool closing() const { return closing_; }
+    // --- The status bar
 
-    Running_work work;
+    void show_machine(const std::string& machine) { status_.set_machine(machine); }
+    void set_note(const std::string& note) { status_.set_note(note); }
+    void set_warning(const std::string& warning) { status_.set_warning(warning); }
 
   private:
-    Shared_state& state_;
+    void clear_flags();
+    void rest();
+    void reset_stop();
+    [[nodiscard]] bool beeps_at(const Transfer_end& end) const;
+
+    Event_loop& loop_;
+    Serial_comm& port_;
+    Operator& op_;
     Button& send_;
     Button& stop_;
+    Transfer_status status_;
+    Direction direction_ = Direction::send;
+    Outcome outcome_ = Outcome::done;
+    int busy_ = 0;
+    int sending_ = 0;
+    int receiving_ = 0;
+    int escape_ = 0;
+    int IOsend_cancel_ = 0;
+    int Sendit_now_ = 0;
+    int Stopped_ = 0;
+    int Xoff_ = 0;
+    int work_ = 0;
     bool closing_ = false;
 };
 

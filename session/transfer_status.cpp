@@ -8,31 +8,31 @@ namespace {
 
 constexpr int repaint_ms = 250;
 
-std::string_view activity_text(Activity activity) {
-    switch (activity) {
-        case Activity::idle:
+std::string_view state_text(Transfer_state state) {
+    switch (state) {
+        case Transfer_state::idle:
             return "ready";
-        case Activity::preparing:
+        case Transfer_state::preparing:
             return "preparing";
-        case Activity::waiting_for_start:
+        case Transfer_state::waiting_for_start:
             return "waiting for Xon or Send";
-        case Activity::sending:
+        case Transfer_state::sending:
             return "sending";
-        case Activity::held_by_xoff:
+        case Transfer_state::held_by_xoff:
             return "held by Xoff";
-        case Activity::held_by_cts:
+        case Transfer_state::held_by_cts:
             return "held: CTS low";
-        case Activity::paused:
+        case Transfer_state::paused:
             return "paused: Send goes on, Reset ends";
-        case Activity::draining:
+        case Transfer_state::draining:
             return "waiting for the last characters to leave";
-        case Activity::waiting_for_data:
+        case Transfer_state::waiting_for_data:
             return "waiting for data";
-        case Activity::receiving:
+        case Transfer_state::receiving:
             return "receiving";
-        case Activity::converting:
+        case Transfer_state::converting:
             return "converting";
-        case Activity::saving:
+        case Transfer_state::saving:
             return "saving";
     }
     return {};
@@ -56,25 +56,26 @@ void Transfer_status::set_machine(std::string machine) {
     show();
 }
 
-void Transfer_status::begin(std::string_view port) {
-    port_ = port;
+void Transfer_status::begin(std::string machine, std::string port) {
+    machine_of_transfer_ = std::move(machine);
+    port_ = std::move(port);
     note_.clear();
     bytes_ = 0;
     started_ = loop_.now();
-    activity_ = Activity::preparing;
+    state_ = Transfer_state::preparing;
     timer_.set_enabled(true);
     show();
 }
 
-void Transfer_status::set(Activity activity) {
-    if (activity != activity_) {
-        activity_ = activity;
+void Transfer_status::set(Transfer_state state) {
+    if (state != state_) {
+        state_ = state;
         show();
     }
 }
 
 void Transfer_status::end(std::string note) {
-    activity_ = Activity::idle;
+    state_ = Transfer_state::idle;
     timer_.set_enabled(false);
     set_note(std::move(note));
 }
@@ -84,18 +85,27 @@ void Transfer_status::set_note(std::string note) {
     show();
 }
 
+void Transfer_status::set_warning(std::string warning) {
+    warning_ = std::move(warning);
+    show();
+}
+
 void Transfer_status::show() {
-    label_.set_caption(activity_ == Activity::idle ? idle_text() : busy_text());
+    label_.set_caption(state_ == Transfer_state::idle ? idle_text() : busy_text());
 }
 
 std::string Transfer_status::idle_text() const {
-    const std::string text = "Machine: " + machine_;
-    return note_.empty() ? text : text + "  |  " + note_;
+    std::string text = "Machine: " + machine_;
+    for (const std::string* part : {&warning_, &note_}) {
+        text += part->empty() ? "" : "  |  " + *part;
+    }
+    return text;
 }
 
 std::string Transfer_status::busy_text() const {
-    return machine_ + " on " + port_ + ": " + std::string(activity_text(activity_)) + "  |  " +
-           std::to_string(bytes_) + " bytes  |  " + minutes_and_seconds(loop_.now() - started_);
+    return machine_of_transfer_ + " on " + port_ + ": " + std::string(state_text(state_)) +
+           "  |  " + std::to_string(bytes_) + " bytes  |  " +
+           minutes_and_seconds(loop_.now() - started_);
 }
 
 }  // namespace kelvane

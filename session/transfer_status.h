@@ -6,46 +6,33 @@
 
 #include "platform/controls.h"
 #include "platform/event_loop.h"
+#include "session/transfer_state.h"
 
 namespace kelvane {
 
-/// What the program is doing, in the words of the status bar.
-enum class Activity {
-    idle,
-    preparing,
-    waiting_for_start,
-    sending,
-    held_by_xoff,
-    held_by_cts,
-    paused,
-    draining,
-    waiting_for_data,
-    receiving,
-    converting,
-    saving,
-};
-
 /// The status bar: machine and port, what is done and why it waits, bytes and time gone. It
-/// repaints at once when the activity changes, else four times a second.
+/// repaints at once when the state changes, else four times a second.
 class Transfer_status {
   public:
     Transfer_status(Event_loop& loop, Label& label);
 
     /// The machine that is named while nothing goes on.
     void set_machine(std::string machine);
-    /// A transfer begins: bytes and clock start at 0.
-    void begin(std::string_view port);
+    /// A transfer begins: bytes and clock start at 0. It keeps the name of its machine to its end,
+    /// whichever is selected meanwhile.
+    void begin(std::string machine, std::string port);
     /// The port of the transfer, as `begin` was told.
     [[nodiscard]] const std::string& port() const { return port_; }
-    void set(Activity activity);
-    [[nodiscard]] Activity activity() const { return activity_; }
-    void set_bytes(std::int64_t bytes) { bytes_ = bytes; }
+    void set(Transfer_state state);
+    [[nodiscard]] Transfer_state state() const { return state_; }
     void add_bytes(std::size_t bytes) { bytes_ += static_cast<std::int64_t>(bytes); }
-    [[nodiscard]] std::int64_t bytes() const { return bytes_; }
+    void restart_count() { bytes_ = 0; }
     /// Back to idle. `note` stays until the next transfer ("Received bytes are kept in ...").
-    void end(std::string note = {});
+    void end(std::string note);
     /// Shows `note` beside the idle machine.
     void set_note(std::string note);
+    /// Shows `warning` beside the idle machine from now on, whatever transfers follow.
+    void set_warning(std::string warning);
 
   private:
     void show();
@@ -56,9 +43,11 @@ class Transfer_status {
     Label& label_;
     Timer timer_;
     std::string machine_;
+    std::string machine_of_transfer_;
     std::string port_;
     std::string note_;
-    Activity activity_ = Activity::idle;
+    std::string warning_;
+    Transfer_state state_ = Transfer_state::idle;
     std::int64_t bytes_ = 0;
     Clock_time started_{};
 };

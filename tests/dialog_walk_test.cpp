@@ -122,7 +122,7 @@ TEST_F(Walk, from_the_first_start_to_a_program_sent_and_received) {
 
     house.file_dialog.answers = {{File_purpose::save, path("BACK.NC")}};
     program.window.FileMenuItem[1].click();
-    ASSERT_TRUE(wait([&] { return program.window.state.busy == 0; }));
+    ASSERT_TRUE(wait([&] { return program.window.control.busy() == 0; }));
     EXPECT_THAT(files.read(path("BACK.NC")).value_or(""),
                 ::testing::HasSubstr("O0001\r\nN10 G0 X1.5 Y-2\r\nN20 M30\r\n%"));
 }

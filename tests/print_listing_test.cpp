@@ -132,14 +132,16 @@ TEST_F(Print_listing, stop_while_composing_or_printing_drops_the_document) {
     EXPECT_EQ(printer.pages.size(), 2U);
     EXPECT_FALSE(window.Stop_button.enabled());
     EXPECT_EQ(window.Stop_button.caption(), "Stop");
-    EXPECT_EQ(window.state.Stopped, 0);
+    EXPECT_EQ(window.control.Stopped(), 0);
 }
 
 TEST_F(Print_listing, preview_leaves_a_transfer_alone) {
-    window.state.busy = 1;
-    listing.Preview_listing(path, window.state.page_layout);
-    EXPECT_THAT(printer.pages, IsEmpty());
-    window.state.busy = 0;
+    {
+        const Transfer_control::Running transfer(window.control);
+        ASSERT_TRUE(window.control.begin(Direction::send));
+        listing.Preview_listing(path, window.state.page_layout);
+        EXPECT_THAT(printer.pages, IsEmpty());
+    }
     listing.Preview_listing(path, window.state.page_layout);
     EXPECT_THAT(printer.pages, ElementsAre(page_1, page_2));
     EXPECT_EQ(printer.destination, Print_destination::preview);

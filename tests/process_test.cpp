@@ -96,11 +96,12 @@ class Workshop : public ::testing::Test {
         EXPECT_FALSE(program->exit_within(1s));
         EXPECT_LT(program->processor_time() - before, 300ms) << "a busy loop";
     }
-    void expect_orderly_end(Process& process) {
+    void expect_orderly_end(Process& process, int status) {
         process.signal(SIGTERM);
-        EXPECT_EQ(process.exit_within(orderly_end), 0) << log();
+        EXPECT_EQ(process.exit_within(orderly_end), status) << log();
     }
-    void expect_orderly_end() { expect_orderly_end(*program); }
+    /// With the status of a job that has not been done.
+    void expect_orderly_end(int status = 1) { expect_orderly_end(*program, status); }
     [[nodiscard]] std::string log() const { return folder.content("log"); }
 
     Program_directory folder;
@@ -165,7 +166,7 @@ TEST_F(Workshop, every_byte_goes_both_ways_in_binary_transfers) {
     EXPECT_EQ(folder.content("memory"), all_bytes() + all_bytes());
     EXPECT_EQ(folder.content("Received Binary data"), all_bytes() + all_bytes());
     EXPECT_TRUE(program->runs()) << "the operator sees the count of bytes";
-    expect_orderly_end();
+    expect_orderly_end(0);
 }
 
 TEST_F(Workshop, a_machine_that_stops_the_line_with_its_percent_ends_the_send) {
@@ -275,12 +276,12 @@ TEST_F(Workshop, an_end_signal_answers_every_box) {
         const char* file;
         const char* from_machine;
         const char* box;
+        int status;
     } cases[] = {
-        {send, "MISSING.NC", "", "MISSING.NC does not exist"},
-        {send, "PART.NC", xon, "Cannot write the settings file"},  // at its own end
-        {receive, "BACK.NC", "%\r\nO1\r\n", "BACK.NC"},            // cannot be saved
+        {send, "MISSING.NC", "", "MISSING.NC does not exist", 1},
+        {send, "PART.NC", xon, "Cannot write the settings file", 0},  // at its own end
+        {receive, "BACK.NC", "%\r\nO1\r\n", "BACK.NC", 1},            // cannot be saved
     };
-    ASSERT_EQ(::mkdir(folder.path(settings_file).c_str(), 0755), 0);
     folder.put("PART.NC", "M30\r\n");
     for (const auto& c : cases) {
         SCOPED_TRACE(c.box);
@@ -292,11 +293,14 @@ TEST_F(Workshop, an_end_signal_answers_every_box) {
         if (*c.from_machine != '\0') {
             expect_armed();
             ::mkdir(folder.path("BACK.NC").c_str(), 0755);
+            ::mkdir(folder.path(settings_file).c_str(), 0755);
             line.send(c.from_machine);
         }
         expect_box(c.box);
-        expect_orderly_end();
+        ::mkdir(folder.path(settings_file).c_str(), 0755);
+        expect_orderly_end(c.status);
         EXPECT_NE(log().find("Cannot write the settings file"), std::string::npos);
+        ::rmdir(folder.path(settings_file).c_str());
         ::unlink(folder.path(staging).c_str());
     }
 }
@@ -323,11 +327,11 @@ TEST_F(Workshop, a_second_instance_refuses_and_leaves_the_settings_alone) {
         ::unlink(folder.path("log").c_str());
         start(job);
         expect_box("Sorry...: Kelvane Lite is currently busy.\nTry sending your file later.");
-        expect_orderly_end();
+        expect_orderly_end(3);
     }
     EXPECT_EQ(folder.content(settings_file), "as they were");
     EXPECT_TRUE(first->runs());
-    expect_orderly_end(*first);
+    expect_orderly_end(*first, 0);
 }
 
 TEST_F(Workshop, a_port_that_cannot_be_opened_is_told_and_the_box_does_not_hold_the_end) {

@@ -234,7 +234,7 @@ TEST(Receive, ADataByteThatComesAsTheTimeOutFallsDueIsNotLost) {
     Shop_floor shop({}, "");
     shop.receive();
     shop.machine().sends("%\r\n");
-    shop.desk.loop.run_until([&] { return shop.state().receiving == 1; });
+    shop.desk.loop.run_until([&] { return shop.window().control.receiving() == 1; });
     shop.machine().after(2997ms, [&] { shop.machine().sends("G0\r\n"); });
     shop.wait_until_idle();
     EXPECT_EQ(shop.file("NEW.NC"), "%\r\nG0\r\n");
@@ -258,7 +258,7 @@ TEST(Receive, ACommandPickedDuringTheConversionRunsAfterIt) {
     shop.machine().sends("%\r\n" + std::string(500, 'A'));
     shop.window().Text1.observe([&] {
         if (shop.log().starts_with("Code converting")) {
-            shop.machine().after(0s, [&] { shop.receive("TWO.NC"); });
+            shop.machine().after(0s, [&] { shop.pick(1, "TWO.NC"); });
         }
     });
     shop.pass(5s);
@@ -270,7 +270,7 @@ TEST(Receive, ACommandPickedDuringTheConversionRunsAfterIt) {
 TEST(Receive, TwoCommandsPickedInARowDoNotBothRun) {
     Shop_floor shop({}, "G0\r\n");
     shop.receive("ONE.NC");
-    shop.machine().after(1ms, [&] { shop.receive("TWO.NC"); });
+    shop.machine().after(1ms, [&] { shop.pick(1, "TWO.NC"); });
     shop.menu(0);
     EXPECT_EQ(shop.log(), "Ready to receive data ...");
     shop.machine().sends("%\r\n");

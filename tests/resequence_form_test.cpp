@@ -40,7 +40,7 @@ class Resequencing : public ::testing::Test {
 
     kelvane::testing::Headless_platform shop;
     Kelvane_lite_form window{shop.platform};
-    resequence_form_lite form{shop.windows, shop.files, window.state};
+    resequence_form_lite form{shop.windows, shop.files, window.control};
     Resequence_run run{window, form};
 
     const std::string options_file = shop.files.program_path("\\Reseqence data");
@@ -233,7 +233,7 @@ TEST_F(Resequencing, stops_when_asked_and_starts_only_once) {
     const std::function<void()> stops[] = {[this] { window.Stop_button.click(); },
                                            [this] { form.Cancel_button.click(); }};
     for (const auto& stop : stops) {
-        window.state.escape = window.state.IOsend_cancel = 0;
+        window.control.begin_stoppable_work();
         open(program);
         int presses = 0;
         shop.loop.after({}, [&] {

@@ -1,6 +1,7 @@
 // Whatever is sent in any tape code comes back from the machine as it was, as far as the code has
 // the characters. Programs are random with a fixed seed.
 
+#include <functional>
 #include <gtest/gtest.h>
 #include <random>
 #include <string_view>
@@ -98,7 +99,7 @@ class Real_line {
         files_.put("/kelvane/Serial port devices", "COM1=" + line_.device());
         program_.start();
         machine_asks_.on_tick = [this] {
-            if (program_.window.status.activity() == Activity::waiting_for_start) {
+            if (program_.window.control.state() == Transfer_state::waiting_for_start) {
                 machine_asks_.set_enabled(false);
                 line_.send(xon);
             }
@@ -111,11 +112,9 @@ class Real_line {
         menu(0, "/nc/OUT.NC");
         tape_ = line_.receive(100'000, 5ms);
         menu(1, "/nc/BACK.NC");
-        program_.window.Timer6.set_interval(60);
+        program_.window.control.Timer6.set_interval(60);
         line_.send(tape_);
-        while (port_.is_open()) {
-            loop_.process_events();
-        }
+        run_until([this] { return program_.window.tasks.empty(); });
         return files_.content("/nc/BACK.NC");
     }
     [[nodiscard]] const std::string& tape() const { return tape_; }
@@ -124,6 +123,15 @@ class Real_line {
     void menu(std::size_t item, const std::string& path) {
         file_dialog_.answers.push_back({item == 1 ? File_purpose::save : File_purpose::open, path});
         program_.window.FileMenuItem[item].click();
+        run_until([this] {
+            return program_.window.tasks.empty() ||
+                   program_.window.control.state() == Transfer_state::waiting_for_data;
+        });
+    }
+    void run_until(const std::function<bool()>& condition) {
+        while (!condition()) {
+            loop_.process_events();
+        }
     }
 
     Pty_line line_;

@@ -303,7 +303,10 @@ TEST(Send, AnUnreadableOrCutSettingsFileIsToldAndTheSendGoesOn) {
 TEST(Send, ACommandPickedDuringASendEndsItAndThenStarts) {
     Shop_floor shop({}, std::string(500, '1') + "\r\n");
     shop.program("TWO.NC", "22\r\n");
-    shop.machine().after(150ms, [&] { shop.send("TWO.NC"); });
+    shop.machine().after(150ms, [&] {
+        shop.machine().after(100ms, [&] { shop.machine().sends(xon); });
+        shop.pick(0, "TWO.NC");
+    });
     shop.send();
     shop.desk.loop.run_until([&] { return shop.received().ends_with("22\r\n") && shop.idle(); });
     EXPECT_LT(shop.received().size(), 100U);

@@ -3,12 +3,13 @@
 #include <bit>
 #include <gtest/gtest.h>
 
+#include "machines/notation.h"
 #include "platform/basic_text.h"
 #include "platform/files.h"
-#include "receive/code_convert.h"
+#include "receive/received_code.h"
+#include "receive/received_text.h"
 #include "simulated_machine/tape_code.h"
 #include "transmit/code_tables.h"
-#include "transmit/notation.h"
 #include "transmit/tape_image.h"
 
 namespace kelvane {

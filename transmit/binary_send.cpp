@@ -8,26 +8,28 @@ constexpr std::size_t progress_step = 100;
 
 }  // namespace
 
-bool Sendit_Binary(Kelvane_lite_form& window, Text_sender& sender) {
-    const Shared_state& state = window.state;
-    const auto content = window.platform.files.read(state.binaryfilename);
+Task<Binary_sent> Sendit_Binary(const Session& session, const Transfer_options& options,
+                                Text_sender& sender, std::string path) {
+    Transfer_control& control = session.control;
+    const auto content = session.files.read(path);
     if (!content) {
-        return false;
+        co_return Binary_sent::unreadable;
     }
     for (std::size_t sent = 0; sent < content->size(); ++sent) {
         if ((sent + 1) % progress_step == 0) {
-            window.platform.loop.process_pending();
-            window.set_progress(static_cast<int>(sent * 100 / content->size()));
+            co_await session.loop.breath();
+            session.op.set_progress(static_cast<int>(sent * 100 / content->size()));
         }
-        if (!sender.wait_until_clear(true) || (state.IOsend_cancel == 1 && !state.Xonhs)) {
-            return true;
+        const bool clear = co_await sender.wait_until_clear();
+        if (!clear || (control.IOsend_cancel() == 1 && !options.Xonhs)) {
+            co_return Binary_sent::part;
         }
         sender.put(std::string_view(*content).substr(sent, 1));
-        if (state.Character_delay != 0) {
-            window.wait_for_timer(window.Timer9);
+        if (options.Character_delay != 0) {
+            co_await control.wait_for(control.Timer9);
         }
     }
-    return true;
+    co_return Binary_sent::all;
 }
 
 }  // namespace kelvane

@@ -1,13 +1,17 @@
 #pragma once
 
-#include "frame/main_window.h"
 #include "transmit/sender.h"
 
 namespace kelvane {
 
-/// Sends `binaryfilename` byte for byte, flow control before every byte. Ends at the end of the
-/// file, on `escape`, when the port has gone, or, without Xon/Xoff (where nothing can be paused),
-/// on the first press of Stop. False, with nothing sent, when the file cannot be read.
-[[nodiscard]] bool Sendit_Binary(Kelvane_lite_form& window, Text_sender& sender);
+/// How far a binary send has come.
+enum class Binary_sent { all, part, unreadable };
+
+/// Sends the file `path` byte for byte, flow control before every byte. Ends at the end of the
+/// file, when the transfer is given up, or, without Xon/Xoff (where nothing can be paused), on the
+/// first press of Stop. Nothing is sent of a file that cannot be read.
+[[nodiscard]] Task<Binary_sent> Sendit_Binary(const Session& session,
+                                              const Transfer_options& options, Text_sender& sender,
+                                              std::string path);
 
 }  // namespace kelvane

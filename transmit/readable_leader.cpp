@@ -2,7 +2,7 @@
 
 #include "platform/basic_text.h"
 #include "platform/files.h"
-#include "transmit/control_characters.h"
+#include "session/control_characters.h"
 #include "transmit/tape_font.h"
 
 namespace kelvane {

@@ -1,5 +1,7 @@
 #include "transmit/scratch_copy.h"
 
+#include <utility>
+
 #include "session/file_names.h"
 #include "transmit/tape_image.h"
 
@@ -11,25 +13,24 @@ namespace {
 constexpr const char* own_file =
     "\nThe program itself works with this file.\nCopy it under another name first.";
 
-bool cannot_copy(Kelvane_lite_form& window, const std::string& title, const std::string& path) {
-    window.box("Cannot access file\n" + path, Message_icon::critical, Message_buttons::ok, title);
-    return false;
+Message cannot_copy(std::string title, const std::string& path) {
+    return {"Cannot access file\n" + path, std::move(title), Message_icon::critical,
+            Message_buttons::ok};
 }
 
 }  // namespace
 
-bool Make_scratchpad_copy(Kelvane_lite_form& window, const std::string& path) {
-    Files& files = window.platform.files;
+std::optional<Message> Make_scratchpad_copy(Files& files, const std::string& path) {
     const std::string copy = files.program_path(file_names::scratch);
     if (same_path(path, copy)) {
-        return cannot_copy(window, "Disk read error", copy + own_file);
+        return cannot_copy("Disk read error", copy + own_file);
     }
     auto content = files.read(path);
     if (!content) {
-        return cannot_copy(window, "Disk read error", path);
+        return cannot_copy("Disk read error", path);
     }
     const auto copied = files.replace(copy, working_copy(*std::move(content)));
-    return copied || cannot_copy(window, "Disk write error", copy);
+    return copied ? std::nullopt : std::optional(cannot_copy("Disk write error", copy));
 }
 
 }  // namespace kelvane

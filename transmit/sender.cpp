@@ -4,8 +4,6 @@
 #include <bitset>
 #include <utility>
 
-#include "transmit/control_characters.h"
-
 namespace kelvane {
 
 namespace {
@@ -22,25 +20,36 @@ std::bitset<256> set_of(std::string_view characters) {
     return set;
 }
 
+std::size_t chunk_size(const Transfer_options& options) {
+    if (options.Character_delay != 0) {
+        return 1;
+    }
+    return options.HS_loop > 0 ? static_cast<std::size_t>(options.HS_loop) : default_chunk;
+}
+
 }  // namespace
 
-Text_sender::Text_sender(Kelvane_lite_form& window, const Code_tables& tables)
-    : window_(window), state_(window.state), port_(window.platform.port), tables_(tables) {}
+Text_sender::Text_sender(const Session& session, const Code_tables& tables,
+                         const Transfer_options& options, On_stop on_stop)
+    : session_(session),
+      control_(session.control),
+      port_(session.port),
+      tables_(tables),
+      options_(options),
+      on_stop_(on_stop) {}
 
-void Text_sender::sendit(std::string_view block, Tape_code code) {
-    if (state_.exclamation_point_delay && block.starts_with('!')) {
-        window_.wait_for_timer(window_.exclamation_timer);
-        return;
+Task<> Text_sender::sendit(std::string block, Tape_code code) {
+    if (options_.exclamation_point_delay && block.starts_with('!')) {
+        co_await control_.wait_for(control_.exclamation_timer);
+        co_return;
     }
-    send_chunks(converted(block, code, state_.TX_Mask));
+    std::string bytes = converted(block, code, options_.TX_Mask);
+    co_await send_chunks(std::move(bytes));
 }
 
-void Text_sender::sendit2(std::string_view text, Tape_code code) {
-    send_chunks(converted(text, code, {}));
-}
-
-void Text_sender::Wait_for_Xon() {
-    static_cast<void>(wait_until_clear(false));
+Task<> Text_sender::sendit2(std::string text, Tape_code code) {
+    std::string bytes = converted(text, code, {});
+    co_await send_chunks(std::move(bytes));
 }
 
 std::string Text_sender::converted(std::string_view text, Tape_code code,
@@ -58,78 +67,81 @@ std::string Text_sender::converted(std::string_view text, Tape_code code,
     return bytes;
 }
 
-void Text_sender::send_chunks(std::string_view bytes) {
-    const std::size_t set =
-        state_.HS_loop > 0 ? static_cast<std::size_t>(state_.HS_loop) : default_chunk;
-    const std::size_t chunk = state_.Character_delay != 0 ? 1 : set;
-    window_.platform.loop.process_pending();
+Task<> Text_sender::send_chunks(std::string bytes) {
+    const std::size_t chunk = chunk_size(options_);
+    co_await session_.loop.breath();
     for (std::size_t at = 0; at < bytes.size(); at += chunk) {
-        if (!wait_until_clear(true)) {
-            return;
+        if (!co_await wait_until_clear()) {
+            co_return;
         }
-        put(bytes.substr(at, chunk));
-        if (state_.Character_delay != 0) {
-            window_.wait_for_timer(window_.Timer9);
+        put(std::string_view(bytes).substr(at, chunk));
+        if (options_.Character_delay != 0) {
+            co_await control_.wait_for(control_.Timer9);
         }
     }
-    if (state_.Block_delay != 0) {
-        window_.wait_for_timer(window_.Timer12);
+    if (options_.Block_delay != 0) {
+        co_await control_.wait_for(control_.Timer12);
     }
 }
 
 void Text_sender::put(std::string_view bytes) {
     port_.output(bytes);
-    window_.status.add_bytes(bytes.size());
+    control_.count_bytes(bytes.size());
 }
 
-bool Text_sender::wait_until_clear(bool rests_after_xon) {
-    while (state_.escape != 1 && port_.is_open()) {
-        take_handshakes(rests_after_xon);
-        if (state_.escape == 1) {
-            break;
+bool Text_sender::given_up() const {
+    const bool stopped = on_stop_ == On_stop::ends && control_.Stopped() != 0;
+    return control_.escape() == 1 || stopped || !port_.is_open();
+}
+
+Task<bool> Text_sender::wait_until_clear() {
+    while (!given_up()) {
+        if (port_.in_buffer_count() > 0) {
+            co_await take_handshakes_and_rest();
+            continue;
         }
-        if (!held() && port_.out_buffer_count() < queued_limit) {
-            if (!state_.RTShs || port_.cts_holding()) {
-                window_.status.set(Activity::sending);
-                return true;
-            }
-            window_.status.set(Activity::held_by_cts);
+        if (output_is_free()) {
+            co_return true;
         }
-        window_.platform.loop.process_events();
+        co_await session_.loop.next();
     }
-    return false;
+    co_return false;
 }
 
 // A press of Stop holds the output even when the machine sends an Xon meanwhile: the operator
 // paused it, and only the operator lets it go on.
-bool Text_sender::held() {
-    if (!state_.Xonhs || (state_.Xoff == 0 && state_.Stopped == 0)) {
+bool Text_sender::output_is_free() {
+    if (options_.Xonhs && control_.Stopped() != 0) {
+        control_.happens(Transfer_event::stop_holds);
         return false;
     }
-    window_.status.set(state_.Stopped != 0 ? Activity::paused : Activity::held_by_xoff);
-    return true;
+    if (options_.Xonhs && control_.Xoff() != 0) {
+        control_.happens(Transfer_event::xoff_holds);
+        return false;
+    }
+    if (port_.out_buffer_count() >= queued_limit) {
+        return false;
+    }
+    const bool clear = !options_.RTShs || port_.cts_holding();
+    control_.happens(clear ? Transfer_event::output_free : Transfer_event::cts_holds);
+    return clear;
 }
 
-// What has come during a rest counts too, or an Xoff in it would be seen a chunk late.
-bool Text_sender::take_handshakes(bool rests_after_xon) {
+bool Text_sender::take_handshakes() {
     bool xon = false;
-    bool rested = true;
-    while (std::exchange(rested, false)) {
-        for (const char byte : port_.input(0)) {
-            const char character = without_parity(byte);
-            if (character == control::dc3) {
-                state_.Xoff = 1;
-            } else if (character == control::dc1) {
-                state_.Xoff = 0;
-                xon = true;
-                if (rests_after_xon && state_.escape != 1) {
-                    window_.Delay(rest_after_xon_ms);
-                    rested = true;
-                }
-            }
-        }
+    for (const char byte : port_.input(0)) {
+        xon = control_.machine_says(byte) || xon;
     }
     return xon;
+}
+
+Task<> Text_sender::take_handshakes_and_rest() {
+    const std::string said = port_.input(0);
+    for (const char byte : said) {
+        if (control_.machine_says(byte) && !given_up()) {
+            co_await control_.Delay(rest_after_xon_ms);
+        }
+    }
 }
 
 }  // namespace kelvane

@@ -4,7 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "frame/main_window.h"
+#include "machines/transfer_options.h"
+#include "platform/task.h"
+#include "session/session.h"
 #include "transmit/code_tables.h"
 
 namespace kelvane {
@@ -14,37 +16,46 @@ namespace kelvane {
 /// exceeds two characters and one chunk, so a machine's Xoff takes effect within a few characters.
 class Text_sender {
   public:
-    Text_sender(Kelvane_lite_form& window, const Code_tables& tables);
+    /// What a single press of Stop does to output that waits.
+    enum class On_stop {
+        pauses,  ///< holds it under Xon/Xoff
+        ends,    ///< gives it up
+    };
+
+    Text_sender(const Session& session, const Code_tables& tables, const Transfer_options& options,
+                On_stop on_stop = On_stop::pauses);
 
     /// Sends one program block that ends with its end of block. Masked characters vanish; a block
-    /// that begins with "!" is only a pause when such pauses are set. Returns early when `escape`
-    /// is 1 or the port has gone.
-    void sendit(std::string_view block, Tape_code code);
+    /// that begins with "!" is only a pause when such pauses are set. Returns early when the
+    /// transfer is given up.
+    Task<> sendit(std::string block, Tape_code code);
     /// Leaders, trailers and select codes: as `sendit` without pauses and mask.
-    void sendit2(std::string_view text, Tape_code code);
-    /// Returns when sending is allowed, or when `escape` is 1 or the port has gone.
-    void Wait_for_Xon();
+    Task<> sendit2(std::string text, Tape_code code);
 
-    /// The wait of the routines above: handshakes obeyed and fewer than 3 bytes queued. With
-    /// `rests_after_xon` an Xon from the machine is followed by a rest of 250 ms. False when the
-    /// transfer is to be given up.
-    [[nodiscard]] bool wait_until_clear(bool rests_after_xon);
+    /// The wait of the routines above: handshakes obeyed and fewer than 3 bytes queued. False when
+    /// the transfer is given up.
+    [[nodiscard]] Task<bool> wait_until_clear();
     /// Reads what the machine has sent, parity bits ignored: Xoff is set by DC3 and cleared by DC1;
     /// all else is dropped. True when a DC1 was among it.
-    bool take_handshakes(bool rests_after_xon);
+    bool take_handshakes();
     /// Hands bytes to the line and counts them.
     void put(std::string_view bytes);
+    /// The operator has aborted, another command has been picked, or the port has gone.
+    [[nodiscard]] bool given_up() const;
 
   private:
     [[nodiscard]] std::string converted(std::string_view text, Tape_code code,
                                         std::string_view mask) const;
-    void send_chunks(std::string_view bytes);
-    [[nodiscard]] bool held();
+    Task<> send_chunks(std::string bytes);
+    Task<> take_handshakes_and_rest();
+    [[nodiscard]] bool output_is_free();
 
-    Kelvane_lite_form& window_;
-    Shared_state& state_;
+    const Session session_;
+    Transfer_control& control_;
     Serial_comm& port_;
     const Code_tables& tables_;
+    const Transfer_options& options_;
+    On_stop on_stop_;
 };
 
 }  // namespace kelvane

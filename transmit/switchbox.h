@@ -1,15 +1,16 @@
 #pragma once
 
-#include "frame/main_window.h"
-#include "platform/fault.h"
+#include <optional>
+
 #include "transmit/sender.h"
 
 namespace kelvane {
 
-/// Beeps, so that the operator hears that a transfer is starting, and sends the selected machine's
-/// switchbox select codes, if it has any, in `code`. A file that cannot be read is told
-/// and ends the transfer. Faults are those of the notation.
-[[nodiscard]] Fault_or_ok Send_switchbox_codes(Kelvane_lite_form& window, Text_sender& sender,
-                                               Tape_code code);
+/// Beeps, so that the operator hears that a transfer is starting, and sends the select codes of the
+/// transfer's machine, if it has any, in its tape code. When they cannot be read or decoded, the
+/// end of the transfer: without its codes the program would go to the machine at which the
+/// switchbox stands.
+[[nodiscard]] Task<std::optional<Transfer_end>> Send_switchbox_codes(
+    const Session& session, const Transfer_options& options, Text_sender& sender);
 
 }  // namespace kelvane

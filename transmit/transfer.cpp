@@ -1,175 +1,168 @@
 #include "transmit/transfer.h"
 
-#include <algorithm>
+#include <utility>
 
 #include "platform/basic_text.h"
-#include "session/file_names.h"
+#include "transmit/binary_send.h"
 #include "transmit/switchbox.h"
+#include "transmit/text_send.h"
 
 namespace kelvane {
 
-Transfer::Transfer(Kelvane_lite_form& window, const Code_tables& tables)
-    : window_(window),
-      state_(window.state),
-      platform_(window.platform),
-      sender_(window, tables),
-      lines_(window.platform.files) {}
+namespace {
 
-void Transfer::Start_transfer(int mode) {
-    if (mode != send && mode != receive) {
-        return;
-    }
-    if (state_.busy != 0) {
-        platform_.desktop.beep();
-        return;
-    }
-    const Running_work::Scope at_work(window_.control.work);
-    clear_transfer_state(state_);
-    window_.Timer5.set_enabled(false);
-    window_.Timer6.set_enabled(false);
-    state_.busy = 1;
-    read_exclamation_delay();
-    Fault_or_ok fault = load_transfer_settings(window_, settings_);
-    if (!fault && !window_.closing()) {
-        make_readable_leader_strings(mode);
-        if (state_.escape != 1 && open_port(mode)) {
-            fault = mode == receive ? arm_receive() : run_send();
-        }
-        if (mode == send || !platform_.port.is_open()) {
-            clean_up();
-        }
-    }
-    end_with(fault);
-}
-
-void Transfer::end_with(Fault_or_ok fault) {
-    if (fault) {
-        window_.report_fault(*fault);
-    }
-    const bool ended = !platform_.port.is_open();
-    if (ended && state_.Command_line != 0 && !window_.closing()) {
-        window_.unload();
-    }
-}
-
-void Transfer::read_exclamation_delay() {
-    const auto file =
-        platform_.files.read(platform_.files.program_path(file_names::exclamation_delay));
-    if (!file) {
-        return;
-    }
-    Text_reader reader(*file);
-    int milliseconds = 0;
-    reader.line_number(milliseconds);
-    window_.exclamation_timer.set_interval(std::max(milliseconds, 0));
-    state_.exclamation_point_delay = true;
-}
-
-void Transfer::make_readable_leader_strings(int mode) {
-    readable_ = {{}, settings_.trailer, {}};
-    if (mode == send && state_.TX_binary == 0 && settings_.readable_leader) {
-        readable_ = readable_leader(state_.filename, state_.TX_code, settings_.trailer);
-    }
-}
-
-Port_settings Transfer::port_settings(int mode) const {
+Port_settings port_settings(const Transfer_options& options, bool receives, bool binary) {
     Port_settings port;
-    port.com_port = settings_.com_port;
-    port.settings = port_settings_text(settings_, state_.TX_code);
-    port.handshake = mode == receive ? settings_.handshake : Handshake::none;
-    port.transparent = mode == receive ? state_.RX_binary : state_.TX_binary != 0;
-    port.null_discard = !port.transparent;
-    port.xon = state_.Xon_char;
-    port.xoff = state_.Xoff_char;
+    port.com_port = options.com_port;
+    port.settings = options.line_settings;
+    port.handshake = receives ? options.handshake : Handshake::none;
+    port.transparent = binary;
+    port.null_discard = !binary;
+    port.xon = options.Xon_char;
+    port.xoff = options.Xoff_char;
     return port;
 }
 
-bool Transfer::open_port(int mode) {
-    const std::string com = "COM" + decimal(settings_.com_port);
-    window_.status.begin(com + " (" + platform_.port.device_of(settings_.com_port) + ")");
-    port_trouble_.clear();
-    const bool opened = platform_.port.open(port_settings(mode)) == Port_error::none;
-    if (!opened) {
-        const std::string fixed_text = com + " port is not available\nSelect a different COM port";
-        window_.box(fixed_text, Message_icon::exclamation, Message_buttons::ok, "Com port error");
-        port_trouble_ = fixed_text + "\n\n" + platform_.port.error_text();
-    }
-    window_.Timer6.set_interval(settings_.timeout_s * 1000);
-    window_.Timer9.set_interval(static_cast<int>(state_.Character_delay));
-    window_.Timer12.set_interval(static_cast<int>(state_.Block_delay));
-    return opened;
+std::string com_name(const Transfer_options& options) {
+    return "COM" + decimal(options.com_port);
 }
 
-Fault_or_ok Transfer::arm_receive() {
-    state_.sending = 0;
-    state_.escape = 0;
-    const std::string staging = platform_.files.program_path(file_names::scratch);
-    const bool is_target = !state_.RX_binary && same_path(state_.filename, staging);
-    const Result<> emptied =
-        is_target ? Failure{"The program itself works with this file. Choose another name."}
-                  : platform_.files.replace(staging, {});
-    if (!emptied) {
-        window_.box("Cannot access file\n" + staging + "\n" + emptied.reason(),
-                    Message_icon::exclamation, Message_buttons::ok, "Disk write error");
-        platform_.port.close();
-        return std::nullopt;
+}  // namespace
+
+Transfer::Transfer(const Session& session, const Code_tables& tables, Receiver& receiver)
+    : session_(session), control_(session.control), tables_(tables), receiver_(receiver) {}
+
+Task<Outcome> Transfer::Start_transfer(int mode) {
+    if (mode != send && mode != receive) {
+        co_return Outcome::refused;
     }
-    state_.RXopenfile = 1;
-    state_.RXbytecount = 0;
-    window_.Stop_button.set_enabled(true);
-    if (const Fault_or_ok fault = Send_switchbox_codes(window_, sender_, state_.TX_code)) {
-        return fault;
+    if (!control_.begin(mode == send ? Direction::send : Direction::receive)) {
+        session_.op.beep();
+        co_return Outcome::refused;
     }
-    state_.RX_form = state_.filename;
-    ++state_.RX_file_counter;
-    window_.status.set_bytes(0);
-    window_.status.set(Activity::waiting_for_data);
-    window_.show_text(state_.RX_binary ? "Ready to receive BINARY data ..."
-                                       : "Ready to receive data ...");
-    window_.Timer5.set_enabled(!window_.closing());
+    const Transfer_control::Running running(control_);
+    Transfer_end end = co_await run(job_of(mode));
+    co_await control_.end(std::move(end));
+    co_return control_.outcome();
+}
+
+Transfer::Job Transfer::job_of(int mode) const {
+    const Shared_state& state = session_.state;
+    if (mode == receive) {
+        return {receive, state.RX_binary, state.filename};
+    }
+    const bool binary = state.TX_binary != 0;
+    return {send, binary, binary ? state.binaryfilename : state.filename};
+}
+
+Task<Transfer_end> Transfer::run(Job job) {
+    const Loaded_options loaded =
+        load_transfer_options(session_.files, session_.state.IO_device_name);
+    const std::string unread = "Unable to read from file\n" + loaded.path + "\n";
+    if (!loaded.unreadable.empty()) {
+        co_return end_with(Outcome::refused,
+                           warning_box(unread + loaded.unreadable, "File read error"));
+    }
+    if (!loaded.complete) {
+        const Message box =
+            warning_box(unread + "Using default COM port configuration", "File read error");
+        co_await session_.op.ask(box);
+    }
+    if (loaded.fault) {
+        co_return end_with(*loaded.fault);
+    }
+    const Transfer_options& options = loaded.options;
+    if (auto refusal = open_port(job, options)) {
+        co_return std::move(*refusal);
+    }
+    if (job.mode == receive) {
+        co_return co_await receiver_.receive(options, job.path, job.binary);
+    }
+    co_return co_await run_send(job, options);
+}
+
+std::optional<Transfer_end> Transfer::open_port(const Job& job, const Transfer_options& options) {
+    const std::string com = com_name(options);
+    control_.use(options.machine, com + " (" + session_.port.device_of(options.com_port) + ")");
+    const Port_settings settings = port_settings(options, job.mode == receive, job.binary);
+    if (session_.port.open(settings) != Port_error::none) {
+        const std::string fixed_text = com + " port is not available\nSelect a different COM port";
+        Transfer_end refusal =
+            end_with(Outcome::refused, warning_box(fixed_text, "Com port error"));
+        refusal.log = fixed_text + "\n\n" + session_.port.error_text();
+        return refusal;
+    }
+    control_.Timer6.set_interval(options.timeout_s * 1000);
+    control_.Timer9.set_interval(options.Character_delay);
+    control_.Timer12.set_interval(options.Block_delay);
+    control_.exclamation_timer.set_interval(options.exclamation_delay_ms);
     return std::nullopt;
 }
 
-void Transfer::clean_up() {
-    state_.sending = 0;
-    drain();
-    window_.Enable_buttons();
-    window_.show_text(port_trouble_);
-    window_.set_progress(0);
-    const bool was_lost = platform_.port.lost();
-    platform_.port.close();
-    window_.Timer5.set_enabled(false);
-    state_.busy = 0;
-    if (state_.Stopped != 0) {
-        state_.Stopped = 0;
-        state_.Xoff = 0;
-        window_.Stop_button.set_caption("Stop");
+// Send and Stop are live from here to the end, whatever was pressed or disabled before: an operator
+// must be able to start, pause and end a send at any moment.
+Task<Transfer_end> Transfer::run_send(Job job, const Transfer_options& options) {
+    control_.begin_sending();
+    const auto length = session_.files.length(job.path).value_or(0);
+    session_.op.show_text("Ready to send binary file " + job.path +
+                          "\r\nFile size:" + Str(static_cast<std::int64_t>(length)) + " bytes");
+    Text_sender sender(session_, tables_, options);
+    Transfer_end end;
+    if (job.binary) {
+        end = co_await send_binary(options, sender, job.path);
+    } else {
+        Text_send text(session_, options, sender, job.path);
+        end = co_await text.run();
     }
-    window_.status.end();
-    if (was_lost) {
-        const std::string com = "COM" + decimal(settings_.com_port);
-        window_.box(com + " is no longer there.\nThe transfer has ended before its end.",
-                    Message_icon::exclamation, Message_buttons::ok, "Com port error");
+    co_await drain();
+    const bool gone = session_.port.lost() && !end.box;
+    if (gone) {
+        end = end_with(Outcome::lost_line,
+                       warning_box(com_name(options) + " is no longer there.\nThe transfer has "
+                                                       "ended before its end.",
+                                   "Com port error"));
+    } else if (end.outcome == Outcome::done && control_.escape() == 1) {
+        end.outcome = Outcome::stopped;
     }
+    co_return end;
+}
+
+Task<Transfer_end> Transfer::send_binary(const Transfer_options& options, Text_sender& sender,
+                                         std::string path) {
+    if (auto refusal = co_await Send_switchbox_codes(session_, options, sender)) {
+        co_return std::move(*refusal);
+    }
+    co_await wait_for_start(session_, sender);
+    session_.op.show_text("Sending binary file " + path);
+    if (control_.IOsend_cancel() == 1 || sender.given_up()) {
+        Transfer_end stopped;
+        stopped.outcome = Outcome::stopped;
+        co_return stopped;
+    }
+    const Binary_sent sent = co_await Sendit_Binary(session_, options, sender, path);
+    if (sent == Binary_sent::unreadable) {
+        co_return end_with(Outcome::refused,
+                           warning_box("Cannot access file\n" + path, "Disk read error"));
+    }
+    Transfer_end end;
+    end.outcome = sent == Binary_sent::all ? Outcome::done : Outcome::stopped;
+    end.quiet = true;
+    co_return end;
 }
 
 // A finished transfer lets its last characters leave; a transfer that was given up throws its
 // output away when the port closes.
-void Transfer::drain() {
-    if (!platform_.port.is_open()) {
-        return;
+Task<> Transfer::drain() {
+    if (!session_.port.is_open()) {
+        co_return;
     }
-    static_cast<void>(platform_.port.input(0));
-    window_.status.set(Activity::draining);
-    while (state_.escape != 1 && platform_.port.is_open() &&
-           platform_.port.out_buffer_count() > 0) {
-        platform_.loop.process_events();
+    static_cast<void>(session_.port.input(0));
+    control_.happens(Transfer_event::all_sent);
+    while (control_.escape() != 1 && session_.port.is_open() &&
+           session_.port.out_buffer_count() > 0) {
+        co_await session_.loop.next();
     }
-    window_.Delay(1);
-}
-
-bool Transfer::given_up() const {
-    return state_.escape == 1 || !platform_.port.is_open();
+    co_await control_.Delay(1);
 }
 
 }  // namespace kelvane

@@ -93,13 +93,17 @@ class Recorded_windows : public Window_system {
     }
     void repaint(Form&) override {}
     void set_hourglass(bool on) override { hourglass = on; }
-    void end_program() override { ended = true; }
+    void end_program(int status) override {
+        ended = true;
+        exit_status = status;
+    }
 
     /// Runs `action` as an event once a form of this name is shown.
     void when_shown(const std::string& form_name, std::function<void()> action) {
         actions_[form_name] = std::move(action);
     }
     bool ended = false;
+    int exit_status = -1;
     bool hourglass = false;
 
   private:

@@ -42,6 +42,10 @@ class Memory_files : public Files {
             return replace(path, old + std::string(content));
         });
     }
+    Result<> sync(const std::string& path) override {
+        synced = content(path);
+        return works("sync", path);
+    }
     Result<> copy(const std::string& from, const std::string& to) override {
         const auto content = read(from);
         if (!content) {
@@ -86,6 +90,8 @@ class Memory_files : public Files {
               const std::string& why = "Input/output error") {
         fates_.push_back({operation, path_end, why});
     }
+    /// What the file synced last held then.
+    std::string synced;
     void repair() { fates_.clear(); }
     [[nodiscard]] std::vector<std::string> names() const {
         std::vector<std::string> names;

@@ -72,7 +72,17 @@ class Shop_floor {
         machine().after(100ms, [this] { machine().sends(xon); });
         menu(item, name);
     }
+    /// Returns when the command has ended, or waits for the machine's data.
     void menu(std::size_t file_item, const std::string& name = "PART.NC") {
+        pick(file_item, name);
+        desk.loop.run_until([this] {
+            const Transfer_control& control = program_.window.control;
+            return program_.window.tasks.empty() ||
+                   (control.state() == Transfer_state::waiting_for_data && control.escape() == 0);
+        });
+    }
+    /// The click alone.
+    void pick(std::size_t file_item, const std::string& name) {
         start();
         const bool saves = file_item == 1 || file_item == 5;
         desk.file_dialog.answers.push_back({saves ? File_purpose::save : File_purpose::open,
@@ -85,7 +95,7 @@ class Shop_floor {
     void receive_from_machine(const std::string& name, const std::string& bytes) {
         receive(name);
         machine().sends(bytes);
-        desk.loop.run_until([this] { return !machine().is_open(); });
+        desk.loop.run_until([this] { return program_.window.tasks.empty(); });
     }
 
     [[nodiscard]] std::string file(const std::string& name) const {
@@ -104,8 +114,8 @@ class Shop_floor {
     [[nodiscard]] Scripted_machine& machine() { return desk.machine; }
     [[nodiscard]] Scripted_message_box& boxes() { return desk.boxes; }
     [[nodiscard]] bool idle() const {
-        const Shared_state& state = program_.window.state;
-        return state.busy == 0 && state.sending == 0 && !desk.machine.is_open();
+        const Transfer_control& control = program_.window.control;
+        return control.busy() == 0 && control.sending() == 0 && !desk.machine.is_open();
     }
 
     Headless_platform desk;

@@ -1,4 +1,4 @@
-#include "transmit/notation.h"
+#include "machines/notation.h"
 
 #include <utility>
 

@@ -1,0 +1,121 @@
+#include "program/file_commands.h"
+
+#include "frame/file_filter.h"
+
+namespace kelvane {
+
+namespace {
+
+enum File_item { send, receive, print, resequence, binary_send, binary_receive };
+
+bool takes_new_file(int item) {
+    return item == receive || item == binary_receive;
+}
+
+/// True for as long as it lives.
+class Raised {
+  public:
+    explicit Raised(bool& flag) : flag_(flag) { flag_ = true; }
+    Raised(const Raised&) = delete;
+    Raised& operator=(const Raised&) = delete;
+    ~Raised() { flag_ = false; }
+
+  private:
+    bool& flag_;
+};
+
+}  // namespace
+
+File_commands::File_commands(Kelvane_lite_form& window, Commands& commands)
+    : window_(window), commands_(commands) {}
+
+void File_commands::start(int item) {
+    if (!choosing_ && !window_.control.closing()) {
+        window_.tasks.start(run(item));
+    }
+}
+
+// The shared file name changes only when the running transfer has ended: until then its end may
+// still save to the old one, and leave the Stop button as "Reset".
+Task<> File_commands::run(int item) {
+    while (true) {
+        const auto chosen = co_await choose_file(item);
+        if (!chosen || !co_await wait_for_turn()) {
+            co_return;
+        }
+        window_.state.filename = *chosen;
+        window_.control.Disable_buttons();
+        if (co_await allowed(item)) {
+            break;
+        }
+        if (!takes_new_file(item)) {
+            co_return;
+        }
+    }
+    co_await act(item);
+}
+
+Task<std::optional<std::string>> File_commands::choose_file(int item) {
+    const Raised choosing(choosing_);
+    window_.show_text({});
+    window_.repaint();
+    File_dialog& dialog = window_.platform.file_dialog;
+    auto chosen =
+        co_await dialog.ask_file(takes_new_file(item) ? File_purpose::save : File_purpose::open);
+    if (chosen && window_.state.Add_extension != 0 && !window_.platform.files.exists(*chosen)) {
+        *chosen = with_extension(*chosen, dialog.filter);
+    }
+    co_return chosen;
+}
+
+/// Gives up what runs and waits for its end; false when a later command has been picked meanwhile.
+Task<bool> File_commands::wait_for_turn() {
+    const int command = ++newest_;
+    window_.control.give_up();
+    while (commands_.running() && command == newest_) {
+        co_await window_.platform.loop.next();
+    }
+    if (command == newest_) {
+        window_.control.give_up();
+    }
+    co_return command == newest_;
+}
+
+Task<bool> File_commands::allowed(int item) {
+    const std::string& name = window_.state.filename;
+    const bool exists = window_.platform.files.exists(name);
+    if (takes_new_file(item) && exists) {
+        const Message question{
+            "Warning ... File " + name + "\nalready exists. Overwrite existing file?", "Overwrite?",
+            Message_icon::exclamation, Message_buttons::yes_no};
+        const Message_answer answer = co_await window_.ask(question);
+        co_return answer == Message_answer::yes;
+    }
+    if (!takes_new_file(item) && item != File_item::resequence && !exists) {
+        const Message missing{"File " + name + " does not exist", std::string(product_name),
+                              Message_icon::critical, Message_buttons::ok};
+        co_await window_.ask(missing);
+        co_return false;
+    }
+    co_return true;
+}
+
+Task<> File_commands::act(int item) {
+    switch (item) {
+        case send:
+        case binary_send:
+            co_await commands_.send(item == binary_send);
+            break;
+        case receive:
+        case binary_receive:
+            co_await commands_.receive(item == binary_receive);
+            break;
+        case print:
+            co_await commands_.print();
+            break;
+        default:
+            co_await commands_.resequence();
+    }
+}
+
+}  // namespace kelvane

@@ -1,0 +1,212 @@
+#include "receive/receive.h"
+
+#include <utility>
+
+#include "platform/basic_text.h"
+#include "receive/receive_saver.h"
+#include "receive/received_text.h"
+#include "session/file_names.h"
+#include "transmit/switchbox.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr std::size_t breath_every = 100;  // bytes
+
+Transfer_end end_with_note(Outcome outcome, std::string note, Message box) {
+    Transfer_end end = end_with(outcome, std::move(box));
+    end.note = std::move(note);
+    return end;
+}
+
+Message illegal_characters() {
+    return critical_box(
+        "Illegal characters received via serial port.\n"
+        "Be sure baudrate, stop-bits, and tape code\n"
+        "match the CNCs parameter settings.\n"
+        "(Hint: use automatic code recognition)\n"
+        "If CNC sends man-readable leaders,\n"
+        "use option to ignore data before 1st EOB",
+        "Serial data error");
+}
+
+}  // namespace
+
+Receive::Receive(const Session& session, const Code_tables& tables)
+    : session_(session), tables_(tables), staging_(session.files, session.loop) {}
+
+Task<Transfer_end> Receive::receive(const Transfer_options& options, std::string path,
+                                    bool binary) {
+    if (auto refusal = stage(path, binary)) {
+        co_return std::move(*refusal);
+    }
+    session_.control.begin_receiving();
+    Text_sender sender(session_, tables_, options, Text_sender::On_stop::ends);
+    if (auto refusal = co_await Send_switchbox_codes(session_, options, sender)) {
+        co_return std::move(*refusal);
+    }
+    session_.control.wait_for_data();
+    session_.op.show_text(binary ? "Ready to receive BINARY data ..."
+                                 : "Ready to receive data ...");
+    const Collected collected = co_await collect(options);
+    if (collected.end != Collected_end::silence) {
+        co_return unfinished_end(collected, path);
+    }
+    session_.control.line_silent();
+    if (binary) {
+        co_return keep_binary(collected.bytes);
+    }
+    co_return co_await save_text(options, std::move(path));
+}
+
+std::optional<Transfer_end> Receive::stage(const std::string& path, bool binary) {
+    std::string reason;
+    if (!binary && same_path(path, staging_.path())) {
+        reason = "The program itself works with this file. Choose another name.";
+    } else if (const auto cleared = staging_.clear(); !cleared) {
+        reason = cleared.reason();
+    } else {
+        return std::nullopt;
+    }
+    return end_with(
+        Outcome::refused,
+        warning_box("Cannot access file\n" + staging_.path() + "\n" + reason, "Disk write error"));
+}
+
+Task<Collected> Receive::collect(const Transfer_options& options) {
+    Receive_poll poll(session_, staging_, options);
+    co_return co_await poll.run();
+}
+
+Transfer_end Receive::unfinished_end(const Collected& collected, const std::string& path) const {
+    const std::string& staging = staging_.path();
+    const std::string kept = "The bytes received are in " + staging;
+    const std::string port = session_.control.port_name();
+    switch (collected.end) {
+        case Collected_end::line_lost:
+            return end_with_note(
+                Outcome::lost_line, port + " is no longer there  |  " + kept,
+                critical_box(port +
+                                 " is no longer there.\nThe bytes received until then "
+                                 "are kept in\n" +
+                                 staging,
+                             "Com port error"));
+        case Collected_end::unwritten:
+            return end_with_note(
+                Outcome::disk_full, "Receive ended: disk write error  |  " + kept,
+                critical_box("Cannot access file\n" + staging + "\n" + collected.reason +
+                                 "\nThe bytes received until then are kept in it.",
+                             "Disk write error"));
+        case Collected_end::overflow:
+            return end_with(Fault::overflow);
+        default:
+            return {.outcome = Outcome::stopped,
+                    .log = "Receive aborted. File " + path + " not saved.",
+                    .note = collected.bytes == 0 ? std::string() : kept,
+                    .box = {}};
+    }
+}
+
+Transfer_end Receive::keep_binary(std::int64_t bytes) {
+    session_.control.happens(Transfer_event::converted);
+    const std::string received = "Received: " + Str(bytes) + " bytes of BINARY data ...";
+    session_.op.show_text(received);
+    Files& files = session_.files;
+    const std::string target = files.program_path(file_names::received_binary);
+    const auto moved = files.rename(staging_.path(), target);
+    if (!moved) {
+        if (const auto copied = files.copy(staging_.path(), target); !copied) {
+            return unsaved_end(target, copied.reason(), staging_.path());
+        }
+        staging_.remove();
+    }
+    Transfer_end end;
+    end.note = received + "  " + target;
+    return end;
+}
+
+Task<Transfer_end> Receive::save_text(const Transfer_options& options, std::string path) {
+    const std::string not_saved = "Not saved; the received data is in " + staging_.path();
+    const Text_or_trouble converted = co_await code_convert_file(options);
+    if (const auto* trouble = std::get_if<Message>(&converted)) {
+        co_return end_with_note(Outcome::disk_full, not_saved, *trouble);
+    }
+    const auto& text = std::get<std::string>(converted);
+    if (text.empty()) {
+        co_return end_with_note(Outcome::nothing_received, not_saved, illegal_characters());
+    }
+    session_.control.happens(Transfer_event::converted);
+    std::string kept(skipped_up_to(text, options.Skip_upto));
+    if (kept.empty()) {
+        co_return end_with_note(
+            Outcome::nothing_received, not_saved,
+            critical_box("Nothing was received after the text up to which data is skipped.\n"
+                         "The received data is kept in\n" +
+                             staging_.path(),
+                         "Received data error"));
+    }
+    Receive_saver saver(session_, staging_, std::move(path));
+    co_return co_await saver.save(std::move(kept), options);
+}
+
+Task<Receive::Text_or_trouble> Receive::code_convert_file(const Transfer_options& options) {
+    const auto raw = staging_.read();
+    if (!raw) {
+        co_return critical_box("Cannot access file\n" + staging_.path() + "\n" + raw.reason(),
+                               "Disk read error");
+    }
+    Received_code code{options.RX_code == 1 ? receive_eia : receive_ascii,
+                       static_cast<unsigned char>(options.RX_eob)};
+    if (options.Use_auto_code_recognition) {
+        const auto recognised = recognise_code(*raw);
+        if (!recognised) {
+            const Message box = critical_box(
+                "Cannot recognize received data.\nCheck I/O device "
+                "settings.",
+                "Received data error");
+            co_await session_.op.ask(box);
+            co_return *raw;
+        }
+        code = *recognised;
+        session_.op.show_text(code.column == receive_eia ? "Code converting EIA data"
+                                                         : "Code converting ASCII/ISO data");
+    }
+    std::string text = co_await converted(*raw, code, options);
+    if (const auto staged = stage_text(text); !staged) {
+        co_return *unsaved_end(session_.files.program_path(file_names::scratch_converted),
+                               staged.reason(), staging_.path())
+            .box;
+    }
+    co_return text;
+}
+
+Task<std::string> Receive::converted(const std::string& raw, Received_code code,
+                                     const Transfer_options& options) {
+    Received_text text(
+        raw, tables_, code,
+        {options.ignore_before, options.ignore_after, options.unwanted, options.RX_Mask});
+    while (!text.at_end()) {
+        text.take(breath_every);
+        co_await session_.loop.breath();
+    }
+    co_return text.finish();
+}
+
+/// The text takes the bytes' place only when it is complete; an empty one never does.
+Result<> Receive::stage_text(const std::string& text) {
+    if (text.empty()) {
+        return {};
+    }
+    Files& files = session_.files;
+    const std::string converted = files.program_path(file_names::scratch_converted);
+    const auto staged = files.replace(converted, text).and_then([&] {
+        return files.rename(converted, staging_.path());
+    });
+    if (!staged) {
+        files.remove(converted);
+    }
+    return staged;
+}
+
+}  // namespace kelvane

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "platform/fault.h"
+#include "platform/message_box.h"
+
+namespace kelvane {
+
+/// How a transfer has ended.
+enum class Outcome {
+    done,
+    stopped,           ///< by the operator, a later command or the end of the program
+    refused,           ///< it could not begin, or not go on; its box says why
+    lost_line,         ///< the port has gone
+    disk_full,         ///< what had come could not be written
+    nothing_received,  ///< nothing of what had come is text
+    fault,             ///< a limit was met
+};
+
+/// The end of a transfer, and what the operator is shown of it.
+struct Transfer_end {
+    Outcome outcome = Outcome::done;
+    std::string log;             ///< the editor's text
+    std::string note;            ///< beside the idle machine in the status bar
+    std::optional<Message> box;  ///< shown when all else has been put in order
+    bool holds_stop = false;     ///< Stop reads "Reset", as after a press
+    bool quiet = false;          ///< a send that ends without a beep
+};
+
+/// The end with that outcome, which shows a box and nothing else.
+[[nodiscard]] Transfer_end end_with(Outcome outcome, Message box);
+/// The end by a fault, whose words a critical box shows.
+[[nodiscard]] Transfer_end end_with(Fault fault);
+/// A critical box; `title` is the product's name when nothing else is said.
+[[nodiscard]] Message critical_box(std::string text, std::string title = std::string(product_name));
+/// An exclamation.
+[[nodiscard]] Message warning_box(std::string text, std::string title);
+
+}  // namespace kelvane
