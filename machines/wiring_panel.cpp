@@ -10,8 +10,13 @@ namespace {
 
 constexpr int device_interval = 2000;
 
+/// What the device says of itself stands before a lasting name, which is long.
 std::string device_text(const Serial_device& device) {
-    return device.description.empty() ? device.path : device.path + "  " + device.description;
+    if (device.description.empty()) {
+        return device.path;
+    }
+    return device.path == device.node ? device.path + "  " + device.description
+                                      : device.description + "  " + device.path;
 }
 
 }  // namespace

@@ -384,6 +384,8 @@ TEST_F(Machine_forms, a_name_that_may_become_anothers_is_told_and_replaced_with_
     house.desktop.devices = {{"/dev/serial/by-id/a", "Maker, A1", "/dev/ttyUSB0"},
                              {"/dev/serial/by-path/b", "", "/dev/ttyUSB1", 5}};
     form.show();
+    EXPECT_THAT(form.wiring.Device_lst.items(),
+                ElementsAre("Maker, A1  /dev/serial/by-id/a", "/dev/serial/by-path/b"));
     EXPECT_EQ(form.wiring.Device_lst.selected(), 1);
     EXPECT_EQ(form.wiring.device_hint.caption(),
               "After a restart this name may be another adapter's.");
