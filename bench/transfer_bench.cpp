@@ -204,6 +204,7 @@ bool wait_at_rest(const char* what, int event) {
         folder.start(Program_directory::job(event, folder.path(event == 1 ? "PART.NC" : "BACK")));
     static_cast<void>(wait_until([&] { return folder.exists(staging); }, patience));
     const std::string waiting = std::string(" while waiting for ") + what;
+    std::this_thread::sleep_for(2s);  // to the end of its start
     const double before = times_woken(*program);
     const double share = processor_share(*program, 9s);
     const double woken = (times_woken(*program) - before) / 10;
