@@ -198,10 +198,19 @@ struct Off_code {
 };
 
 constexpr Off_code off_codes[] = {
-    {Modal::cycle, 800},   {Modal::radius_comp, 400}, {Modal::length_comp, 490},
-    {Modal::scaling, 500}, {Modal::mirror, 501},      {Modal::rotation, 690},
-    {Modal::spindle, 5},   {Modal::mist, 9},          {Modal::flood, 9},
-    {Modal::polar, 150},   {Modal::macro_call, 670},  {Modal::interpolation, 131},
+    {Modal::local_shift, no_shift},
+    {Modal::cycle, 800},
+    {Modal::radius_comp, 400},
+    {Modal::length_comp, 490},
+    {Modal::scaling, 500},
+    {Modal::mirror, 501},
+    {Modal::rotation, 690},
+    {Modal::spindle, 5},
+    {Modal::mist, 9},
+    {Modal::flood, 9},
+    {Modal::polar, 150},
+    {Modal::macro_call, 670},
+    {Modal::interpolation, 131},
 };
 
 std::optional<int> whole(std::string_view digits) {

@@ -99,6 +99,9 @@ std::optional<int> m_code(std::string_view number);
 G_use g_use(int tenths, Machining machining);
 M_use m_use(int code);
 
+/// Stands for a local shift of zero on all axes that had one.
+inline constexpr int no_shift = 0;
+
 /// True for the code (as in `Setting`) that ends a group's effect: G40, G49, G80, M9 and their
 /// like.
 bool is_off_code(Modal group, int code);

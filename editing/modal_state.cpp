@@ -314,15 +314,18 @@ void Modal_reader::read_shift(const Block_words& block, std::string_view g_word)
         }
         return;
     }
-    bool zero = g_word == "G52";
+    const std::string& shifted = state_[Modal::local_shift].word;
+    bool ends = g_word == "G52" && !shifted.starts_with("G92");
     for (const auto& [letter, axis] : axes) {
-        if (const auto& word = block[letter]) {
+        const Block_word* const word = block[letter];
+        if (word != nullptr) {
             text += ' ' + text_of(*word);
-            zero = zero && !word->computed && is_zero(word->number);
         }
+        const bool to_zero = word != nullptr && !word->computed && is_zero(word->number);
+        const bool named = word != nullptr || shifted.find(letter) != std::string::npos;
+        ends = ends && (to_zero || !named);
     }
-    // The place of a local shift of zero is the work offset's own: as if there had been none.
-    set(Modal::local_shift, zero ? "" : text);
+    set(Modal::local_shift, text, ends ? no_shift : -1);
     doubt_positions(Doubt::offset_change);
 }
 

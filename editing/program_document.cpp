@@ -110,18 +110,36 @@ bool Program_document::allowed(std::size_t at, std::size_t removed, std::size_t 
            (added <= removed || text_.size() - removed + added <= max_grown);
 }
 
-/// The first byte at or behind `at` that is no part of a line end: whatever stands before it, there
-/// a character begins.
+/// Where a character or a line end begins before `at` with nothing in front that an edit at `at`
+/// could alter.
+std::size_t Program_document::run_begin(std::size_t at) const {
+    std::size_t begin = at - std::min(at, line_end_reach);
+    while (begin > 0 && is_inside_character(begin)) {
+        --begin;
+    }
+    return offset_of(position_of(begin));
+}
+
+/// The first byte at or behind `at` that begins a character, whatever stands before it.
 std::size_t Program_document::run_end(std::size_t at) const {
-    return std::min(text_.find_first_not_of(line_end_bytes, at), text_.size());
+    std::size_t end = at;
+    while (end < text_.size() && (line_end_bytes.find(text_[end]) != std::string_view::npos ||
+                                  is_inside_character(end))) {
+        ++end;
+    }
+    return end;
+}
+
+bool Program_document::is_inside_character(std::size_t at) const {
+    return encoding() == Text_encoding::utf8 && is_continuation(text_[at]);
 }
 
 /// Changes the text and what is known of its lines, and nothing else.
 Program_document::Exchange Program_document::exchange(std::size_t at, std::size_t removed,
                                                       std::string_view added) {
     const std::size_t behind = text_.size() - run_end(at + removed);
-    const std::size_t position = position_of(at - std::min(at, line_end_reach));
-    const std::size_t from = offset_of(position);
+    const std::size_t from = run_begin(at);
+    const std::size_t position = position_of(from);
     std::u16string before = shown(from, text_.size() - behind);
     text_.replace(at, removed, added);
     index_.edited(text_, at, removed, added.size());
@@ -170,8 +188,8 @@ Shown_change Program_document::typed(std::size_t position, std::size_t removed,
     if (!allowed(at, end - at, bytes.size())) {
         return {position + same, added.size(), shown(at, end)};
     }
-    const std::size_t before = offset_of(position_of(at - std::min(at, line_end_reach)));
-    std::u16string in_widget = shown(before, at) + std::u16string(added) + shown(end, run_end(end));
+    std::u16string in_widget =
+        shown(run_begin(at), at) + std::u16string(added) + shown(end, run_end(end));
     remember({at, text_.substr(at, end - at), bytes});
     Exchange done = exchange(at, end - at, bytes);
     done.before = std::move(in_widget);

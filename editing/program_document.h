@@ -100,7 +100,9 @@ class Program_document {
 
     void begin(std::string bytes);
     [[nodiscard]] bool allowed(std::size_t at, std::size_t removed, std::size_t added) const;
+    [[nodiscard]] std::size_t run_begin(std::size_t at) const;
     [[nodiscard]] std::size_t run_end(std::size_t at) const;
+    [[nodiscard]] bool is_inside_character(std::size_t at) const;
     Exchange exchange(std::size_t at, std::size_t removed, std::string_view added);
     static Shown_change change_of(const Exchange& exchange);
     void remember(Edit edit);

@@ -113,7 +113,7 @@ TEST(ModalState, OfEveryWayToWriteABlock) {
         {"another offset", mill, "G90G54X1.Y1.\nG55X2.", "G90 G55 X2. Y1.?offset"},
         {"the same offset", mill, "G90G54X1.\nG54", "G90 G54 X1."},
         {"local shift", mill, "G90X1.\nG52 X5.", "G90 G52 X5. X1.?offset"},
-        {"its end", mill, "G52 X5.\nG52 X0.\nG90 X1.", "G90 X1."},
+        {"its end", mill, "G52 X5.\nG52 X0.\nG90 X1.", "G90 G52 X0. X1."},
         {"rotation", mill, "G90X1.\nG68 R45.\nX2.", "G90 G68 X2.?trans"},
         {"variables", mill, "G90X#1Y[#2]F#3G#4", "G90?var F#?var X#?var Y#?var"},
         {"an assignment", mill, "G90X1.\n#1=G2", "G90 X1."},
