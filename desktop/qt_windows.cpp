@@ -71,7 +71,7 @@ QWidget* Qt_windows::active_window() const {
     if (QWidget* modal = modality_.top()) {
         return modal;
     }
-    if (QWidget* active = QApplication::activeWindow()) {
+    if (QWidget* active = QApplication::activeWindow(); active != nullptr && active->isVisible()) {
         return active;
     }
     QWidget* owner = main_window();

@@ -135,6 +135,54 @@ TEST(Receive, ASecondSeparateFileThatFailsIsSaidAndAllStaysStaged) {
     EXPECT_TRUE(shop.idle());
 }
 
+TEST(Receive, KeepsTheOldFileOfAProgramNumberAndCountsFiles) {
+    Shop_floor shop({{18, "1"}}, "");
+    shop.program("P.NC O 1", "another O1");
+    shop.program("P.NC O 2", "O2\r\n\r\n");
+    shop.receive_from_machine("P.NC", "O1\r\nG9\r\nO2\r\nO1\r\n");
+    EXPECT_EQ(shop.file("P.NC O 1"), "O1\r\n\r\n");
+    EXPECT_EQ(shop.file("P.NC O 1.bak"), "another O1");
+    EXPECT_EQ(shop.file("P.NC O 2.bak"), "(missing)") << "the same as before";
+    EXPECT_NE(shop.status().find("Saved 2 programs"), std::string::npos);
+    EXPECT_NE(shop.status().find("3 were received"), std::string::npos);
+
+    Shop_floor no_backup({{18, "1"}}, "");
+    no_backup.program("P.NC O 1", "another O1");
+    no_backup.desk.files.fail("copy", ".bak");
+    no_backup.boxes().expect("P.NC O 1");
+    no_backup.receive_from_machine("P.NC", "O1\r\n");
+    EXPECT_EQ(no_backup.file("P.NC O 1"), "another O1");
+    EXPECT_EQ(no_backup.scratch(), "O1\r\n");
+}
+
+TEST(Receive, StopEndsTheSelectCodesToo) {
+    for (const char* handshake : {" 0", " 1"}) {
+        Shop_floor shop({{5, handshake}}, "");
+        shop.desk.files.put("/kelvane/Switchbox codes for Mill", std::string(100, 'A') + "\r\n");
+        shop.machine().after_bytes(5, [&] { shop.window().Stop_button.click(); });
+        shop.menu(1, "NEW.NC");
+        EXPECT_LT(shop.received().size(), 15U);
+        EXPECT_EQ(shop.log(), "Receive aborted. File /nc/NEW.NC not saved.");
+        EXPECT_TRUE(shop.idle());
+    }
+}
+
+TEST(Receive, BeepsOnceForItsDataAndSyncsItEverySecond) {
+    Shop_floor shop({}, "");
+    shop.receive();
+    shop.machine().sends("\x12");
+    shop.pass(1s);
+    shop.machine().sends("\x12");
+    shop.pass(1s);
+    for (int second = 0; second < 3; ++second) {
+        shop.machine().sends("N\r\n");
+        shop.pass(1s);
+    }
+    EXPECT_EQ(shop.desk.files.synced, "N\r\nN\r\n") << "all but the last second";
+    shop.wait_until_idle();
+    EXPECT_EQ(shop.desk.desktop.beeps, 3) << "the start, the first data, the end";
+}
+
 TEST(Receive, RefusesThe501stProgramAndKeepsTheTextAsOneFile) {
     std::string wire;
     for (int number = 1; number <= 501; ++number) {
@@ -160,6 +208,7 @@ TEST(Receive, TellsDataThatCannotBeTextAndKeepsIt) {
         shop.boxes().expect(c.said);
         shop.receive_from_machine("NEW.NC", "no line end");
         EXPECT_EQ(shop.file("NEW.NC"), c.saved);
+        EXPECT_EQ(shop.scratch(), *c.saved == '(' ? "no line end" : "(missing)");
         EXPECT_TRUE(shop.idle());
     }
 }
@@ -206,6 +255,7 @@ TEST(Receive, WhatCannotBeSavedStaysStagedAndIsSaid) {
 
 TEST(Receive, ALostAdapterOrAFullDiskKeepsWhatHadCome) {
     for (const bool lost : {true, false}) {
+        SCOPED_TRACE(lost);
         Shop_floor shop({}, "");
         shop.receive();
         shop.machine().sends("%\r\nG0\r\n");
@@ -213,7 +263,11 @@ TEST(Receive, ALostAdapterOrAFullDiskKeepsWhatHadCome) {
         shop.boxes().expect(lost ? "COM1 (/dev/test1) is no longer there"
                                  : "No space left on device");
         shop.desk.files.fail("append", "data 5", "No space left on device");
-        lost ? shop.machine().hang_up() : shop.machine().sends("G1\r\n");
+        if (!lost) {
+            shop.machine().sends("G1\r\n");
+            shop.pass(10ms);
+        }
+        shop.machine().hang_up();  // with a full disk still one box
         shop.pass(100ms);
         EXPECT_TRUE(shop.idle());
         EXPECT_EQ(shop.scratch(), "%\r\nG0\r\n");

@@ -313,6 +313,44 @@ TEST(Send, ACommandPickedDuringASendEndsItAndThenStarts) {
     EXPECT_EQ(shop.machine().times_opened(), 2);
 }
 
+TEST(Send, AModalFormLeavesItAloneAndStopAndSendWorkBesideIt) {
+    Shop_floor shop({}, std::string(2000, 'A') + "\r\n");
+    auto& form = shop.all().directories_form;
+    std::size_t when_paused = 0;
+    shop.machine().after(500ms, [&] { shop.window().ConfigMenuItem[4].click(); });
+    shop.machine().after(1s, [&] {
+        EXPECT_TRUE(form.visible());
+        EXPECT_GT(shop.received().size(), 800U);
+        shop.window().Stop_button.click();
+    });
+    shop.machine().after(1100ms, [&] { when_paused = shop.received().size(); });
+    shop.machine().after(3s, [&] {
+        EXPECT_EQ(shop.received().size(), when_paused);
+        form.close();
+        shop.window().Send_button.click();
+    });
+    shop.send();
+    EXPECT_EQ(shop.received(), std::string(2000, 'A') + "\r\n");
+    for (std::size_t byte = 1; byte < when_paused; ++byte) {
+        ASSERT_LT(shop.machine().times()[byte] - shop.machine().times()[byte - 1], 50ms);
+    }
+}
+
+TEST(Send, AProgramSupplyRepeatsItAndAnAlarmEndsIt) {
+    Shop_floor shop({{7, "%"}}, part);
+    shop.start();
+    Transfer_control& control = shop.window().control;
+    control.DNC_cycle = 1;
+    shop.machine().after(1s, [&] {
+        EXPECT_EQ(shop.received(), "%" + std::string(part)) << "each pass waits for an Xon";
+        shop.machine().after_bytes(30, [&] { control.DNC_alarm = true; });
+        shop.machine().sends(xon);
+    });
+    shop.send();
+    EXPECT_EQ(shop.received(), "%" + std::string(part) + "%O0001\r\nG0X1\r\n");
+    EXPECT_TRUE(shop.idle());
+}
+
 TEST(Send, ClosingTheWindowEndsItInEveryState) {
     for (const auto when : {50ms, 150ms, 400ms}) {
         Shop_floor shop({}, std::string(300, 'A') + "\r\n");

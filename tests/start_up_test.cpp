@@ -1,5 +1,6 @@
 // Start-up, shut-down, the command line and the main window's commands.
 
+#include <functional>
 #include <gtest/gtest.h>
 
 #include "frame/command_line.h"
@@ -157,6 +158,71 @@ TEST(CommandJob, AMissingFileOrNameEndsTheProgram) {
         shop.pass(200ms);
         EXPECT_TRUE(shop.desk.windows.ended);
     }
+}
+
+TEST(CommandJob, EndsTheProgramWhateverHasEndedItAndSaysHow) {
+    using Step = std::function<void(Shop_floor&)>;
+    const Step none = [](Shop_floor&) {};
+    const struct {
+        const char* what;
+        const char* job;
+        const char* box;
+        Step before, during;
+        int status;
+    } cases[] = {
+        {"sent", "1|/nc/PART.NC|Mill", "", none,
+         [](Shop_floor& shop) { shop.machine().sends(xon); }, 0},
+        {"stopped", "1|/nc/PART.NC|Mill", "", none,
+         [](Shop_floor& shop) { shop.window().Stop_button.click(); }, 1},
+        {"no port", "5|/nc/PART.NC|Mill", "port is not available",
+         [](Shop_floor& shop) { shop.machine().refuse(Port_error::in_use, ""); }, none, 1},
+        {"lost line", "1|/nc/PART.NC|Mill", "no longer there", none,
+         [](Shop_floor& shop) { shop.machine().hang_up(); }, 1},
+        {"received", "2|/nc/NEW.NC|Mill", "", none,
+         [](Shop_floor& shop) { shop.machine().sends("%\r\n"); }, 0},
+        {"aborted", "6|/nc/NEW.NC|Mill", "", none,
+         [](Shop_floor& shop) { shop.window().Stop_button.click(); }, 1},
+        {"no text", "2|/nc/NEW.NC|Mill", "Illegal characters",
+         [](Shop_floor& shop) {
+             shop.machine_file("Mill", {{10, "YES"}, {13, "NO"}});
+         },
+         [](Shop_floor& shop) { shop.machine().sends("X"); }, 1},
+        {"full disk", "2|/nc/NEW.NC|Mill", "Disk write error",
+         [](Shop_floor& shop) { shop.desk.files.fail("append", "data 5"); },
+         [](Shop_floor& shop) { shop.machine().sends("X"); }, 1},
+        {"window closed", "2|/nc/NEW.NC|Mill", "", none,
+         [](Shop_floor& shop) { shop.window().close(); }, 1},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        Shop_floor shop({}, "G0\r\n");
+        shop.desk.files.put("/kelvane/Editor IO device list", "Mill\r\n");
+        c.before(shop);
+        if (*c.box != '\0') {
+            shop.boxes().expect(c.box);
+        }
+        shop.machine().after(1s, [&] { c.during(shop); });
+        shop.start(c.job);
+        shop.desk.loop.run_until([&] { return shop.desk.windows.ended; });
+        EXPECT_EQ(shop.desk.windows.exit_status, c.status);
+        EXPECT_TRUE(shop.idle());
+    }
+}
+
+TEST(StatusBar, KeepsTheMachineOfATransferAndTheWarningOfAJob) {
+    Shop_floor shop({}, "G0\r\n");
+    shop.desk.files.put("/kelvane/Editor IO device list", "Mill\r\n");
+    shop.desk.files.fail("replace", "IO device list", "disk full");
+    shop.start("9|/nc/PART.NC|New");
+    shop.pass(200ms);
+    shop.machine().after(50ms, [&] {
+        shop.state().IO_device_name = "Lathe";
+        shop.window().show_machine();
+        EXPECT_TRUE(shop.status().starts_with("Mill on COM1")) << shop.status();
+    });
+    shop.send();
+    EXPECT_TRUE(shop.status().starts_with("Machine: Lathe")) << shop.status();
+    EXPECT_NE(shop.status().find("Machine New could not be added: disk full"), std::string::npos);
 }
 
 TEST(FileMenu, RefusesWhatIsMissingOrABackup) {
