@@ -66,7 +66,7 @@ std::string renumbered(const std::string& text, bool gotos) {
     kelvane::Resequence_options options;
     options.add_space = true;
     options.gotos = gotos;
-    auto result = kelvane::resequence(text, options, [](int) { return true; });
+    auto result = kelvane::resequence(text, options);
     auto* done = std::get_if<kelvane::Resequenced>(&result);
     return done == nullptr ? std::string() : std::move(done->text);
 }

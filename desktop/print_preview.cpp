@@ -1,10 +1,10 @@
 #include "desktop/print_preview.h"
 
-#include <QApplication>
 #include <QPainter>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QScreen>
+#include <utility>
 
 namespace kelvane {
 
@@ -27,16 +27,19 @@ void paint_pages(QPrinter& printer, const std::vector<Print_page>& pages, const 
 
 }  // namespace
 
-void show_print_preview(QPrinter& printer, const std::vector<Print_page>& pages,
-                        const Print_fit& fit) {
-    QPrintPreviewDialog dialog(&printer, QApplication::activeWindow());
-    dialog.setObjectName("print_preview");
-    dialog.setWindowTitle("Preview of " + printer.docName());
-    QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog,
-                     [&](QPrinter* asked) { paint_pages(*asked, pages, fit); });
+Task<> show_print_preview(Qt_windows& windows, std::shared_ptr<QPrinter> printer,
+                          std::vector<Print_page> pages, Print_fit fit) {
+    const Dialog_owner<QPrintPreviewDialog> dialog("print_preview", printer.get(),
+                                                   windows.active_window());
+    dialog->setWindowTitle("Preview of " + printer->docName());
+    // The dialog may outlive its showing, and takes along what it paints and where.
+    QObject::connect(&*dialog, &QPrintPreviewDialog::paintRequested,
+                     [printer, shown = std::move(pages), fit](QPrinter* asked) {
+                         paint_pages(*asked, shown, fit);
+                     });
     constexpr double part_of_screen = 0.8;
-    dialog.resize(dialog.screen()->availableSize() * part_of_screen);
-    dialog.exec();
+    dialog->resize(dialog->screen()->availableSize() * part_of_screen);
+    co_await windows.run(*dialog);
 }
 
 }  // namespace kelvane

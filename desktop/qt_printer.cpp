@@ -53,6 +53,10 @@ bool is_complete_pdf(const std::string& content) {
     return content.find("%%EOF", start) != std::string::npos;
 }
 
+Result<> done_or_failed(bool done, std::string reason) {
+    return done ? Result<>() : Failure{std::move(reason)};
+}
+
 }  // namespace
 
 /// The document in work. Members end in reverse order: the painter before its printer.
@@ -126,37 +130,38 @@ Task<> Qt_printer::select_printer() {
     }
 }
 
-bool Qt_printer::begin_document(const std::string& title, Print_destination destination) {
+Result<> Qt_printer::begin_document(const std::string& title, Print_destination destination) {
     abort_document();
-    last_error_.clear();
     destination_.clear();
     auto document = std::make_unique<Document>();
     document->destination = destination;
     document->printer = chosen_ ? chosen_ : system_printer();
     document->printer->setDocName(to_screen(title));
-    if (destination == Print_destination::paper && !start_painting(*document)) {
-        return false;
+    if (destination == Print_destination::paper) {
+        if (const auto started = start_painting(*document); !started) {
+            return started;
+        }
     }
     document_ = std::move(document);
-    return true;
+    return {};
 }
 
-bool Qt_printer::start_painting(Document& document) {
+Result<> Qt_printer::start_painting(Document& document) {
     QPrinter& printer = *document.printer;
     if (!document.spool.isValid()) {
-        return failed(from_screen(document.spool.errorString()));
+        return Failure{from_screen(document.spool.errorString())};
     }
     document.pdf_target = printer.outputFileName();
     if (!document.pdf_target.isEmpty()) {
         printer.setOutputFileName(document.spool.filePath("listing.pdf"));
     } else if (!printer.isValid()) {
-        return failed("The printer " + from_screen(printer.printerName()) + " is not there");
+        return Failure{"The printer " + from_screen(printer.printerName()) + " is not there"};
     }
     const Spool_folder spool(document.spool.path());
     if (!document.painter.begin(&printer)) {
-        return failed("The printer " + from_screen(printer.printerName()) + " takes no document");
+        return Failure{"The printer " + from_screen(printer.printerName()) + " takes no document"};
     }
-    return true;
+    return {};
 }
 
 void Qt_printer::fit_page(int rows, int columns) {
@@ -165,72 +170,75 @@ void Qt_printer::fit_page(int rows, int columns) {
     }
 }
 
-bool Qt_printer::print(std::string_view text) {
+Result<> Qt_printer::print(std::string_view text) {
     if (!document_) {
-        return failed("No document is open");
+        return Failure{"No document is open"};
     }
     document_->page.push_back({font_, std::string(text)});
-    return true;
+    return {};
 }
 
-bool Qt_printer::draw_barcode(std::string_view text, int rows, int columns) {
+Result<> Qt_printer::draw_barcode(std::string_view text, int rows, int columns) {
     const auto modules = code39_modules(text);
     if (!document_ || modules.empty() ||
         Page_metrics(*document_->printer, document_->fit)
                 .module_width(font_, columns, modules.size()) == 0) {
-        return failed("The text is too long for bars that can be read: " + std::string(text));
+        return Failure{"The text is too long for bars that can be read: " + std::string(text)};
     }
     document_->page.push_back({font_, std::string(text), rows, columns});
-    return true;
+    return {};
 }
 
-bool Qt_printer::new_page() {
+Result<> Qt_printer::new_page() {
     if (!document_) {
-        return failed("No document is open");
+        return Failure{"No document is open"};
     }
     if (document_->destination == Print_destination::preview) {
         document_->pages.push_back(std::exchange(document_->page, {}));
-        return true;
+        return {};
     }
-    return paint_page() && (document_->printer->newPage() || failed("The printer failed"));
+    return paint_page().and_then(
+        [this] { return done_or_failed(document_->printer->newPage(), "The printer failed"); });
 }
 
-bool Qt_printer::paint_page() {
+Result<> Qt_printer::paint_page() {
     const Print_page page = std::exchange(document_->page, {});
-    return Page_painter(*document_->printer, document_->painter, document_->fit).paint(page) ||
-           failed("The printer failed");
+    Page_painter painter(*document_->printer, document_->painter, document_->fit);
+    return done_or_failed(painter.paint(page), "The printer failed");
 }
 
-bool Qt_printer::end_document() {
+Task<Result<>> Qt_printer::end_document() {
     if (!document_) {
-        return failed("No document is open");
+        co_return Failure{"No document is open"};
     }
     if (document_->destination == Print_destination::paper) {
-        return paint_page() && finish_paper(*std::exchange(document_, nullptr));
+        co_return paint_page().and_then(
+            [this] { return finish_paper(*std::exchange(document_, nullptr)); });
     }
     const auto document = std::exchange(document_, nullptr);
     document->pages.push_back(std::move(document->page));
-    show_print_preview(*document->printer, document->pages, document->fit);
-    return true;
+    co_await show_print_preview(windows_, document->printer, document->pages, document->fit);
+    co_return Result<>();
 }
 
-bool Qt_printer::finish_paper(Document& document) {
+Result<> Qt_printer::finish_paper(Document& document) {
     const bool ended = document.painter.end();
     if (document.pdf_target.isEmpty()) {
         destination_ = from_screen(document.printer->printerName());
-        return (ended && document.printer->printerState() != QPrinter::Error) ||
-               failed("The printer " + destination_ + " refused the document");
+        return done_or_failed(ended && document.printer->printerState() != QPrinter::Error,
+                              "The printer " + destination_ + " refused the document");
     }
     const QString written = document.printer->outputFileName();
     document.printer->setOutputFileName(document.pdf_target);
     destination_ = from_screen(QFileInfo(document.pdf_target).fileName());
     const auto content = files_.read(QFile::encodeName(written).toStdString());
     if (!ended || !content || !is_complete_pdf(*content)) {
-        return failed("The temporary file of the listing could not be written");
+        return Failure{"The temporary file of the listing could not be written"};
     }
     const auto stored =
         files_.replace(QFile::encodeName(document.pdf_target).toStdString(), *content);
-    return stored || failed("Can't write " + destination_ + ": " + stored.reason());
+    return done_or_failed(stored.has_value(),
+                          "Can't write " + destination_ + ": " + stored.reason());
 }
 
 void Qt_printer::abort_document() {
@@ -251,11 +259,6 @@ void Qt_printer::drop_document() {
     if (!document->pdf_target.isEmpty()) {
         document->printer->setOutputFileName(document->pdf_target);
     }
-}
-
-bool Qt_printer::failed(std::string reason) {
-    last_error_ = std::move(reason);
-    return false;
 }
 
 }  // namespace kelvane

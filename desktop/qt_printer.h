@@ -31,26 +31,24 @@ class Qt_printer : public Printer {
     [[nodiscard]] bool font_available(const std::string& name) const override;
     [[nodiscard]] std::vector<std::string> fixed_fonts() const override;
     [[nodiscard]] bool can_draw_barcodes() const override { return true; }
-    [[nodiscard]] bool begin_document(const std::string& title,
-                                      Print_destination destination) override;
+    [[nodiscard]] Result<> begin_document(const std::string& title,
+                                          Print_destination destination) override;
     void fit_page(int rows, int columns) override;
-    [[nodiscard]] bool print(std::string_view text) override;
-    [[nodiscard]] bool draw_barcode(std::string_view text, int rows, int columns) override;
-    [[nodiscard]] bool new_page() override;
-    [[nodiscard]] bool end_document() override;
+    [[nodiscard]] Result<> print(std::string_view text) override;
+    [[nodiscard]] Result<> draw_barcode(std::string_view text, int rows, int columns) override;
+    [[nodiscard]] Result<> new_page() override;
+    Task<Result<>> end_document() override;
     void abort_document() override;
     [[nodiscard]] std::string destination_name() const override { return destination_; }
-    [[nodiscard]] std::string last_error() const override { return last_error_; }
     Task<> select_printer() override;
 
   private:
     struct Document;
     [[nodiscard]] std::shared_ptr<QPrinter> system_printer() const;
-    [[nodiscard]] bool start_painting(Document& document);
-    [[nodiscard]] bool paint_page();
+    [[nodiscard]] Result<> start_painting(Document& document);
+    [[nodiscard]] Result<> paint_page();
     void drop_document();
-    [[nodiscard]] bool finish_paper(Document& document);
-    [[nodiscard]] bool failed(std::string reason);
+    [[nodiscard]] Result<> finish_paper(Document& document);
 
     Files& files_;
     Qt_windows& windows_;
@@ -58,7 +56,6 @@ class Qt_printer : public Printer {
     std::shared_ptr<QPrinter> chosen_;  ///< what Select printer chose; null until it did
     std::unique_ptr<Document> document_;
     std::string destination_;
-    std::string last_error_;
 };
 
 }  // namespace kelvane

@@ -18,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     source.path = input.text();
     source.created = input.text();
     source.content = input.rest();
-    const Listing listing = compose_listing(source, layout, barcode_room, [] { return true; });
+    const Listing listing = compose_listing(source, layout, barcode_room);
     fuzz::require(listing.pages.size() <= most_listing_pages, "not more pages than allowed");
     fuzz::require(listing.fault || !listing.pages.empty(), "pages or a fault");
     fuzz::require(listing_rows(listing, layout, 3) >= 0, "rows counted");

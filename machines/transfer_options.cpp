@@ -6,7 +6,6 @@
 #include "machines/machine_files.h"
 #include "machines/machine_settings.h"
 #include "machines/notation.h"
-#include "machines/port_wiring.h"
 #include "session/file_names.h"
 
 namespace kelvane {
@@ -159,11 +158,6 @@ Loaded_options load_transfer_options(const Files& files, const std::string& mach
     take_choices(record, loaded.options);
     loaded.fault = take_texts(record, loaded.options);
     read_exclamation_delay(files, loaded.options);
-    if (const auto device = read_device(files, record.com_port)) {
-        loaded.options.device = *device;
-    } else {
-        loaded.unknown_device = device.reason();
-    }
     return loaded;
 }
 

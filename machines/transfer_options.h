@@ -16,7 +16,6 @@ struct Transfer_options {
 
     // --- The line
     int com_port = 1;
-    std::string device;  ///< that the number is wired to
     /// Baud rate, parity letter, data bits, stop bits: "9600,N,8,1". With 7 data bits the parity
     /// bit comes from the code table, so the line runs 8 bits without parity.
     std::string line_settings;
@@ -66,8 +65,7 @@ struct Loaded_options {
     bool complete = false;  ///< else the default port settings stand for what it lacks
     /// Why a file that is there cannot be read: another machine may stand at the default port.
     std::string unreadable;
-    std::string unknown_device;  ///< likewise, of the file that wires the COM numbers
-    Fault_or_ok fault;           ///< a text of the record cannot be decoded
+    Fault_or_ok fault;  ///< a text of the record cannot be decoded
 };
 
 /// Reads the record of `machine`, and the pause of "!" lines.

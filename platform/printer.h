@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/result.h"
 #include "platform/task.h"
 
 namespace kelvane {
@@ -22,7 +23,8 @@ enum class Print_destination {
 /// printer that is switched off or slow to answer never delays the program's start.
 ///
 /// The font may be set at any time, also before the document begins, and stays set from one
-/// document to the next. One document is open at most.
+/// document to the next. One document is open at most. A failure's reason is in words for the
+/// operator.
 class Printer {
   public:
     virtual ~Printer() = default;
@@ -45,10 +47,10 @@ class Printer {
     [[nodiscard]] virtual bool can_draw_barcodes() const = 0;
 
     /// Opens a document called `title` in the print queue (for a preview: in the window's title) at
-    /// the top of its first page. A document that is still open is aborted. False when there is
-    /// nowhere to print to; `last_error()` says why.
-    [[nodiscard]] virtual bool begin_document(const std::string& title,
-                                              Print_destination destination) = 0;
+    /// the top of its first page. A document that is still open is aborted. Fails when there is
+    /// nowhere to print to.
+    [[nodiscard]] virtual Result<> begin_document(const std::string& title,
+                                                  Print_destination destination) = 0;
 
     /// Promises that every page has at most `rows` rows and `columns` columns (both at least 1) of
     /// the font set now. When that is more than the paper holds, all sizes of the rest of the
@@ -58,22 +60,22 @@ class Printer {
     /// Prints at the current position and leaves the position behind the last character. Tabs go to
     /// the next multiple of 8 columns; other control characters print nothing. A row that is wider
     /// than the page is condensed to its width, and one below the bottom goes on a further sheet:
-    /// nothing is lost off the paper. False when the printer failed.
-    [[nodiscard]] virtual bool print(std::string_view text) = 0;
+    /// nothing is lost off the paper.
+    [[nodiscard]] virtual Result<> print(std::string_view text) = 0;
 
     /// Draws `text` as a Code 39 bar code `rows` rows of the current font high, beginning `columns`
     /// columns from the left of the printable area at the current row, and goes down by these
-    /// `rows`. `text` has no start and stop characters; they are added. False, with nothing drawn
+    /// `rows`. `text` has no start and stop characters; they are added. Fails, with nothing drawn
     /// and the position unchanged, when the system cannot draw bar codes, when a character has none
     /// in Code 39, or when the bars would be too fine to be read on this paper.
-    [[nodiscard]] virtual bool draw_barcode(std::string_view text, int rows, int columns) = 0;
+    [[nodiscard]] virtual Result<> draw_barcode(std::string_view text, int rows, int columns) = 0;
 
-    /// Ends the page and goes to the top of the next. False when the printer failed.
-    [[nodiscard]] virtual bool new_page() = 0;
+    /// Ends the page and goes to the top of the next.
+    [[nodiscard]] virtual Result<> new_page() = 0;
 
-    /// Ends the last page and releases the document to the printer; a preview is shown now, and the
-    /// call returns when the operator has closed it. False when the printer failed.
-    [[nodiscard]] virtual bool end_document() = 0;
+    /// Ends the last page and releases the document to the printer; a preview is shown now, and
+    /// waited for until the operator has closed it.
+    virtual Task<Result<>> end_document() = 0;
 
     /// Drops the open document: nothing more of it is printed, and a stand-in file is not left half
     /// written. Without an open document it does nothing.
@@ -83,9 +85,6 @@ class Printer {
     /// the program directory when the system has no printer. Empty before the first document and
     /// after one that was previewed only.
     [[nodiscard]] virtual std::string destination_name() const = 0;
-
-    /// Why the last call that returned false failed, in words for the operator; may be empty.
-    [[nodiscard]] virtual std::string last_error() const = 0;
 
     /// The system's dialog to choose the printer of the documents to come (until the program ends).
     /// A cancelled or failed dialog changes nothing and says nothing.

@@ -91,7 +91,7 @@ template <typename T>
 class Value_promise : public Task_promise {
   public:
     [[nodiscard]] Task<T> get_return_object();
-    void return_value(T value) { value_ = std::move(value); }
+    void return_value(T value) { value_.emplace(std::move(value)); }
     [[nodiscard]] T take() {
         rethrow();
         return std::move(*value_);
@@ -176,6 +176,13 @@ Task<T> Value_promise<T>::get_return_object() {
 }
 inline Task<void> Void_promise::get_return_object() {
     return Task<void>(*this);
+}
+
+/// What a task returns that never waits.
+template <typename T>
+T at_once(Task<T> task) {
+    task.handle().resume();
+    return task.result();
 }
 
 }  // namespace kelvane

@@ -50,25 +50,31 @@ class Composer {
           barcode_room_(barcode_room),
           lines_(page_lines(layout)),
           characters_(static_cast<std::size_t>(line_characters(layout))),
-          margin_(static_cast<std::size_t>(listing_margin(layout)), ' ') {}
-
-    Listing compose(const std::function<bool()>& proceed) {
+          margin_(static_cast<std::size_t>(listing_margin(layout)), ' ') {
         start_first_page();
         if (layout_.Print_description) {
             put_header();
         }
-        Lines lines(text_);
-        while (fill_page(lines, proceed)) {
+    }
+
+    /// Composes one program line. False when there is none left, or no page can follow.
+    bool compose_line() {
+        if (printed_ > lines_) {
             finish_page();
         }
-        if (!listing_.fault && !listing_.stopped) {
+        if (listing_.pages.size() >= most_listing_pages) {
+            listing_ = {{}, Fault::subscript_out_of_range};
+            return false;
+        }
+        if (rest_.at_end()) {
             finish_listing();
+            return false;
         }
-        if (listing_.fault || listing_.stopped) {
-            listing_.pages.clear();
-        }
-        return std::move(listing_);
+        put_line(rest_.take());
+        return true;
     }
+
+    [[nodiscard]] Listing take() { return std::move(listing_); }
 
   private:
     void start_first_page() {
@@ -92,25 +98,6 @@ class Composer {
         put_header_line("Pages:   ", number_text(pages));
         buffer_.append("\n\n\n");
         printed_ = barcode_room_ ? first_line_under_barcode_and_header : first_line_under_header;
-    }
-
-    /// Fills the page with program lines. False at the end of the file or when no page can follow.
-    bool fill_page(Lines& lines, const std::function<bool()>& proceed) {
-        if (listing_.pages.size() >= most_listing_pages) {
-            listing_.fault = Fault::subscript_out_of_range;
-            return false;
-        }
-        while (printed_ <= lines_) {
-            if (lines.at_end()) {
-                return false;
-            }
-            put_line(lines.take());
-            if (!proceed()) {
-                listing_.stopped = true;
-                return false;
-            }
-        }
-        return true;
     }
 
     [[nodiscard]] std::string line_prefix() const {
@@ -161,6 +148,7 @@ class Composer {
 
     const Listing_source& source_;
     const std::string_view text_;  ///< of the program
+    Lines rest_{text_};            ///< not yet composed
     const Page_layout& layout_;
     const bool barcode_room_;
     const int lines_;
@@ -174,9 +162,25 @@ class Composer {
 
 }  // namespace
 
-Listing compose_listing(const Listing_source& source, const Page_layout& layout, bool barcode_room,
-                        const std::function<bool()>& proceed) {
-    return Composer(source, layout, barcode_room).compose(proceed);
+Listing compose_listing(const Listing_source& source, const Page_layout& layout,
+                        bool barcode_room) {
+    Composer composer(source, layout, barcode_room);
+    while (composer.compose_line()) {
+    }
+    return composer.take();
+}
+
+Task<std::optional<Listing>> compose_listing(Event_loop& loop, Listing_source source,
+                                             Page_layout layout, bool barcode_room,
+                                             std::function<bool()> stop_asked) {
+    Composer composer(source, layout, barcode_room);
+    while (composer.compose_line()) {
+        co_await loop.breath();
+        if (stop_asked()) {
+            co_return std::nullopt;
+        }
+    }
+    co_return composer.take();
 }
 
 std::string program_description(std::string_view content) {

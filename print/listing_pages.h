@@ -2,10 +2,12 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "platform/event_loop.h"
 #include "platform/fault.h"
 #include "session/page_layout.h"
 
@@ -21,19 +23,22 @@ struct Listing_source {
 
 /// The pages' texts from page 1 on; lines are separated by single line feeds.
 struct Listing {
-    std::vector<std::string> pages;  ///< empty when `fault` is set or the composition was stopped
+    std::vector<std::string> pages;  ///< empty when `fault` is set
     Fault_or_ok fault;               ///< subscript_out_of_range beyond `most_listing_pages`
-    bool stopped = false;
 };
 
 inline constexpr std::size_t most_listing_pages = 10000;
 
 /// Composes the listing. `layout` may hold any numbers: a page has 1 to 10000 lines, a line 1 to
 /// 10000 characters, and the margin is 0 to 200 blanks. With `barcode_room` the top of page 1 is
-/// left to the bar codes. `proceed` is asked after every program line whether to go on; it is the
-/// place to yield.
-Listing compose_listing(const Listing_source& source, const Page_layout& layout, bool barcode_room,
-                        const std::function<bool()>& proceed);
+/// left to the bar codes.
+Listing compose_listing(const Listing_source& source, const Page_layout& layout, bool barcode_room);
+
+/// The same as long work. It lets others in and asks `stop_asked` after every program line; true
+/// ends it without a value.
+Task<std::optional<Listing>> compose_listing(Event_loop& loop, Listing_source source,
+                                             Page_layout layout, bool barcode_room,
+                                             std::function<bool()> stop_asked);
 
 /// The program's description: the text of the first comment in parentheses in the first 1024
 /// characters, up to its end or the end of its line; empty without one.

@@ -61,9 +61,9 @@ void Page_picture::set_page(Page_sketch page) {
     changed();
 }
 
-Page_layout_form_lite::Page_layout_form_lite(Kelvane_lite_form& window, Printer& printer,
+Page_layout_form_lite::Page_layout_form_lite(Platform& platform, Operator& op, Shared_state& state,
                                              Program_listing& listing)
-    : Form(window.platform.windows, "Page_layout_form_lite", "Page layout"),
+    : Form(platform.windows, "Page_layout_form_lite", "Page layout"),
       Lines_per_page(number_field("Lines_per_page", "&Lines per page", "Lines_per_page_reason",
                                   lines_per_page_range, &Page_layout::Lines_per_page)),
       line_length(number_field("line_length", "&Characters per line", "line_length_reason",
@@ -73,9 +73,12 @@ Page_layout_form_lite::Page_layout_form_lite(Kelvane_lite_form& window, Printer&
       Printer_fontsize(number_field("Printer_fontsize", "Font &size, points",
                                     "Printer_fontsize_reason", font_size_range,
                                     &Page_layout::Printer_fontsize)),
-      window_(window),
-      printer_(printer),
-      listing_(listing) {
+      platform_(platform),
+      printer_(platform.printer),
+      op_(op),
+      state_(state),
+      listing_(listing),
+      tasks_(platform.loop) {
     Printer_font_reason.plain = true;
     attach_handlers();
 }
@@ -101,9 +104,9 @@ void Page_layout_form_lite::attach_handlers() {
     }
     make_exclusive(Barcode_file, Barcode_path);
     make_exclusive(Barcode_path, Barcode_file);
-    Preview_button.on_click = [this] { preview(); };
+    Preview_button.on_click = [this] { tasks_.start(preview()); };
     Defaults_button.on_click = [this] { show_layout(Page_layout{}); };
-    OK_button.on_click = [this] { accept(); };
+    OK_button.on_click = [this] { tasks_.start(accept()); };
     Cancel_button.on_click = [this] { unload(); };
 }
 
@@ -119,7 +122,7 @@ void Page_layout_form_lite::make_exclusive(Check_box& one, Check_box& other) {
 void Page_layout_form_lite::on_load() {
     preview_path_.clear();
     Printer_font_list.set_items(printer_.fixed_fonts());
-    show_layout(window_.state.page_layout);
+    show_layout(state_.page_layout);
 }
 
 void Page_layout_form_lite::show_layout(const Page_layout& layout) {
@@ -193,11 +196,11 @@ void Page_layout_form_lite::values_changed() {
 }
 
 void Page_layout_form_lite::draw(const Page_layout& layout) {
-    const Desktop_services& desktop = window_.platform.desktop;
+    const Desktop_services& desktop = platform_.desktop;
     const std::string now = desktop.date_text() + " " + desktop.time_text();
-    const Listing listing = compose_listing(
-        {sample_program(), window_.platform.files.program_path("\\SAMPLE.NC"), now, now}, layout,
-        layout.wants_barcode(), [] { return true; });
+    const Listing listing =
+        compose_listing({sample_program(), platform_.files.program_path("\\SAMPLE.NC"), now, now},
+                        layout, layout.wants_barcode());
     if (!listing.pages.empty()) {
         picture.set_page({rows_of(listing.pages.front()), listing_columns(layout),
                           layout.wants_barcode() ? picture_barcode_rows : 0,
@@ -205,51 +208,54 @@ void Page_layout_form_lite::draw(const Page_layout& layout) {
     }
 }
 
-void Page_layout_form_lite::accept() {
+Task<> Page_layout_form_lite::accept() {
     const auto layout = checked_layout();
     if (!layout) {
-        return;
+        co_return;
     }
-    if (window_.state.unread_files.contains(file_names::page_layout)) {
-        window_.box_now(
+    if (state_.unread_files.contains(file_names::page_layout)) {
+        const Task<Message_answer> box = op_.box(
             "The page layout could not be read when the program was started.\n"
             "It is not written over. Start the program again.");
-        return;
+        co_await box;
+        co_return;
     }
-    Files& files = window_.platform.files;
+    Files& files = platform_.files;
     const std::string path = files.program_path(file_names::page_layout);
     if (const auto written = files.replace(path, page_layout_text(*layout)); !written) {
-        window_.box_now("Can't write the page layout\n" + written.reason());
-        return;
+        const Task<Message_answer> box =
+            op_.box("Can't write the page layout\n" + written.reason());
+        co_await box;
+        co_return;
     }
-    window_.state.page_layout = *layout;
+    state_.page_layout = *layout;
     unload();
 }
 
-void Page_layout_form_lite::preview() {
+Task<> Page_layout_form_lite::preview() {
     const auto layout = checked_layout();
     if (!layout) {
         preview_hint.set_caption("Correct the values first");
     } else if (!listing_.may_start()) {
         preview_hint.set_caption("Not while a transfer or a listing is going on");
-    } else if (const auto path = preview_path()) {
+    } else if (const auto path = co_await preview_path()) {
         preview_hint.set_caption({});
-        listing_.Preview_listing(*path, *layout);
+        co_await listing_.Preview_listing(*path, *layout);
     }
 }
 
-std::optional<std::string> Page_layout_form_lite::preview_path() {
-    for (const std::string& path : {window_.state.filename, preview_path_}) {
-        if (window_.platform.files.exists(path)) {
-            return path;
+Task<std::optional<std::string>> Page_layout_form_lite::preview_path() {
+    for (const std::string& path : {state_.filename, preview_path_}) {
+        if (platform_.files.exists(path)) {
+            co_return path;
         }
     }
-    const auto chosen = window_.platform.file_dialog.choose_file(File_purpose::open);
-    if (!chosen || !window_.platform.files.exists(*chosen)) {
-        return std::nullopt;
+    const auto chosen = co_await platform_.file_dialog.ask_file(File_purpose::open);
+    if (!chosen || !platform_.files.exists(*chosen)) {
+        co_return std::nullopt;
     }
     preview_path_ = *chosen;
-    return preview_path_;
+    co_return preview_path_;
 }
 
 }  // namespace kelvane

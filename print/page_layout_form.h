@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/form.h"
+#include "platform/task_keeper.h"
 #include "print/program_listing.h"
 
 namespace kelvane {
@@ -52,7 +54,8 @@ struct Number_field {
 /// layout without such values.
 class Page_layout_form_lite : public Form {
   public:
-    Page_layout_form_lite(Kelvane_lite_form& window, Printer& printer, Program_listing& listing);
+    Page_layout_form_lite(Platform& platform, Operator& op, Shared_state& state,
+                          Program_listing& listing);
 
     Number_field Lines_per_page;
     Number_field line_length;
@@ -92,15 +95,18 @@ class Page_layout_form_lite : public Form {
     [[nodiscard]] std::string font_reason() const;
     void values_changed();
     void draw(const Page_layout& layout);
-    void accept();
-    void preview();
-    [[nodiscard]] std::optional<std::string> preview_path();
+    Task<> accept();
+    Task<> preview();
+    Task<std::optional<std::string>> preview_path();
 
-    Kelvane_lite_form& window_;
+    Platform& platform_;
     Printer& printer_;
+    Operator& op_;
+    Shared_state& state_;
     Program_listing& listing_;
     std::string preview_path_;  ///< chosen for the preview, when no command has a file yet
     bool showing_ = false;      ///< the fields are being filled
+    Task_keeper tasks_;
 };
 
 }  // namespace kelvane

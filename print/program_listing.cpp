@@ -1,6 +1,7 @@
 #include "print/program_listing.h"
 
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 #include "platform/basic_text.h"
@@ -23,113 +24,145 @@ int font_points(const Page_layout& layout) {
 
 }  // namespace
 
-Program_listing::Program_listing(Kelvane_lite_form& window, Printer& printer)
-    : window_(window), printer_(printer) {}
+/// What the operator sees of a listing in work: Stop is live, and the log follows the pages.
+class Program_listing::Display {
+  public:
+    Display(Operator& op, Transfer_control& control) : op_(op), control_(control) {
+        control_.begin_stoppable_work();
+    }
+    Display(const Display&) = delete;
+    Display& operator=(const Display&) = delete;
+    ~Display() {
+        control_.end_stoppable_work();
+        op_.show_text({});
+    }
 
-void Program_listing::Print_listing() {
-    run(window_.state.filename, window_.state.page_layout, Print_destination::paper);
-    window_.state.Print_first_page_only = 0;
+  private:
+    Operator& op_;
+    Transfer_control& control_;
+};
+
+/// A document is dropped, unless it has come to its end.
+class Program_listing::Document {
+  public:
+    explicit Document(Printer& printer) : printer_(printer) {}
+    Document(const Document&) = delete;
+    Document& operator=(const Document&) = delete;
+    ~Document() { printer_.abort_document(); }
+
+  private:
+    Printer& printer_;
+};
+
+Program_listing::Program_listing(Platform& platform, Operator& op, Transfer_control& control,
+                                 Shared_state& state)
+    : platform_(platform), printer_(platform.printer), op_(op), control_(control), state_(state) {}
+
+Task<> Program_listing::Print_listing() {
+    co_await run(state_.filename, state_.page_layout, Print_destination::paper);
+    state_.Print_first_page_only = 0;
 }
 
-void Program_listing::Preview_listing(const std::string& path, const Page_layout& layout) {
+Task<> Program_listing::Preview_listing(std::string path, Page_layout layout) {
     if (may_start()) {
-        run(path, layout, Print_destination::preview);
+        co_await run(path, layout, Print_destination::preview);
     }
 }
 
 bool Program_listing::may_start() const {
-    return window_.control.may_start_work();
+    return control_.may_start_work();
 }
 
-void Program_listing::run(const std::string& path, const Page_layout& layout,
-                          Print_destination destination) {
-    if (!window_.platform.files.exists(path)) {
-        return;
+Task<> Program_listing::run(std::string path, Page_layout layout, Print_destination destination) {
+    if (!platform_.files.exists(path)) {
+        co_return;
     }
-    const Transfer_control::Work at_work(window_.control);
+    const Transfer_control::Work at_work(control_);
     layout_ = layout;
-    begin_display();
-    if (const auto listing = compose(path)) {
-        output(*listing, path, destination);
+    std::optional<Display> display(std::in_place, op_, control_);
+    const std::optional<Listing> listing = co_await compose(path);
+    if (!listing) {
+        co_return;
     }
-    end_display();
+    const Document document(printer_);
+    Result<> printed = co_await print_document(*listing, path, destination);
+    if (printed) {
+        display.reset();  // a preview is no work that Stop ends
+        printed = co_await printer_.end_document();
+    }
+    if (!printed && !control_.stop_asked()) {
+        co_await say(printed.reason());
+    } else if (printed && destination == Print_destination::paper) {
+        op_.set_note("Listing sent to " + printer_.destination_name());
+    }
 }
 
-std::optional<Listing> Program_listing::compose(const std::string& path) {
-    auto content = window_.platform.files.read(path);
+Task<std::optional<Listing>> Program_listing::compose(std::string path) {
+    auto content = platform_.files.read(path);
     if (!content) {
-        say(content.reason());
-        return std::nullopt;
+        co_await say(content.reason());
+        co_return std::nullopt;
     }
     printer_.set_font_size(layout_.Printer_fontsize == 10 ? 12 : 10);
     Test_barcode(barcode_font_);
     set_listing_font();
-    Listing listing =
-        compose_listing(source_of(path, std::move(*content)), layout_,
-                        barcode_font_ || prints_barcode(path), [this] { return proceed(); });
-    if (listing.fault) {
-        say(std::string(fault_text(*listing.fault)));
+    Listing_source source = source_of(path, std::move(*content));
+    std::function<bool()> stop_asked = [this] { return control_.stop_asked(); };
+    const bool barcode_room = barcode_font_ || prints_barcode(path);
+    std::optional<Listing> listing = co_await compose_listing(
+        platform_.loop, std::move(source), layout_, barcode_room, std::move(stop_asked));
+    if (listing && listing->fault) {
+        co_await say(std::string(fault_text(*listing->fault)));
+        co_return std::nullopt;
     }
-    if (listing.fault || listing.stopped) {
-        return std::nullopt;
-    }
-    return listing;
+    co_return listing;
 }
 
 Listing_source Program_listing::source_of(const std::string& path, std::string content) const {
-    const Desktop_services& desktop = window_.platform.desktop;
-    const auto stamp = window_.platform.files.stamp(path);
+    const Desktop_services& desktop = platform_.desktop;
+    const auto stamp = platform_.files.stamp(path);
     return {std::move(content), path, stamp ? desktop.stamp_text(*stamp) : std::string(),
             desktop.date_text() + " " + desktop.time_text()};
 }
 
-void Program_listing::output(const Listing& listing, const std::string& path,
-                             Print_destination destination) {
-    if (!printer_.begin_document(name_of(path), destination)) {
-        say(printer_.last_error());
-        return;
+Task<Result<>> Program_listing::print_document(const Listing& listing, std::string path,
+                                               Print_destination destination) {
+    if (const auto begun = printer_.begin_document(name_of(path), destination); !begun) {
+        co_return begun;
     }
     const int barcode_rows = prints_barcode(path) ? barcode_block_rows : 0;
     printer_.fit_page(listing_rows(listing, layout_, barcode_rows), listing_columns(layout_));
-    const bool printed = print_pages(listing, path) && printer_.end_document();
-    if (!printed) {
-        printer_.abort_document();
-        if (!stop_asked()) {
-            say(printer_.last_error());
+    const std::size_t pages = listing.pages.size();
+    for (std::size_t printed = 0; printed < pages; ++printed) {
+        Result<> page;
+        if (printed > 0) {
+            page = printer_.new_page();
         }
-    } else if (destination == Print_destination::paper) {
-        window_.set_note("Listing sent to " + printer_.destination_name());
-    }
-}
-
-bool Program_listing::print_pages(const Listing& listing, const std::string& path) {
-    const std::size_t last = listing.pages.size();
-    if (layout_.Print_reverse_order) {
-        for (std::size_t number = last; number > 1; --number) {
-            if (!print_page(listing, number) || !printer_.new_page()) {
-                return false;
-            }
+        if (page) {
+            const std::size_t number = layout_.Print_reverse_order ? pages - printed : printed + 1;
+            page = co_await print_page(listing, number, path);
         }
-        return print_first_page(listing, path);
-    }
-    if (!print_first_page(listing, path)) {
-        return false;
-    }
-    for (std::size_t number = 2; number <= last; ++number) {
-        if (!printer_.new_page() || !print_page(listing, number)) {
-            return false;
+        if (!page) {
+            co_return page;
         }
     }
-    return true;
+    co_return Result<>();
 }
 
-bool Program_listing::print_first_page(const Listing& listing, const std::string& path) {
-    return Print_barcode(path) && print_page(listing, 1);
-}
-
-bool Program_listing::print_page(const Listing& listing, std::size_t number) {
-    window_.show_text("Printing page" + Str(static_cast<std::int64_t>(number)));
-    return proceed() && printer_.print(listing.pages[number - 1]);
+Task<Result<>> Program_listing::print_page(const Listing& listing, std::size_t number,
+                                           std::string path) {
+    if (number == 1) {
+        const Result<> barcode = co_await Print_barcode(path);
+        if (!barcode) {
+            co_return barcode;
+        }
+    }
+    op_.show_text("Printing page" + Str(static_cast<std::int64_t>(number)));
+    co_await platform_.loop.breath();
+    if (control_.stop_asked()) {
+        co_return Failure{};
+    }
+    co_return printer_.print(listing.pages[number - 1]);
 }
 
 void Program_listing::Test_barcode(bool& available) {
@@ -146,46 +179,60 @@ bool Program_listing::prints_barcode(const std::string& path) const {
            characters_without_barcode(barcode_text(path)).empty();
 }
 
-bool Program_listing::Print_barcode(const std::string& path) {
+Task<Result<>> Program_listing::Print_barcode(std::string path) {
     if (!layout_.wants_barcode()) {
-        return true;
-    }
-    if (!barcode_font_ && !printer_.can_draw_barcodes()) {
-        window_.box_now("Can't print barcode\nBarcode font not installed");
-        return true;
+        co_return Result<>();
     }
     const std::string text = barcode_text(path);
-    if (const std::string missing = characters_without_barcode(text); !missing.empty()) {
-        window_.box_now("Can't print barcode\nCode 39 has no bars for these characters:  " +
-                        missing);
-        return true;
+    std::string refusal = barcode_refusal(text);
+    Result<> printed;
+    if (refusal.empty()) {
+        printed = print_barcodes(text, refusal);
     }
-    for (const char* command : {"GET-", "PUT-"}) {
-        const Bars bars = print_bars(command + text);
-        if (bars == Bars::refused) {
-            window_.box_now("Can't print barcode\n" + printer_.last_error());
-            return true;
-        }
-        if (bars == Bars::failed || !printer_.print(margin() + "*" + command + text + "*\n")) {
-            return false;
-        }
+    if (!refusal.empty()) {
+        const Task<Message_answer> box = op_.box("Can't print barcode\n" + refusal);
+        co_await box;
     }
-    return true;
+    co_return printed;
 }
 
-Program_listing::Bars Program_listing::print_bars(const std::string& text) {
-    if (!barcode_font_) {
-        return printer_.draw_barcode(text, bar_rows, listing_margin(layout_)) ? Bars::printed
-                                                                              : Bars::refused;
+std::string Program_listing::barcode_refusal(const std::string& text) const {
+    if (!barcode_font_ && !printer_.can_draw_barcodes()) {
+        return "Barcode font not installed";
     }
-    bool printed = printer_.print(margin());
+    const std::string missing = characters_without_barcode(text);
+    return missing.empty() ? std::string()
+                           : "Code 39 has no bars for these characters:  " + missing;
+}
+
+Result<> Program_listing::print_barcodes(const std::string& text, std::string& refusal) {
+    for (const std::string command : {"GET-", "PUT-"}) {
+        if (barcode_font_) {
+            if (auto bars = print_in_barcode_font(command + text); !bars) {
+                return bars;
+            }
+        } else if (const auto bars =
+                       printer_.draw_barcode(command + text, bar_rows, listing_margin(layout_));
+                   !bars) {
+            refusal = bars.reason();
+            return {};
+        }
+        if (auto caption = printer_.print(margin() + "*" + command + text + "*\n"); !caption) {
+            return caption;
+        }
+    }
+    return {};
+}
+
+Result<> Program_listing::print_in_barcode_font(const std::string& text) {
+    const auto indented = printer_.print(margin());
     printer_.set_font_name(barcode_font);
     printer_.set_font_size(bar_rows * font_points(layout_));
     printer_.set_font_bold(false);
     printer_.set_font_italic(false);
-    printed = printed && printer_.print("*" + text + "*\n");
+    auto printed = indented.and_then([&] { return printer_.print("*" + text + "*\n"); });
     set_listing_font();
-    return printed ? Bars::printed : Bars::failed;
+    return printed;
 }
 
 std::string Program_listing::margin() const {
@@ -201,26 +248,9 @@ void Program_listing::set_listing_font() {
     printer_.set_font_italic(layout_.Printer_fontitalic);
 }
 
-void Program_listing::begin_display() {
-    window_.control.begin_stoppable_work();
-}
-
-void Program_listing::end_display() {
-    window_.control.end_stoppable_work();
-    window_.show_text({});
-}
-
-bool Program_listing::proceed() {
-    window_.platform.loop.process_pending();
-    return !stop_asked();
-}
-
-bool Program_listing::stop_asked() const {
-    return window_.control.stop_asked();
-}
-
-void Program_listing::say(const std::string& reason) {
-    window_.box_now("Can't print listing\n" + reason);
+Task<> Program_listing::say(std::string reason) {
+    const Task<Message_answer> box = op_.box("Can't print listing\n" + reason);
+    co_await box;
 }
 
 }  // namespace kelvane

@@ -49,8 +49,7 @@ Task<Outcome> Commands::receive(bool binary) {
 
 Task<> Commands::print() {
     const Running_command running(running_);
-    listing_.Print_listing();
-    co_return;
+    co_await listing_.Print_listing();
 }
 
 Task<> Commands::resequence() {

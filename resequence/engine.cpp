@@ -28,48 +28,55 @@ class Resequencer {
           progress_(progress),
           numbers_(options) {}
 
-    Resequence_result run() {
+    Task<Resequence_result> run() {
         if (options_.maximum_with_gotos()) {
-            return Maximum_with_gotos{};
+            co_return Maximum_with_gotos{};
         }
-        Early_end end = collect_targets();
+        Early_end end = co_await collect_targets();
         if (!end) {
-            end = renumber();
+            end = co_await renumber();
         }
         if (!end) {
-            end = rewrite_gotos();
+            end = co_await rewrite_gotos();
         }
-        return end ? *std::move(end) : Resequenced{std::move(result_), open_bracket_line_};
+        if (!end) {
+            end = Resequenced{std::move(result_), open_bracket_line_};
+        }
+        co_return *std::move(end);
     }
 
   private:
-    Early_end collect_targets();
+    Task<Early_end> collect_targets();
     Early_end collect_targets_of(std::string_view line);
-    Early_end renumber();
+    Task<Early_end> renumber();
     Early_end renumber_line(std::string_view line);
     [[nodiscard]] bool stays_as_read(std::string_view line) const;
     [[nodiscard]] bool gets_no_number(const Block& block, bool bracketed) const;
     void write_numbered(const Block& block, const std::string& number);
-    Early_end rewrite_gotos();
+    Task<Early_end> rewrite_gotos();
     Early_end rewrite_gotos_of(std::string_view line, std::string& rewritten) const;
     [[nodiscard]] bool in_brackets(const Block& block);
 
     /// Does `work` for every line of `text` and asks every `portion_length` bytes whether to go on.
     template <typename Percent, typename Work>
-    Early_end for_each_line(std::string_view text, Percent percent, Work work) const {
+    Task<Early_end> for_each_line(std::string_view text, Percent percent, Work work) const {
         std::size_t next_question = 0;
         for (Lines lines(text); !lines.at_end();) {
             if (lines.position() >= next_question) {
-                if (progress_ && !progress_(percent())) {
-                    return Resequence_cancelled{};
+                bool goes_on = true;
+                if (progress_) {
+                    goes_on = co_await progress_(percent());
+                }
+                if (!goes_on) {
+                    co_return Resequence_cancelled{};
                 }
                 next_question = lines.position() + portion_length;
             }
             if (Early_end end = work(lines.take())) {
-                return end;
+                co_return end;
             }
         }
-        return std::nullopt;
+        co_return std::nullopt;
     }
     [[nodiscard]] int percent_done() const {
         return static_cast<int>(bytes_done_ * 100 / text_.size() % 100);
@@ -87,13 +94,14 @@ class Resequencer {
     std::string result_;
 };
 
-Early_end Resequencer::collect_targets() {
+Task<Early_end> Resequencer::collect_targets() {
     if (!options_.gotos) {
-        return std::nullopt;
+        co_return std::nullopt;
     }
-    return for_each_line(
+    const Task<Early_end> pass = for_each_line(
         text_, [] { return 0; },
         [this](std::string_view line) { return collect_targets_of(line); });
+    co_return co_await pass;
 }
 
 Early_end Resequencer::collect_targets_of(std::string_view line) {
@@ -107,7 +115,7 @@ Early_end Resequencer::collect_targets_of(std::string_view line) {
     return std::nullopt;
 }
 
-Early_end Resequencer::renumber() {
+Task<Early_end> Resequencer::renumber() {
     result_.reserve(text_.size() + text_.size() / 4);
     return for_each_line(
         text_, [this] { return percent_done(); },
@@ -182,21 +190,22 @@ void Resequencer::write_numbered(const Block& block, const std::string& number) 
     result_.append(number).append(block.rest);
 }
 
-Early_end Resequencer::rewrite_gotos() {
+Task<Early_end> Resequencer::rewrite_gotos() {
     if (targets_.empty()) {
-        return std::nullopt;
+        co_return std::nullopt;
     }
     lines_done_ = 0;
     std::string rewritten;
     rewritten.reserve(result_.size() + result_.size() / 8);
-    Early_end end = for_each_line(
+    const Task<Early_end> pass = for_each_line(
         result_, [] { return 99; },
         [&](std::string_view line) {
             ++lines_done_;
             return rewrite_gotos_of(line, rewritten);
         });
+    Early_end end = co_await pass;
     result_ = std::move(rewritten);
-    return end;
+    co_return end;
 }
 
 /// The text added to every line is no part of a target, though it may begin with blanks or digits.
@@ -219,9 +228,16 @@ Early_end Resequencer::rewrite_gotos_of(std::string_view line, std::string& rewr
 
 }  // namespace
 
-Resequence_result resequence(std::string_view text, const Resequence_options& options,
-                             const Resequence_progress& progress) {
-    return Resequencer(text, options, progress).run();
+Resequence_result resequence(std::string_view text, const Resequence_options& options) {
+    const Resequence_progress none;
+    Resequencer resequencer(text, options, none);
+    return at_once(resequencer.run());
+}
+
+Task<Resequence_result> resequence(std::string_view text, Resequence_options options,
+                                   Resequence_progress progress) {
+    Resequencer resequencer(text, options, progress);
+    co_return co_await resequencer.run();
 }
 
 }  // namespace kelvane

@@ -7,6 +7,7 @@
 #include <variant>
 
 #include "platform/fault.h"
+#include "platform/task.h"
 
 namespace kelvane {
 
@@ -64,14 +65,16 @@ struct Maximum_with_gotos {};
 using Resequence_result =
     std::variant<Resequenced, Unresolved_goto, Fault, Resequence_cancelled, Maximum_with_gotos>;
 
-/// Called before every few hundred lines of each pass with the part of the program that has been
+/// Awaited before every few hundred lines of each pass, with the part of the program that has been
 /// renumbered, in percent (0..99). False ends the work.
-using Resequence_progress = std::function<bool(int percent)>;
+using Resequence_progress = std::function<Task<bool>(int percent)>;
 
 /// Renumbers a program (bytes; see `Lines` for what ends a line, and an end-of-file mark is
 /// dropped). Takes time and memory in proportion to the text, up to three times its size beside it.
-/// Without `progress` it cannot be cancelled.
-Resequence_result resequence(std::string_view text, const Resequence_options& options,
-                             const Resequence_progress& progress = {});
+Resequence_result resequence(std::string_view text, const Resequence_options& options);
+
+/// The same as long work. `text` must outlive it.
+Task<Resequence_result> resequence(std::string_view text, Resequence_options options,
+                                   Resequence_progress progress);
 
 }  // namespace kelvane

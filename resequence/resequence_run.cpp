@@ -7,73 +7,95 @@
 
 namespace kelvane {
 
-Resequence_run::Resequence_run(Kelvane_lite_form& window, resequence_form_lite& form)
-    : window_(window), form_(form) {
-    form_.Resequence_button.on_click = [this] { Resequence_button_Click(); };
-}
-
-void Resequence_run::Resequence_button_Click() {
-    if (form_.running == 1) {
-        return;
+/// What the operator sees of a run, whatever ends it.
+class Resequence_run::Running {
+  public:
+    Running(Window_system& windows, resequence_form_lite& form) : windows_(windows), form_(form) {
+        form_.running = 1;
+        windows_.set_hourglass(true);
     }
-    const Transfer_control::Work at_work(window_.control);
-    form_.running = 1;
-    window_.platform.windows.set_hourglass(true);
-    run();
-    window_.platform.windows.set_hourglass(false);
-    form_.running = 0;
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+    ~Running() {
+        windows_.set_hourglass(false);
+        form_.running = 0;
+    }
+
+  private:
+    Window_system& windows_;
+    resequence_form_lite& form_;
+};
+
+Resequence_run::Resequence_run(Platform& platform, Operator& op, Transfer_control& control,
+                               const Shared_state& state, resequence_form_lite& form)
+    : platform_(platform),
+      op_(op),
+      control_(control),
+      state_(state),
+      form_(form),
+      tasks_(platform.loop) {
+    form_.Resequence_button.on_click = [this] { tasks_.start(Resequence_button_Click()); };
 }
 
-void Resequence_run::run() {
+Task<> Resequence_run::Resequence_button_Click() {
+    if (form_.running == 1) {
+        co_return;
+    }
+    const Transfer_control::Work at_work(control_);
+    std::string refusal;
+    {
+        const Running running(platform_.windows, form_);
+        refusal = co_await run();
+    }
+    op_.set_progress(0);
+    if (refusal.empty()) {
+        form_.unload();
+        op_.beep();
+    } else {
+        const Task<Message_answer> box =
+            op_.box(refusal, Message_icon::exclamation, Message_buttons::ok, "Resequence error");
+        co_await box;
+    }
+}
+
+Task<std::string> Resequence_run::run() {
     const Resequence_options options = form_.options();
     if (options.maximum_with_gotos()) {
-        show_refusal(Maximum_with_gotos{});
-        return;
+        co_return refusal_text(Maximum_with_gotos{});
     }
-    Files& files = window_.platform.files;
-    const std::string filename = window_.state.filename;
-    const auto program = files.read(files.program_path(file_names::scratch));
+    const std::string filename = state_.filename;
+    const auto program = platform_.files.read(platform_.files.program_path(file_names::scratch));
     if (!program) {
         report(
             failure_report(filename, "Its working copy cannot be read: " + program.reason() + "."));
-        end();
-        return;
+        co_return std::string();
     }
-    const auto result =
-        resequence(*program, options, [this](int percent) { return goes_on(percent); });
+    Resequence_progress progress = [this](int percent) { return goes_on(percent); };
+    const auto result = co_await resequence(*program, options, std::move(progress));
     if (const auto* done = std::get_if<Resequenced>(&result)) {
         const Failure failure = put_in_place(done->text, filename);
         if (failure.empty()) {
-            window_.show_text(success_report(filename, backup_path(filename)) + done->text);
+            op_.show_text(success_report(filename, backup_path(filename)) + done->text);
         } else {
             report(failure_report(filename, failure));
         }
     } else if (std::holds_alternative<Fault>(result)) {
         report(failure_report(filename, refusal_text(result)));
     } else if (!std::holds_alternative<Resequence_cancelled>(result)) {
-        show_refusal(result);
-        return;
+        co_return refusal_text(result);
     }
-    end();
+    co_return std::string();
 }
 
-bool Resequence_run::goes_on(int percent) {
-    window_.set_progress(percent);
-    window_.platform.loop.process_pending();
-    return !window_.control.stop_asked();
-}
-
-/// The dialog stays open, so that the operator can change the options.
-void Resequence_run::show_refusal(const Resequence_result& result) {
-    window_.set_progress(0);
-    window_.platform.windows.set_hourglass(false);
-    window_.box_now(refusal_text(result), Message_icon::exclamation, Message_buttons::ok,
-                    "Resequence error");
+Task<bool> Resequence_run::goes_on(int percent) {
+    op_.set_progress(percent);
+    co_await platform_.loop.breath();
+    co_return !control_.stop_asked();
 }
 
 Resequence_run::Failure Resequence_run::put_in_place(const std::string& text,
                                                      const std::string& filename) {
-    Files& files = window_.platform.files;
+    Files& files = platform_.files;
     const std::string backup = backup_path(filename);
     const std::string staged = files.program_path(file_names::scratch_resequenced);
     if (const auto done = files.replace(staged, text); !done) {
@@ -93,13 +115,7 @@ Resequence_run::Failure Resequence_run::put_in_place(const std::string& text,
 }
 
 void Resequence_run::report(const std::string& text) {
-    window_.show_text(text + window_.Text1.text());
-}
-
-void Resequence_run::end() {
-    window_.set_progress(0);
-    form_.unload();
-    window_.platform.desktop.beep();
+    op_.show_text(text + op_.shown_text());
 }
 
 }  // namespace kelvane

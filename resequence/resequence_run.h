@@ -3,9 +3,13 @@
 #include <optional>
 #include <string>
 
-#include "frame/main_window.h"
+#include "platform/platform.h"
+#include "platform/task_keeper.h"
 #include "resequence/engine.h"
 #include "resequence/resequence_form.h"
+#include "session/operator.h"
+#include "session/shared_state.h"
+#include "session/transfer_control.h"
 
 namespace kelvane {
 
@@ -14,28 +18,34 @@ namespace kelvane {
 /// editor, with the new text behind the report. The file is whole at every moment, whatever fails.
 class Resequence_run {
   public:
-    /// Takes over the form's button. Both outlive the run.
-    Resequence_run(Kelvane_lite_form& window, resequence_form_lite& form);
+    /// Takes over the form's button. All outlive the run.
+    Resequence_run(Platform& platform, Operator& op, Transfer_control& control,
+                   const Shared_state& state, resequence_form_lite& form);
     Resequence_run(const Resequence_run&) = delete;
     Resequence_run& operator=(const Resequence_run&) = delete;
 
-    /// Works on `filename`, the form's options and the working copy. Returns at once while a run is
-    /// on.
-    void Resequence_button_Click();
+    /// Works on `filename`, the form's options and the working copy, unless a run is on. It lets
+    /// others in, and Stop ends it with nothing changed.
+    Task<> Resequence_button_Click();
 
   private:
     /// Why a run failed; empty when it did not.
     using Failure = std::string;
 
-    void run();
-    [[nodiscard]] bool goes_on(int percent);
-    void show_refusal(const Resequence_result& result);
+    class Running;
+    /// The operator's words for a run that leaves the dialog open, so that the options can be
+    /// changed; empty for all others.
+    Task<std::string> run();
+    Task<bool> goes_on(int percent);
     [[nodiscard]] Failure put_in_place(const std::string& text, const std::string& filename);
     void report(const std::string& text);
-    void end();
 
-    Kelvane_lite_form& window_;
+    Platform& platform_;
+    Operator& op_;
+    Transfer_control& control_;
+    const Shared_state& state_;
     resequence_form_lite& form_;
+    Task_keeper tasks_;
 };
 
 }  // namespace kelvane

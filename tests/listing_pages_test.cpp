@@ -12,8 +12,7 @@ namespace {
 using ::testing::ElementsAre;
 
 Listing compose(const std::string& content, const Page_layout& layout, bool barcode_room = false) {
-    return compose_listing({content, "/nc/P.NC", "C", "P"}, layout, barcode_room,
-                           [] { return true; });
+    return compose_listing({content, "/nc/P.NC", "C", "P"}, layout, barcode_room);
 }
 
 Page_layout bare(int lines, int length = 70) {

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "frame/main_window.h"
 #include "frame/settings_files.h"
 #include "print/page_layout_form.h"
 #include "support/headless_platform.h"
@@ -20,8 +21,8 @@ class Print_layout : public ::testing::Test {
 
     testing::Headless_platform system;
     Kelvane_lite_form window{system.platform};
-    Program_listing listing{window, system.printer};
-    Page_layout_form_lite form{window, system.printer, listing};
+    Program_listing listing{system.platform, window, window.control, window.state};
+    Page_layout_form_lite form{system.platform, window, window.state, listing};
     const std::string file = system.files.program_path("\\Editor page layout settings");
 };
 
@@ -122,6 +123,7 @@ TEST_F(Print_layout, preview_shows_the_values_typed_and_keeps_the_old_ones) {
     system.files.put("/nc/a.nc", "M30");
     system.file_dialog.answers.push_back({File_purpose::open, "/nc/a.nc"});
     form.Preview_button.click();
+    system.loop.run_until([this] { return listing.may_start(); });
     ASSERT_EQ(system.printer.pages.size(), 1U);
     EXPECT_EQ(system.printer.pages[0].find("File:"), 62U);
     EXPECT_EQ(system.printer.destination, Print_destination::preview);

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "frame/main_window.h"
 #include "print/program_listing.h"
 #include "support/headless_platform.h"
 
@@ -27,7 +28,8 @@ class Print_listing : public ::testing::Test {
     testing::Headless_platform system;
     Kelvane_lite_form window{system.platform};
     testing::Recording_printer& printer = system.printer;
-    Program_listing listing{window, printer};
+    Program_listing listing{system.platform, window, window.control, window.state};
+    void print() { system.loop.run(listing.Print_listing()); }
     const std::string page_1 = "\n\n A\n B\n";
     const std::string page_2 = "\n\n C\n\n";
     const std::string bars =
@@ -39,7 +41,7 @@ TEST_F(Print_listing, prints_in_the_layouts_font_and_says_where_to) {
     window.state.Print_first_page_only = 1;
     std::vector<std::string> log;
     printer.on_print = [&] { log.push_back(window.Text1.text()); };
-    listing.Print_listing();
+    print();
     EXPECT_THAT(printer.pages, ElementsAre(page_1, page_2));
     EXPECT_THAT(log, ElementsAre("Printing page 1", "Printing page 2"));
     EXPECT_EQ(printer.title, "part-1.nc");
@@ -58,7 +60,7 @@ TEST_F(Print_listing, reverse_order_with_drawn_bar_codes) {
     window.state.page_layout.Print_reverse_order = 1;
     window.state.page_layout.Barcode_file = 1;
     printer.draws_barcodes = true;
-    listing.Print_listing();
+    print();
     EXPECT_THAT(printer.pages, ElementsAre("\n\n C\n\n\n\n\n\n", bars + " A\n B\n"));
     EXPECT_EQ(printer.fitted_rows, 8);
 }
@@ -67,7 +69,7 @@ TEST_F(Print_listing, bar_codes_of_the_path_in_the_installed_font) {
     printer.installed_font = "Code39OneInchTT-Regular";
     window.state.page_layout.Barcode_path = 1;
     window.state.page_layout.Lines_per_page = 8;
-    listing.Print_listing();
+    print();
     const std::string name = "-/NC/PART-1.NC*\n";
     EXPECT_THAT(printer.pages, ElementsAre(" *GET" + name + " *GET" + name + " *PUT" + name +
                                            " *PUT" + name + " A\n B\n C\n\n"));
@@ -94,7 +96,7 @@ TEST_F(Print_listing, what_cannot_be_a_bar_code_is_said_and_the_listing_is_print
         printer.bars_too_fine = c.too_fine;
         system.boxes.expect(c.said);
         const int before = printer.documents_ended;
-        listing.Print_listing();
+        print();
         EXPECT_EQ(printer.documents_ended, before + 1) << c.said;
         EXPECT_THAT(printer.pages.back(), HasSubstr(" C\n"));
     }
@@ -102,11 +104,11 @@ TEST_F(Print_listing, what_cannot_be_a_bar_code_is_said_and_the_listing_is_print
 
 TEST_F(Print_listing, what_ends_it_early_prints_nothing) {
     window.state.filename = "/nc/missing.nc";
-    listing.Print_listing();
+    print();
     system.boxes.expect("Can't print listing\nout of paper");
     window.state.filename = path;
     printer.works = false;
-    listing.Print_listing();
+    print();
     printer.works = true;
     std::string lines;
     for (int line = 0; line < 20001; ++line) {
@@ -114,19 +116,19 @@ TEST_F(Print_listing, what_ends_it_early_prints_nothing) {
     }
     system.files.put(path, lines);
     system.boxes.expect("Can't print listing\nSubscript out of range");
-    listing.Print_listing();
+    print();
     system.files.fail("read", "part-1.nc");
     system.boxes.expect("Can't print listing");
-    listing.Print_listing();
+    print();
     EXPECT_EQ(printer.documents_ended, 0);
 }
 
 TEST_F(Print_listing, stop_while_composing_or_printing_drops_the_document) {
     system.loop.after(Clock_time{0}, [&] { window.Stop_button.click(); });
-    listing.Print_listing();
+    print();
     EXPECT_THAT(printer.pages, IsEmpty());
     printer.on_print = [&] { window.Stop_button.click(); };
-    listing.Print_listing();
+    print();
     EXPECT_TRUE(printer.aborted);
     EXPECT_EQ(printer.documents_ended, 0);
     EXPECT_EQ(printer.pages.size(), 2U);
@@ -139,10 +141,10 @@ TEST_F(Print_listing, preview_leaves_a_transfer_alone) {
     {
         const Transfer_control::Running transfer(window.control);
         ASSERT_TRUE(window.control.begin(Direction::send));
-        listing.Preview_listing(path, window.state.page_layout);
+        system.loop.run(listing.Preview_listing(path, window.state.page_layout));
         EXPECT_THAT(printer.pages, IsEmpty());
     }
-    listing.Preview_listing(path, window.state.page_layout);
+    system.loop.run(listing.Preview_listing(path, window.state.page_layout));
     EXPECT_THAT(printer.pages, ElementsAre(page_1, page_2));
     EXPECT_EQ(printer.destination, Print_destination::preview);
 }

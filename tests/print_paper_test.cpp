@@ -96,17 +96,19 @@ TEST_F(Print_paper, an_endless_line_and_a_wide_path_lose_nothing) {
 }
 
 TEST_F(Print_paper, the_preview_shows_all_pages_and_prints_none) {
-    int shown = 0;
-    QTimer::singleShot(0, [&shown] {
-        if (auto* dialog = QApplication::activeModalWidget()) {
-            shown = dialog->findChild<QPrintPreviewWidget*>()->pageCount();
-            dialog->close();
-        }
-    });
     window.state.filename = folder.filePath("a.nc").toStdString();
     ASSERT_TRUE(files.replace(window.state.filename, program(300)));
-    listing.Preview_listing(window.state.filename, window.state.page_layout);
-    EXPECT_EQ(shown, static_cast<int>(composed().size()));
+    Task_keeper keeper(doubles.loop);
+    keeper.start(listing.Preview_listing(window.state.filename, window.state.page_layout));
+    doubles.loop.run_until([this] { return windows.active_window() != nullptr; });
+    QWidget* const dialog = windows.active_window();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(dialog->findChild<QPrintPreviewWidget*>()->pageCount(),
+              static_cast<int>(composed().size()));
+    dialog->close();
+    doubles.loop.wake();
+    doubles.loop.process_events();
+    EXPECT_TRUE(keeper.empty());
     EXPECT_FALSE(QFile::exists(pdf));
 }
 

@@ -34,6 +34,12 @@ class Resequencing : public ::testing::Test {
         form.show();
     }
 
+    /// Presses "Resequence" and waits for the end.
+    void resequence() {
+        form.Resequence_button.click();
+        shop.loop.run_until([this] { return form.running == 0; });
+    }
+
     [[nodiscard]] std::string file(const std::string& path) const {
         return shop.files.content(path);
     }
@@ -41,7 +47,7 @@ class Resequencing : public ::testing::Test {
     kelvane::testing::Headless_platform shop;
     Kelvane_lite_form window{shop.platform};
     resequence_form_lite form{shop.windows, shop.files, window.control};
-    Resequence_run run{window, form};
+    Resequence_run run{shop.platform, window, window.control, window.state, form};
 
     const std::string options_file = shop.files.program_path("\\Reseqence data");
     const std::string copy = shop.files.program_path("\\scratchpad data 5");
@@ -173,7 +179,7 @@ TEST_F(Resequencing, warns_before_the_button_is_pressed) {
 TEST_F(Resequencing, puts_the_result_in_the_place_of_the_file) {
     shop.files.put("/parts/PART.bak", "an older one");
     open("N1G0X1\r\nGOTO1\r\n");
-    form.Resequence_button.click();
+    resequence();
     EXPECT_EQ(file("/parts/PART.NC"), "N010 G0X1\r\nN020 GOTO010 \r\n");
     EXPECT_EQ(file("/parts/PART.bak"), "N1G0X1\r\nGOTO1\r\n");
     EXPECT_EQ(window.Text1.text(),
@@ -198,7 +204,7 @@ TEST_F(Resequencing, a_failure_leaves_the_original_whole_and_says_so) {
         shop.files.put("/parts/PART.bak", "old");
         open("N1X\r\n");
         shop.files.fail(c.operation, c.path_end);
-        form.Resequence_button.click();
+        resequence();
         shop.files.repair();
         EXPECT_EQ(file("/parts/PART.NC"), "N1X\r\n") << c.path_end;
         EXPECT_EQ(file("/parts/PART.bak"), c.backup) << c.path_end;
@@ -214,14 +220,14 @@ TEST_F(Resequencing, a_refusal_is_said_in_a_box_and_the_dialog_stays) {
                                    "Can't set maximum N# when\nresequencing GOTO statements"}) {
         shop.boxes.expect(text, Message_answer::ok,
                           [this] { EXPECT_FALSE(shop.windows.hourglass); });
-        form.Resequence_button.click();
+        resequence();
         EXPECT_EQ(shop.boxes.shown().back().text, text);
         EXPECT_EQ(shop.boxes.shown().back().title, "Resequence error");
         EXPECT_TRUE(form.visible() && !shop.files.exists("/parts/PART.bak"));
         form.Maximum_txt.set_text("50");
     }
     form.chk_gotos.click();
-    form.Resequence_button.click();
+    resequence();
     EXPECT_EQ(file("/parts/PART.NC"), "N010 X\r\nN020 GOTO2\r\n");
 }
 
@@ -243,7 +249,7 @@ TEST_F(Resequencing, stops_when_asked_and_starts_only_once) {
             ++presses;
             stop();
         });
-        form.Resequence_button.click();
+        resequence();
         EXPECT_EQ(presses, 1);
         EXPECT_EQ(file("/parts/PART.NC"), program);
         EXPECT_EQ(window.Text1.text(), "before");

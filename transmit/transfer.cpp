@@ -13,7 +13,7 @@ namespace {
 
 Port_settings port_settings(const Transfer_options& options, bool receives, bool binary) {
     Port_settings port;
-    port.device = options.device;
+    port.com_port = options.com_port;
     port.settings = options.line_settings;
     port.handshake = receives ? options.handshake : Handshake::none;
     port.transparent = binary;
@@ -25,14 +25,6 @@ Port_settings port_settings(const Transfer_options& options, bool receives, bool
 
 std::string com_name(const Transfer_options& options) {
     return "COM" + decimal(options.com_port);
-}
-
-Transfer_end port_refusal(const Transfer_options& options, const std::string& why) {
-    const std::string fixed_text =
-        com_name(options) + " port is not available\nSelect a different COM port";
-    Transfer_end refusal = end_with(Outcome::refused, warning_box(fixed_text, "Com port error"));
-    refusal.log = fixed_text + "\n\n" + why;
-    return refusal;
 }
 
 }  // namespace
@@ -80,10 +72,6 @@ Task<Transfer_end> Transfer::run(Job job) {
         co_return end_with(*loaded.fault);
     }
     const Transfer_options& options = loaded.options;
-    if (!loaded.unknown_device.empty()) {
-        co_return port_refusal(
-            options, "What the COM numbers are wired to cannot be read: " + loaded.unknown_device);
-    }
     if (auto refusal = open_port(job, options)) {
         co_return std::move(*refusal);
     }
@@ -94,10 +82,15 @@ Task<Transfer_end> Transfer::run(Job job) {
 }
 
 std::optional<Transfer_end> Transfer::open_port(const Job& job, const Transfer_options& options) {
-    control_.use(options.machine, com_name(options) + " (" + options.device + ")");
+    const std::string com = com_name(options);
+    control_.use(options.machine, com + " (" + session_.port.device_of(options.com_port) + ")");
     const Port_settings settings = port_settings(options, job.mode == receive, job.binary);
     if (session_.port.open(settings) != Port_error::none) {
-        return port_refusal(options, session_.port.error_text());
+        const std::string fixed_text = com + " port is not available\nSelect a different COM port";
+        Transfer_end refusal =
+            end_with(Outcome::refused, warning_box(fixed_text, "Com port error"));
+        refusal.log = fixed_text + "\n\n" + session_.port.error_text();
+        return refusal;
     }
     control_.Timer6.set_interval(options.timeout_s * 1000);
     control_.Timer9.set_interval(options.Character_delay);

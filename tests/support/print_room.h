@@ -9,6 +9,7 @@
 
 #include "desktop/disk_files.h"
 #include "desktop/qt_printer.h"
+#include "frame/main_window.h"
 #include "platform/basic_text.h"
 #include "print/program_listing.h"
 #include "qt_test_application.h"
@@ -57,7 +58,7 @@ class Print_room : public ::testing::Test {
     void print(const QString& name, const std::string& content) {
         window.state.filename = folder.filePath(name).toStdString();
         ASSERT_TRUE(files.replace(window.state.filename, content));
-        listing.Print_listing();
+        doubles.loop.run(listing.Print_listing());
     }
 
     /// What `print` should have put on paper.
@@ -65,7 +66,7 @@ class Print_room : public ::testing::Test {
         const std::string path = window.state.filename;
         std::vector<std::string> pages =
             compose_listing({*files.read(path), path, "09.09.01 03:46", "21.11.26 10:30"},
-                            window.state.page_layout, barcode_room, [] { return true; })
+                            window.state.page_layout, barcode_room)
                 .pages;
         for (std::string& page : pages) {
             page = visible(page);
@@ -98,7 +99,7 @@ class Print_room : public ::testing::Test {
     Platform platform{doubles.loop, doubles.windows, doubles.boxes,   doubles.file_dialog,
                       printer,      doubles.machine, doubles.desktop, files};
     Kelvane_lite_form window{platform};
-    Program_listing listing{window, printer};
+    Program_listing listing{platform, window, window.control, window.state};
     const QString pdf = folder.filePath("Program listing.pdf");
 };
 

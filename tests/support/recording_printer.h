@@ -19,34 +19,33 @@ class Recording_printer : public Printer {
     bool font_available(const std::string& name) const override { return name == installed_font; }
     std::vector<std::string> fixed_fonts() const override { return {"Fixed"}; }
     bool can_draw_barcodes() const override { return draws_barcodes; }
-    bool begin_document(const std::string& the_title, Print_destination where) override {
+    Result<> begin_document(const std::string& the_title, Print_destination where) override {
         title = the_title;
         destination = where;
         pages.assign(1, {});
-        return works;
+        return state();
     }
     void fit_page(int rows, int) override { fitted_rows = rows; }
-    bool print(std::string_view text) override {
+    Result<> print(std::string_view text) override {
         pages.back() += text;
         on_print();
-        return works;
+        return state();
     }
-    bool draw_barcode(std::string_view text, int, int) override {
+    Result<> draw_barcode(std::string_view text, int, int) override {
         const bool drawn = draws_barcodes && !bars_too_fine;
         pages.back() += drawn ? "[" + std::string(text) + "]\n" : "";
-        return drawn;
+        return drawn ? Result<>() : Failure{"too fine"};
     }
-    bool new_page() override {
+    Result<> new_page() override {
         pages.emplace_back();
-        return works;
+        return state();
     }
-    bool end_document() override {
+    Task<Result<>> end_document() override {
         ++documents_ended;
-        return works;
+        co_return state();
     }
     void abort_document() override { aborted = true; }
     std::string destination_name() const override { return "Test printer"; }
-    std::string last_error() const override { return works ? "too fine" : "out of paper"; }
     Task<> select_printer() override { co_return; }
 
     std::string font_name, installed_font, title;
@@ -62,6 +61,9 @@ class Recording_printer : public Printer {
     int fitted_rows = 0;
     std::vector<std::string> pages;
     std::function<void()> on_print = [] {};  ///< the operator's chance to act
+
+  private:
+    [[nodiscard]] Result<> state() const { return works ? Result<>() : Failure{"out of paper"}; }
 };
 
 }  // namespace kelvane::testing
