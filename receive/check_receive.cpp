@@ -28,8 +28,9 @@ Result<> keep_backup(Files& files, const std::string& path) {
 Task<bool> Check_receive(const Session& session, std::string path) {
     Files& files = session.files;
     if (const auto tried = try_folder(files, path); !tried) {
-        co_await session.op.box("Cannot write to folder " + folder_of(path) + "\n" +
-                                tried.reason());
+        const Message box =
+            critical_box("Cannot write to folder " + folder_of(path) + "\n" + tried.reason());
+        co_await session.op.ask(box);
         co_return false;
     }
     if (!files.exists(path)) {
@@ -43,7 +44,9 @@ Task<bool> Check_receive(const Session& session, std::string path) {
         co_return false;
     }
     if (const auto kept = keep_backup(files, path); !kept) {
-        co_await session.op.box("Cannot keep a backup of file " + path + "\n" + kept.reason());
+        const Message box =
+            critical_box("Cannot keep a backup of file " + path + "\n" + kept.reason());
+        co_await session.op.ask(box);
         co_return false;
     }
     co_return true;
