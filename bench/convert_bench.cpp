@@ -11,7 +11,7 @@
 
 #include "desktop/disk_files.h"
 #include "desktop/qt_event_loop.h"
-#include "program/program.h"
+#include "frame/program.h"
 #include "promise.h"
 #include "support/headless_platform.h"
 #include "support/program_process.h"

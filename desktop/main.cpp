@@ -14,7 +14,7 @@
 #include "desktop/qt_serial_port.h"
 #include "desktop/qt_windows.h"
 #include "desktop/standard_streams.h"
-#include "program/program.h"
+#include "frame/program.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "desktop/qt_windows.h"
-#include "program/program.h"
+#include "frame/program.h"
 
 namespace kelvane {
 

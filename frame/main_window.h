@@ -66,12 +66,6 @@ class Kelvane_lite_form : public Form, public Operator {
     void set_note(const std::string& note) override { control.set_note(note); }
     void beep() override { platform.desktop.beep(); }
     Task<Message_answer> ask(Message message) override;
-    /// The same at once, for routines that are no tasks yet.
-    Message_answer box_now(const std::string& text, Message_icon icon = Message_icon::critical,
-                           Message_buttons buttons = Message_buttons::ok,
-                           const std::string& title = std::string(product_name)) {
-        return platform.message_box.show({text, title, icon, buttons});
-    }
 
     /// The last trap of an event: what was going on ends, the port closed, and is told. Files stay
     /// as they are.

@@ -1,8 +1,8 @@
 // The whole program in virtual time: any start-up and settings files, any program, any bytes from
 // the machine. Whatever happens, closing the window ends it.
 
+#include "frame/program.h"
 #include "fuzz_input.h"
-#include "program/program.h"
 #include "session/file_names.h"
 #include "support/headless_platform.h"
 #include "support/plain_settings.h"

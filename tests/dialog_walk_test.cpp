@@ -20,7 +20,7 @@
 #include "desktop/qt_event_loop.h"
 #include "desktop/qt_serial_port.h"
 #include "desktop/qt_windows.h"
-#include "program/program.h"
+#include "frame/program.h"
 #include "qt_test_application.h"
 #include "support/headless_platform.h"
 

@@ -20,7 +20,7 @@
 #include "desktop/qt_file_dialog.h"
 #include "desktop/qt_message_box.h"
 #include "desktop/qt_printer.h"
-#include "program/program.h"
+#include "frame/program.h"
 #include "qt_test_application.h"
 #include "support/headless_platform.h"
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "program/program.h"
+#include "frame/program.h"
 #include "session/file_names.h"
 #include "support/headless_platform.h"
 #include "support/plain_settings.h"

@@ -1,4 +1,4 @@
-#include "program/program.h"
+#include "frame/program.h"
 
 namespace kelvane {
 

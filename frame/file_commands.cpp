@@ -1,4 +1,4 @@
-#include "program/file_commands.h"
+#include "frame/file_commands.h"
 
 #include "frame/file_filter.h"
 

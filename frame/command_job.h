@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "frame/commands.h"
 #include "frame/main_window.h"
-#include "program/commands.h"
 
 namespace kelvane {
 

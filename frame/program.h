@@ -3,7 +3,10 @@
 #include <memory>
 
 #include "frame/comm_form.h"
+#include "frame/command_job.h"
+#include "frame/commands.h"
 #include "frame/directories_form.h"
+#include "frame/file_commands.h"
 #include "frame/information.h"
 #include "frame/main_window.h"
 #include "machines/advanced_form.h"
@@ -12,9 +15,6 @@
 #include "platform/platform.h"
 #include "print/page_layout_form.h"
 #include "print/program_listing.h"
-#include "program/command_job.h"
-#include "program/commands.h"
-#include "program/file_commands.h"
 #include "receive/receive.h"
 #include "resequence/resequence_form.h"
 #include "resequence/resequence_run.h"

@@ -1,4 +1,4 @@
-#include "program/command_job.h"
+#include "frame/command_job.h"
 
 #include "platform/basic_text.h"
 #include "receive/check_receive.h"

@@ -1,4 +1,4 @@
-#include "program/commands.h"
+#include "frame/commands.h"
 
 #include "platform/basic_text.h"
 #include "transmit/scratch_copy.h"

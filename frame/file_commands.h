@@ -3,8 +3,8 @@
 #include <optional>
 #include <string>
 
+#include "frame/commands.h"
 #include "frame/main_window.h"
-#include "program/commands.h"
 
 namespace kelvane {
 
