@@ -76,7 +76,7 @@ struct Program_on_disk {
     }
     Task<> convert(const Transfer_options& options, bool& text) {
         const Receive::Text_or_trouble result = co_await program.receive.code_convert_file(options);
-        text = std::holds_alternative<std::string>(result);
+        text = std::holds_alternative<Receive::Text>(result);
     }
 
     Qt_event_loop loop;

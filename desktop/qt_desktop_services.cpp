@@ -17,6 +17,7 @@
 #include "desktop/qt_text.h"
 #include "desktop/serial_line.h"
 #include "desktop/serial_names.h"
+#include "desktop/standard_streams.h"
 #include "platform/files.h"
 
 namespace kelvane {
@@ -119,6 +120,10 @@ std::vector<Serial_device> Qt_desktop_services::serial_devices() const {
         return by_number.compare(to_screen(a.path), to_screen(b.path)) < 0;
     });
     return devices;
+}
+
+void Qt_desktop_services::tell_standard_error(const std::string& text) {
+    kelvane::tell_standard_error(text + "\n");
 }
 
 }  // namespace kelvane

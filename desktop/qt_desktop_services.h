@@ -24,6 +24,7 @@ class Qt_desktop_services : public Desktop_services {
     [[nodiscard]] bool another_instance_runs() override;
     [[nodiscard]] std::string lock_trouble() const override { return lock_trouble_; }
     [[nodiscard]] std::vector<Serial_device> serial_devices() const override;
+    void tell_standard_error(const std::string& text) override;
 
   private:
     std::string command_line_;

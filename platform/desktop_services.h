@@ -35,6 +35,8 @@ class Desktop_services {
     [[nodiscard]] virtual std::string lock_trouble() const = 0;
     /// The serial devices found now, in a stable order.
     [[nodiscard]] virtual std::vector<Serial_device> serial_devices() const = 0;
+    /// Writes `text` as lines to standard error, for whoever has started a job by a command line.
+    virtual void tell_standard_error(const std::string& text) = 0;
 };
 
 }  // namespace kelvane

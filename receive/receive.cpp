@@ -1,10 +1,10 @@
 #include "receive/receive.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/basic_text.h"
 #include "receive/receive_saver.h"
-#include "receive/received_text.h"
 #include "session/file_names.h"
 #include "transmit/switchbox.h"
 
@@ -29,6 +29,18 @@ Message illegal_characters() {
         "If CNC sends man-readable leaders,\n"
         "use option to ignore data before 1st EOB",
         "Serial data error");
+}
+
+/// What the operator should know of a text that is about to be saved; `kept` is its end.
+std::string told_of(const Receive::Text& received, std::string_view kept) {
+    if (!received.recognised) {
+        return "saved unconverted: tape code not recognised";
+    }
+    const std::string_view dropped =
+        std::string_view(received.text).substr(0, received.text.size() - kept.size());
+    Reception_doubts doubts = received.doubts;
+    drop_lines(doubts, static_cast<std::size_t>(std::count(dropped.begin(), dropped.end(), '\n')));
+    return doubts_text(doubts);
 }
 
 }  // namespace
@@ -132,12 +144,12 @@ Task<Transfer_end> Receive::save_text(const Transfer_options& options, std::stri
     if (const auto* trouble = std::get_if<Message>(&converted)) {
         co_return end_with_note(Outcome::disk_full, not_saved, *trouble);
     }
-    const auto& text = std::get<std::string>(converted);
-    if (text.empty()) {
+    const auto& received = std::get<Text>(converted);
+    if (received.text.empty()) {
         co_return end_with_note(Outcome::nothing_received, not_saved, illegal_characters());
     }
     session_.control.happens(Transfer_event::converted);
-    std::string kept(skipped_up_to(text, options.Skip_upto));
+    std::string kept(skipped_up_to(received.text, options.Skip_upto));
     if (kept.empty()) {
         co_return end_with_note(
             Outcome::nothing_received, not_saved,
@@ -146,8 +158,25 @@ Task<Transfer_end> Receive::save_text(const Transfer_options& options, std::stri
                              staging_.path(),
                          "Received data error"));
     }
-    Receive_saver saver(session_, staging_, std::move(path));
-    co_return co_await saver.save(std::move(kept), options);
+    const std::string doubts = told_of(received, kept);
+    Receive_saver saver(session_, staging_, std::move(path), doubts);
+    Transfer_end end = co_await saver.save(std::move(kept), options);
+    if (received.recognised) {
+        tell(end, doubts);
+    }
+    co_return end;
+}
+
+/// A box, unless another one is due; a job that nobody may be watching ends without one.
+void Receive::tell(Transfer_end& end, const std::string& doubts) const {
+    if (doubts.empty() || end.box) {
+        return;
+    }
+    if (session_.state.Command_line != 0) {
+        session_.desktop.tell_standard_error(doubts);
+    } else {
+        end.box = warning_box(doubts, "Received data error");
+    }
 }
 
 Task<Receive::Text_or_trouble> Receive::code_convert_file(const Transfer_options& options) {
@@ -166,26 +195,26 @@ Task<Receive::Text_or_trouble> Receive::code_convert_file(const Transfer_options
                 "settings.",
                 "Received data error");
             co_await session_.op.ask(box);
-            co_return *raw;
+            co_return Text{*raw, false, {}};
         }
         code = *recognised;
         session_.op.show_text(code.column == receive_eia ? "Code converting EIA data"
                                                          : "Code converting ASCII/ISO data");
     }
-    std::string text = co_await converted(*raw, code, options);
+    const Conversion_options kept{options.ignore_before, options.ignore_after, options.unwanted,
+                                  options.RX_Mask};
+    std::string text = co_await converted(*raw, code, kept);
     if (const auto staged = stage_text(text); !staged) {
         co_return *unsaved_end(session_.files.program_path(file_names::scratch_converted),
                                staged.reason(), staging_.path())
             .box;
     }
-    co_return text;
+    co_return Text{std::move(text), true, doubts_of(*raw, tables_, code, kept)};
 }
 
 Task<std::string> Receive::converted(const std::string& raw, Received_code code,
-                                     const Transfer_options& options) {
-    Received_text text(
-        raw, tables_, code,
-        {options.ignore_before, options.ignore_after, options.unwanted, options.RX_Mask});
+                                     const Conversion_options& options) {
+    Received_text text(raw, tables_, code, options);
     while (!text.at_end()) {
         text.take(breath_every);
         co_await session_.loop.breath();

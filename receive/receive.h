@@ -6,6 +6,8 @@
 
 #include "receive/receive_poll.h"
 #include "receive/received_code.h"
+#include "receive/received_text.h"
+#include "receive/reception_doubts.h"
 #include "receive/staging_file.h"
 #include "session/session.h"
 #include "transmit/code_tables.h"
@@ -23,11 +25,17 @@ class Receive : public Receiver {
     Task<Transfer_end> receive(const Transfer_options& options, std::string path,
                                bool binary) override;
 
+    /// What a reception has become.
+    struct Text {
+        std::string text;
+        bool recognised = true;  ///< else the bytes as they came
+        Reception_doubts doubts;
+    };
     /// The text of the bytes in the staging file, which holds the text afterwards; or the message
     /// that tells why a file could not be read or written: then it holds the bytes still. So it
     /// does when they cannot be recognised, which a box has told, and are returned as they are, and
     /// when nothing is left of them.
-    using Text_or_trouble = std::variant<std::string, Message>;
+    using Text_or_trouble = std::variant<Text, Message>;
     [[nodiscard]] Task<Text_or_trouble> code_convert_file(const Transfer_options& options);
 
   private:
@@ -38,7 +46,8 @@ class Receive : public Receiver {
     [[nodiscard]] Transfer_end keep_binary(std::int64_t bytes);
     [[nodiscard]] Task<Transfer_end> save_text(const Transfer_options& options, std::string path);
     [[nodiscard]] Task<std::string> converted(const std::string& raw, Received_code code,
-                                              const Transfer_options& options);
+                                              const Conversion_options& options);
+    void tell(Transfer_end& end, const std::string& doubts) const;
     [[nodiscard]] Result<> stage_text(const std::string& text);
 
     const Session session_;

@@ -17,8 +17,9 @@ Transfer_end unsaved_end(const std::string& path, const std::string& reason,
     return end;
 }
 
-Receive_saver::Receive_saver(const Session& session, Staging_file& staging, std::string path)
-    : session_(session), staging_(staging), path_(std::move(path)) {}
+Receive_saver::Receive_saver(const Session& session, Staging_file& staging, std::string path,
+                             std::string doubts)
+    : session_(session), staging_(staging), path_(std::move(path)), doubts_(std::move(doubts)) {}
 
 Task<Transfer_end> Receive_saver::save(std::string text, const Transfer_options& options) {
     if (options.Separate_files == 0) {
@@ -41,7 +42,8 @@ std::string Receive_saver::report(std::size_t length) const {
     return "File " + path_ +
            " has been saved\r\nFile size:" + Str(static_cast<std::int64_t>(length)) +
            " bytes\r\nDate: " + session_.desktop.date_text() +
-           "\r\nTime: " + session_.desktop.time_text() + "\r\n" + std::string(50, '-') + "\r\n";
+           "\r\nTime: " + session_.desktop.time_text() + "\r\n" + as_complete_lines(doubts_) +
+           std::string(50, '-') + "\r\n";
 }
 
 Task<Transfer_end> Receive_saver::save_separately(std::string text) {
@@ -103,6 +105,9 @@ Transfer_end Receive_saver::saved(std::string note) {
     staging_.remove();
     Transfer_end end;
     end.note = std::move(note);
+    std::string doubts = doubts_;
+    std::replace(doubts.begin(), doubts.end(), '\n', ';');
+    end.note += (doubts.empty() ? "" : "  |  ") + doubts;
     return end;
 }
 

@@ -15,8 +15,10 @@ namespace kelvane {
 /// number. The staging file goes when the text is safely there, and not before.
 class Receive_saver {
   public:
-    /// `path` is the target; `staging` outlives the saver.
-    Receive_saver(const Session& session, Staging_file& staging, std::string path);
+    /// `path` is the target; `staging` outlives the saver. `doubts` are said in the report and the
+    /// note of what has been saved; empty without any.
+    Receive_saver(const Session& session, Staging_file& staging, std::string path,
+                  std::string doubts);
 
     /// The end of the receive, still to be made.
     [[nodiscard]] Task<Transfer_end> save(std::string text, const Transfer_options& options);
@@ -32,6 +34,7 @@ class Receive_saver {
     const Session session_;
     Staging_file& staging_;
     const std::string path_;
+    const std::string doubts_;
 };
 
 /// The end of a receive whose text or bytes could not be written to `path`, or brought there.

@@ -210,7 +210,31 @@ TEST(Receive, TellsDataThatCannotBeTextAndKeepsIt) {
         EXPECT_EQ(shop.file("NEW.NC"), c.saved);
         EXPECT_EQ(shop.scratch(), *c.saved == '(' ? "no line end" : "(missing)");
         EXPECT_TRUE(shop.idle());
+        const bool saved = shop.file("NEW.NC") != "(missing)";
+        const std::string unconverted = "saved unconverted: tape code not recognised";
+        EXPECT_EQ(shop.status().find(unconverted) != std::string::npos, saved);
+        EXPECT_EQ(shop.log().find("\r\n" + unconverted + "\r\n-") != std::string::npos, saved);
     }
+}
+
+TEST(Receive, TellsWrongParityAfterTheSaveAndAJobTellsStandardError) {
+    std::string wire = even("%\r\nO1\r\nG0X100.5\r\n");
+    wire[11] = static_cast<char>(wire[11] ^ 4);  // "X100" becomes "X140"
+    const std::string said = "1 character had wrong parity: line 3";
+    Shop_floor shop({{4, " 0"}}, "");
+    shop.boxes().expect(said);
+    shop.receive_from_machine("NEW.NC", wire);
+    EXPECT_EQ(shop.file("NEW.NC"), "%\r\nO1\r\nG0X140.5\r\n") << "nothing is changed";
+    EXPECT_NE(shop.log().find("\r\n" + said + "\r\n-----"), std::string::npos) << shop.log();
+
+    Shop_floor job({{4, " 0"}}, "");
+    job.desk.files.put(job.desk.files.program_path(file_names::machine_list), "Mill\r\n");
+    job.start("2|/nc/NEW.NC|Mill");
+    job.pass(200ms);
+    job.machine().sends(wire);
+    job.desk.loop.run_until([&] { return job.desk.windows.ended; });
+    EXPECT_EQ(job.desk.desktop.told, said + "\n");
+    EXPECT_EQ(job.desk.windows.exit_status, 0);
 }
 
 TEST(Receive, BinaryKeepsAllByteValues) {

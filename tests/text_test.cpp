@@ -8,6 +8,7 @@
 #include "platform/files.h"
 #include "receive/received_code.h"
 #include "receive/received_text.h"
+#include "receive/reception_doubts.h"
 #include "simulated_machine/tape_code.h"
 #include "transmit/code_tables.h"
 #include "transmit/tape_image.h"
@@ -159,6 +160,67 @@ std::string punched(const std::string& text, int parity) {
         image += static_cast<char>(fits ? c : c | 0x80);
     }
     return image;
+}
+
+TEST(Recognition, WrongParityAndRemovedCharactersAreToldByLine) {
+    const Code_tables tables = Build_code_tables();
+    const std::string text = "%\r\nO12 (PART)\r\nG0 X100.5\r\nM30\r\n";
+    const auto flipped = [](std::string bytes, std::vector<std::size_t> at) {
+        for (const std::size_t i : at) {
+            bytes[i] = static_cast<char>(bytes[i] ^ 4);
+        }
+        return bytes;
+    };
+    std::string eia;
+    for (const char c : std::string("%\nO1 (A)\nG0X1\nM30\n")) {
+        eia += static_cast<char>(tables.code_table[static_cast<unsigned char>(c)][3]);
+    }
+    const std::string removes = "\n\r\x80\x8a\x8d\x1a";
+    const struct {
+        const char* what;
+        std::string raw;
+        Conversion_options options;
+        const char* said;
+    } cases[] = {
+        {"even", punched(text, 0), {}, ""},
+        {"a bit flipped",
+         flipped(punched(text, 0), {22}),
+         {},
+         "1 character had wrong parity: line 3"},
+        {"odd, two in one line",
+         flipped(punched(text, 1), {4, 5, 28}),
+         {},
+         "3 characters had wrong parity: lines 2, 4"},
+        {"no parity to check", flipped(text, {4, 5, 22}), {}, ""},
+        {"no parity, and a letter beyond ASCII", "(M\xdcNCHEN)\r\n" + text, {}, ""},
+        {"device controls and blank tape in a parity of their own",
+         "\x12" + std::string(9, '\0') + punched(text, 1) + "\x93\x7f",
+         {},
+         ""},
+        {"not what is left out before",
+         flipped(punched(text, 0), {0, 22}),
+         {true, true, "", ""},
+         "1 character had wrong parity: line 2"},
+        {"nor after", punched(text, 0) + "\x01", {true, true, "", ""}, ""},
+        {"EIA", flipped(eia, {3}), {}, "1 character had wrong parity: line 2"},
+        {"EIA's bracket",
+         eia,
+         {false, false, removes, ""},
+         "1 character that may mean \"(\" in this tape code was removed: line 2"},
+        {"a Ctrl-Z means nothing", text + "\x1a", {false, false, removes, ""}, ""},
+    };
+    for (const auto& c : cases) {
+        const auto code = recognise_code(c.raw);
+        ASSERT_TRUE(code) << c.what;
+        EXPECT_EQ(doubts_text(doubts_of(c.raw, tables, *code, c.options)), c.said) << c.what;
+    }
+    Reception_doubts many;
+    for (std::size_t line = 1; line <= 15; ++line) {
+        many.wrong_parity.insert(many.wrong_parity.end(), 2, line);
+    }
+    drop_lines(many, 3);
+    EXPECT_EQ(doubts_text(many),
+              "24 characters had wrong parity: lines 1, 2, 3, 4, 5, 6, 7, 8, 9, 10 and 2 more");
 }
 
 TEST(WorkingCopy, only_tape_images_are_converted) {

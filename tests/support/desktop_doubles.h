@@ -150,7 +150,10 @@ class Recorded_desktop : public Desktop_services {
     std::string lock_trouble() const override { return trouble; }
     std::vector<Serial_device> serial_devices() const override { return devices; }
 
+    void tell_standard_error(const std::string& text) override { told += text + "\n"; }
+
     int beeps = 0;
+    std::string told;  ///< on standard error
     std::string command;
     bool another_runs = false;
     std::string trouble;
