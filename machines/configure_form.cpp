@@ -52,7 +52,8 @@ configure_IO_lite::configure_IO_lite(Platform& platform, const Shared_state& sta
       Timer1(platform.loop, guard_interval),
       platform_(platform),
       state_(state),
-      advanced_(advanced) {
+      advanced_(advanced),
+      tasks_(platform.loop) {
     Opt_7_bits.join(Opt_8_bits);
     Timer1.on_tick = [this] { boxes.guard(); };
     IO_device_lst.on_mouse_down = [this] { machine_clicked(); };
@@ -60,12 +61,12 @@ configure_IO_lite::configure_IO_lite(Platform& platform, const Shared_state& sta
     New_name_txt.on_change = [this] { name_changed(); };
     name_hint.plain = true;
     Command2.on_click = [this] { add_machine(); };
-    Command3.on_click = [this] { delete_machine(); };
+    Command3.on_click = [this] { tasks_.start(delete_machine()); };
     Advanced_button.on_click = [this] {
         advanced_.set_xoff_delay(wiring.xoff_delay());
         advanced_.show();
     };
-    apply_button.on_click = [this] { apply(); };
+    apply_button.on_click = [this] { tasks_.start(apply()); };
     cancel_button.on_click = [this] { unload(); };
     for (const std::string_view baud : baud_rates) {
         BAUD_lst.add(std::string(baud));
@@ -85,8 +86,8 @@ void configure_IO_lite::on_load() {
     New_name_txt.set_text("");
     auto machines = machine_list_items(platform_.files);
     if (!machines) {
-        tell("Cannot read the list of machines.\n" + machines.reason());
         unload();
+        tell("Cannot read the list of machines.\n" + machines.reason());
         return;
     }
     IO_device_lst.set_items(*std::move(machines));
@@ -96,6 +97,7 @@ void configure_IO_lite::on_load() {
 }
 
 void configure_IO_lite::on_unload() {
+    tasks_.end_all();
     Timer1.set_enabled(false);
     wiring.end();
     advanced_.unload();
@@ -188,26 +190,44 @@ void configure_IO_lite::saveit(const std::string& path) {
 }
 
 void configure_IO_lite::tell(std::string text) {
-    platform_.message_box.show(
-        {std::move(text), std::string(product_name), Message_icon::critical, Message_buttons::ok});
+    tasks_.start(told(
+        {std::move(text), std::string(product_name), Message_icon::critical, Message_buttons::ok}));
 }
 
-bool configure_IO_lite::confirm_data_bits() {
+Task<> configure_IO_lite::told(Message message) {
+    while (loaded() && !visible()) {
+        co_await platform_.loop.next();
+    }
+    co_await platform_.message_box.ask(message);
+}
+
+Task<bool> configure_IO_lite::confirmed(std::string_view text) {
+    const Message question{std::string(text), std::string(illegal_title), Message_icon::exclamation,
+                           Message_buttons::yes_no};
+    const Message_answer answer = co_await platform_.message_box.ask(question);
+    co_return answer == Message_answer::yes;
+}
+
+Task<bool> configure_IO_lite::confirm_data_bits() {
     const bool parity = chk_even.checked() || chk_odd.checked();
     const bool none = chk_no.checked() || chk_EIA.checked();
-    const auto confirmed = [this](std::string_view text) {
-        return platform_.message_box.show({std::string(text), std::string(illegal_title),
-                                           Message_icon::exclamation, Message_buttons::yes_no}) ==
-               Message_answer::yes;
-    };
-    return !(Opt_8_bits.value() && parity && !confirmed(illegal_eight_bits)) &&
-           !(Opt_7_bits.value() && none && !confirmed(illegal_seven_bits));
+    if (Opt_8_bits.value() && parity) {
+        co_return co_await confirmed(illegal_eight_bits);
+    }
+    if (Opt_7_bits.value() && none) {
+        co_return co_await confirmed(illegal_seven_bits);
+    }
+    co_return true;
 }
 
-void configure_IO_lite::apply() {
-    if (!confirm_data_bits() || !loaded()) {
-        return;
+Task<> configure_IO_lite::apply() {
+    const bool goes_on = co_await confirm_data_bits();
+    if (goes_on && loaded()) {
+        store();
     }
+}
+
+void configure_IO_lite::store() {
     Files& files = platform_.files;
     const bool is_default = IO_device_lst.selected() <= 0;
     const std::string machine = is_default ? default_machine : IO_device_lst.selected_text();
@@ -234,8 +254,8 @@ void configure_IO_lite::name_changed() {
 }
 
 void configure_IO_lite::refuse_name(std::string reason) {
-    platform_.message_box.show(
-        {std::move(reason), "List entry error", Message_icon::exclamation, Message_buttons::ok});
+    tasks_.start(told(
+        {std::move(reason), "List entry error", Message_icon::exclamation, Message_buttons::ok}));
 }
 
 void configure_IO_lite::add_machine() {
@@ -259,20 +279,22 @@ void configure_IO_lite::add_machine() {
     saveit(may_write_bare_file(platform_.files, name) ? name : "");
 }
 
-void configure_IO_lite::delete_machine() {
-    if (IO_device_lst.selected() <= 0) {
-        return;
-    }
+Task<> configure_IO_lite::delete_machine() {
     const int position = IO_device_lst.selected();
-    const std::string machine = IO_device_lst.selected_text();
-    if (platform_.message_box.show({"Warning - You are about to delete\n"
-                                    "the COM port settings for: " +
-                                        machine,
-                                    "Delete entry?", Message_icon::exclamation,
-                                    Message_buttons::ok_cancel}) != Message_answer::ok ||
-        !loaded()) {
-        return;
+    if (position <= 0) {
+        co_return;
     }
+    const Message question{"Warning - You are about to delete\nthe COM port settings for: " +
+                               IO_device_lst.selected_text(),
+                           "Delete entry?", Message_icon::exclamation, Message_buttons::ok_cancel};
+    const Message_answer answer = co_await platform_.message_box.ask(question);
+    if (answer == Message_answer::ok) {
+        delete_machine_at(position);
+    }
+}
+
+void configure_IO_lite::delete_machine_at(int position) {
+    const std::string machine = IO_device_lst.items()[static_cast<std::size_t>(position)];
     IO_device_lst.remove(position);
     IO_device_lst.select(0);
     const auto settings_path =

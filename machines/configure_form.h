@@ -10,6 +10,7 @@
 #include "platform/event_loop.h"
 #include "platform/form.h"
 #include "platform/platform.h"
+#include "platform/task_keeper.h"
 #include "session/shared_state.h"
 
 namespace kelvane {
@@ -88,17 +89,23 @@ class configure_IO_lite : public Form {
     void show_fields(const MachineSettings& settings, int count);
     [[nodiscard]] MachineSettings shown_settings();
 
+    /// Opens a box over the form, once that is shown.
     void tell(std::string text);
-    [[nodiscard]] bool confirm_data_bits();
-    void apply();
+    Task<> told(Message message);
+    Task<bool> confirmed(std::string_view text);
+    Task<bool> confirm_data_bits();
+    Task<> apply();
+    void store();
     void name_changed();
     void refuse_name(std::string reason);
     void add_machine();
-    void delete_machine();
+    Task<> delete_machine();
+    void delete_machine_at(int position);
 
     Platform& platform_;
     const Shared_state& state_;
     Configure_IO_advanced_lite& advanced_;
+    Task_keeper tasks_;  ///< questions and messages, which end with the form
 };
 
 }  // namespace kelvane

@@ -5,6 +5,7 @@
 #include "platform/controls.h"
 #include "platform/form.h"
 #include "platform/platform.h"
+#include "platform/task_keeper.h"
 #include "session/shared_state.h"
 
 namespace kelvane {
@@ -29,9 +30,11 @@ class select_device_form_lite : public Form {
 
   private:
     void select();
+    Task<> tell_unreadable(std::string reason);
 
     Platform& platform_;
     Shared_state& state_;
+    Task_keeper tasks_;
 };
 
 }  // namespace kelvane
