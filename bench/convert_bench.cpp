@@ -13,6 +13,7 @@
 #include "desktop/qt_event_loop.h"
 #include "frame/program.h"
 #include "promise.h"
+#include "receive/received_text.h"
 #include "support/headless_platform.h"
 #include "support/program_process.h"
 
