@@ -4,10 +4,12 @@
 #include "desktop/configure_dialog.h"
 #include "desktop/directories_dialog.h"
 #include "desktop/information_dialog.h"
+#include "desktop/line_monitor_dialog.h"
 #include "desktop/main_window.h"
 #include "desktop/page_layout_dialog.h"
 #include "desktop/resequence_dialog.h"
 #include "desktop/select_device_dialog.h"
+#include "desktop/test_line_dialog.h"
 
 namespace kelvane {
 
@@ -21,6 +23,8 @@ void add_windows(Qt_windows& windows, Program& program) {
     windows.add(program.information_form, make_information_dialog);
     windows.add(program.page_layout_form, make_page_layout_dialog);
     windows.add(program.resequence_form, make_resequence_dialog);
+    windows.add(program.line_monitor_form, make_line_monitor_dialog);
+    windows.add(program.test_line_form, make_test_line_dialog);
 }
 
 }  // namespace kelvane

@@ -297,6 +297,16 @@ bool Qt_serial_port::cts_holding() {
     return cts_.clear();
 }
 
+std::optional<Machine_signals> Qt_serial_port::machine_signals() const {
+    return is_open() ? modem_signals(handle()) : std::nullopt;
+}
+
+void Qt_serial_port::set_signal(Own_signal signal, bool on) {
+    if (is_open()) {
+        set_modem_line(handle(), signal, on);
+    }
+}
+
 std::optional<Clock_time> Qt_serial_port::sleep_limit() {
     if (!port_.isOpen()) {
         return std::nullopt;

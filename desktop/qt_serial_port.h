@@ -43,6 +43,9 @@ class Qt_serial_port : public Serial_comm {
     void output(std::string_view bytes) override;
     [[nodiscard]] bool cts_holding() override;
 
+    [[nodiscard]] std::optional<Machine_signals> machine_signals() const override;
+    void set_signal(Own_signal signal, bool on) override;
+
   private:
     void set_frame(const Line_settings& line);
     Port_error open_failed(const std::string& device);

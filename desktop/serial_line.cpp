@@ -169,9 +169,23 @@ void set_modem_lines(int handle, bool on) {
     ::ioctl(handle, on ? TIOCMBIS : TIOCMBIC, &lines);
 }
 
-bool clear_to_send(int handle) {
+void set_modem_line(int handle, Own_signal signal, bool on) {
+    const int line = signal == Own_signal::dtr ? TIOCM_DTR : TIOCM_RTS;
+    ::ioctl(handle, on ? TIOCMBIS : TIOCMBIC, &line);
+}
+
+std::optional<Machine_signals> modem_signals(int handle) {
     int lines = 0;
-    return ::ioctl(handle, TIOCMGET, &lines) != 0 || (lines & TIOCM_CTS) != 0;
+    if (::ioctl(handle, TIOCMGET, &lines) != 0) {
+        return std::nullopt;
+    }
+    return Machine_signals{(lines & TIOCM_CTS) != 0, (lines & TIOCM_DSR) != 0,
+                           (lines & TIOCM_CAR) != 0, (lines & TIOCM_RNG) != 0};
+}
+
+bool clear_to_send(int handle) {
+    const auto signals = modem_signals(handle);
+    return !signals || signals->cts;
 }
 
 void ask_for_low_latency(int handle) {

@@ -42,6 +42,12 @@ void set_driver_handshaking(int handle, const Port_settings& settings);
 /// RTS and DTR on or off; nothing happens on a device without modem lines.
 void set_modem_lines(int handle, bool on);
 
+/// One of the two.
+void set_modem_line(int handle, Own_signal signal, bool on);
+
+/// The lines that the machine drives. No value on a device without modem lines.
+std::optional<Machine_signals> modem_signals(int handle);
+
 /// CTS; a device without modem lines is clear to send.
 bool clear_to_send(int handle);
 

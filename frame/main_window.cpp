@@ -24,6 +24,8 @@ Kelvane_lite_form::Kelvane_lite_form(Platform& the_platform)
           Button("ConfigMenuItem0", "&Serial port"), Button("ConfigMenuItem1", "Select &Machine"),
           Button("ConfigMenuItem2", "&Select printer"), Button("ConfigMenuItem3", "&Page layout"),
           Button("ConfigMenuItem4", "&Files && directories")},
+      ToolsMenuItem{Button("ToolsMenuItem0", "Line &monitor"),
+                    Button("ToolsMenuItem1", "&Test line")},
       AboutMenuItem{Button("AboutMenuItem0", "&Kelvane Lite"),
                     Button("AboutMenuItem1", "&Getting started"),
                     Button("AboutMenuItem2", "&Tape codes and handshakes"),
@@ -35,10 +37,10 @@ Kelvane_lite_form::Kelvane_lite_form(Platform& the_platform)
     status_label.plain = true;
 }
 
-std::array<Menu, 3> Kelvane_lite_form::menus() {
+std::array<Menu, 4> Kelvane_lite_form::menus() {
     return {Menu{"FileMenu", "&File", FileMenuItem},
             Menu{"ConfigMenu", "&Configure", ConfigMenuItem},
-            Menu{"AboutMenu", "&About", AboutMenuItem}};
+            Menu{"ToolsMenu", "&Tools", ToolsMenuItem}, Menu{"AboutMenu", "&About", AboutMenuItem}};
 }
 
 Session Kelvane_lite_form::session() {

@@ -43,8 +43,9 @@ class Kelvane_lite_form : public Form, public Operator {
 
     std::array<Button, 6> FileMenuItem;
     std::array<Button, 5> ConfigMenuItem;
+    std::array<Button, 2> ToolsMenuItem;
     std::array<Button, 5> AboutMenuItem;
-    [[nodiscard]] std::array<Menu, 3> menus();
+    [[nodiscard]] std::array<Menu, 4> menus();
 
     Timer Timer1;  ///< 100 ms: starts the command-line job
     Transfer_control control;

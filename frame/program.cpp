@@ -1,5 +1,7 @@
 #include "frame/program.h"
 
+#include "platform/basic_text.h"
+
 namespace kelvane {
 
 Program::Program(Platform& platform)
@@ -18,13 +20,17 @@ Program::Program(Platform& platform)
       information_form(platform.windows),
       resequence_form(platform.windows, platform.files, window.control),
       resequence_run(platform, window, window.control, window.state, resequence_form),
+      line_watch(platform.port),
+      line_monitor_form(platform, line_watch),
+      test_line_form(platform, window.control, line_watch, [this] { return selected_line(); }),
       commands(window, transfer, listing, resequence_form),
       file_commands(window, commands),
       command_job(window, commands) {
     select_device_form.on_selected = [this] { window.show_machine(); };
     window.other_forms = {&comm_form,          &advanced_form,    &configure_form,
                           &directories_form,   &page_layout_form, &select_device_form,
-                          &set_directory_form, &information_form, &resequence_form};
+                          &set_directory_form, &information_form, &resequence_form,
+                          &line_monitor_form,  &test_line_form};
     join_menus();
     comm_form.load();
 }
@@ -47,11 +53,42 @@ void Program::join_menus() {
     window.ConfigMenuItem[4].on_click = [this] {
         window.tasks.start(directories_form.show_modal());
     };
+    window.ToolsMenuItem[0].on_click = [this] { line_monitor_form.show(); };
+    window.ToolsMenuItem[1].on_click = [this] { test_line_form.show(); };
     for (int item = 0; item < static_cast<int>(window.AboutMenuItem.size()); ++item) {
         window.AboutMenuItem[static_cast<std::size_t>(item)].on_click = [this, item] {
             information_form.show_information(item);
         };
     }
+}
+
+/// Without handshakes of the driver: what is tested is what crosses the line.
+Tested_line Program::selected_line() const {
+    const Loaded_options loaded =
+        load_transfer_options(window.platform.files, window.state.IO_device_name);
+    const Transfer_options& options = loaded.options;
+    const std::string device = window.platform.port.device_of(options.com_port);
+    Tested_line line;
+    line.name = options.machine + ": COM" + decimal(options.com_port) + " (" + device + "), " +
+                options.line_settings;
+    line.port.com_port = options.com_port;
+    line.port.settings = options.line_settings;
+    line.port.transparent = true;
+    line.port.xon = options.Xon_char;
+    line.port.xoff = options.Xoff_char;
+    line.on_wire = [this, code = options.TX_code, eob = options.TX_eob](std::string_view text) {
+        std::string bytes = std::string(text) + eob;
+        for (char& character : bytes) {
+            character =
+                static_cast<char>(code_tables.code_table[static_cast<unsigned char>(character)]
+                                                        [static_cast<std::size_t>(code)]);
+        }
+        return bytes;
+    };
+    line.trouble = !loaded.unreadable.empty() ? loaded.path + "\n" + loaded.unreadable
+                   : loaded.fault             ? std::string(fault_text(*loaded.fault))
+                                              : std::string();
+    return line;
 }
 
 void Program::start() {

@@ -9,6 +9,9 @@
 #include "frame/file_commands.h"
 #include "frame/information.h"
 #include "frame/main_window.h"
+#include "line/line_monitor_form.h"
+#include "line/line_watch.h"
+#include "line/test_line_form.h"
 #include "machines/advanced_form.h"
 #include "machines/configure_form.h"
 #include "machines/select_device_form.h"
@@ -50,12 +53,16 @@ class Program {
     Thank_you_form_lite information_form;
     resequence_form_lite resequence_form;
     Resequence_run resequence_run;
+    Line_watch line_watch;
+    Line_monitor_form line_monitor_form;
+    Test_line_form test_line_form;
     Commands commands;
     File_commands file_commands;
     Command_job command_job;
 
   private:
     void join_menus();
+    [[nodiscard]] Tested_line selected_line() const;
 };
 
 }  // namespace kelvane

@@ -64,6 +64,15 @@ std::string decimal(std::int64_t number) {
     return std::to_string(number);
 }
 
+std::string grouped_decimal(std::uint64_t number) {
+    std::string text = std::to_string(number);
+    for (std::size_t at = text.size(); at > 3;) {
+        at -= 3;
+        text.insert(at, ",");
+    }
+    return text;
+}
+
 int CInt(double number) {
     if (std::isnan(number)) {
         return 0;

@@ -23,6 +23,9 @@ std::string print_number(std::int64_t number);
 /// A whole number without sign blank: "3", "-2".
 std::string decimal(std::int64_t number);
 
+/// A count to be read: "1,234,567".
+std::string grouped_decimal(std::uint64_t number);
+
 /// Rounds to a whole number, halves to the even neighbour; values beyond the range of `int` are
 /// clamped to it, so that a settings file with absurd numbers cannot overflow anything.
 int CInt(double number);

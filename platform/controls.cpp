@@ -1,6 +1,7 @@
 #include "platform/controls.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace kelvane {
@@ -188,6 +189,33 @@ void Progress_bar::set_value(int percent) {
         value_ = inside;
         changed();
     }
+}
+
+void Log_text::add(std::vector<Part> parts) {
+    if (!parts.empty()) {
+        std::move(parts.begin(), parts.end(), std::back_inserter(parts_));
+        changed();
+    }
+}
+
+void Log_text::replace_last(std::string text) {
+    if (text != parts_.back().text) {
+        parts_.back().text = std::move(text);
+        changed();
+    }
+}
+
+void Log_text::drop_first(std::uint64_t count) {
+    const auto dropped = std::min<std::uint64_t>(count, parts_.size());
+    if (dropped > 0) {
+        parts_.erase(parts_.begin(), parts_.begin() + static_cast<std::ptrdiff_t>(dropped));
+        fallen_ += dropped;
+        changed();
+    }
+}
+
+void Log_text::copy() const {
+    run(on_copy);
 }
 
 void Rich_text::set_text(std::string text) {

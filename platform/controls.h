@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <deque>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -177,6 +179,35 @@ class Progress_bar : public Control {
 
   private:
     int value_ = 0;
+};
+
+/// A log that is only shown, and copied: parts of one or more lines, which are added at its end and
+/// fall off its start. None but the last part ever changes.
+class Log_text : public Control {
+  public:
+    enum class Side : char { plain, outgoing, incoming };
+    struct Part {
+        std::string text;  ///< lines with a line feed between them
+        Side side = Side::plain;
+    };
+    using Control::Control;
+    [[nodiscard]] const std::deque<Part>& parts() const { return parts_; }
+    /// How many parts have fallen off so far.
+    [[nodiscard]] std::uint64_t position_of_first() const { return fallen_; }
+    void add(std::vector<Part> parts);
+    /// There is one.
+    void replace_last(std::string text);
+    /// All, when there are fewer.
+    void drop_first(std::uint64_t count);
+    void clear() { drop_first(parts_.size()); }
+    /// Puts what the operator has selected, or else all, on the clipboard.
+    void copy() const;
+    /// The window layer's.
+    std::function<void()> on_copy;
+
+  private:
+    std::deque<Part> parts_;
+    std::uint64_t fallen_ = 0;
 };
 
 /// The editor pane: a read-only text with a selection. Positions are byte offsets into the text as

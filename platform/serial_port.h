@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -44,6 +45,19 @@ struct Line_errors {
 
     friend bool operator==(const Line_errors&, const Line_errors&) = default;
 };
+
+/// The lines of the plug that the machine drives, beside its data.
+struct Machine_signals {
+    bool cts = false;
+    bool dsr = false;
+    bool dcd = false;
+    bool ri = false;
+
+    friend bool operator==(const Machine_signals&, const Machine_signals&) = default;
+};
+
+/// Those that the computer drives.
+enum class Own_signal : char { dtr, rts };
 
 enum class Line_direction : char { to_machine, from_machine };
 
@@ -88,6 +102,12 @@ class Serial_comm {
     virtual void output(std::string_view bytes) = 0;
     /// CTS raised; a device without modem lines counts as clear to send.
     [[nodiscard]] virtual bool cts_holding() = 0;
+
+    /// As they are now; on some adapters a look costs a millisecond. No value while the port is
+    /// closed and on a device that does not know.
+    [[nodiscard]] virtual std::optional<Machine_signals> machine_signals() const = 0;
+    /// Nothing happens on a closed port and on a device without such lines.
+    virtual void set_signal(Own_signal signal, bool on) = 0;
 };
 
 }  // namespace kelvane

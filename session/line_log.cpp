@@ -15,6 +15,8 @@ constexpr std::size_t longest_stretch = 512;
 constexpr Clock_time longest_gap = std::chrono::milliseconds(100);
 /// As many equal control codes are counted instead of named one by one.
 constexpr std::size_t counted_from = 4;
+/// Of a line that nothing ends, in characters.
+constexpr std::size_t longest_line = 100;
 
 constexpr std::array<std::string_view, 32> control_names = {
     "NUL", "SOH", "STX", "ETX", "EOT", "ENQ", "ACK", "BEL", "BS",  "TAB", "LF",
@@ -34,30 +36,62 @@ std::string named(unsigned char byte) {
     return "<" + name + ">";
 }
 
+/// What stands for `count` equal bytes.
+std::string written(unsigned char byte, std::size_t count) {
+    if (prints(byte)) {
+        return std::string(count, static_cast<char>(byte));
+    }
+    if (count >= counted_from) {
+        return named(byte) + " x " + decimal(static_cast<std::int64_t>(count)) + " ";
+    }
+    std::string text;
+    for (; count > 0; --count) {
+        text += named(byte) + (byte == '\n' && count > 1 ? "\n" : "");
+    }
+    return text;
+}
+
+/// The equal bytes from `at` up to `end` end a line: line feeds, or a carriage return beside none.
+bool ends_line(std::string_view bytes, std::size_t at, std::size_t end) {
+    const bool beside_lf =
+        (at > 0 && bytes[at - 1] == '\n') || (end < bytes.size() && bytes[end] == '\n');
+    return end - at < counted_from && (bytes[at] == '\n' || (bytes[at] == '\r' && !beside_lf));
+}
+
 std::string as_characters(std::string_view bytes) {
     std::string text;
+    std::size_t line_start = 0;
     for (std::size_t at = 0, end = 0; at < bytes.size(); at = end) {
-        const auto byte = static_cast<unsigned char>(bytes[at]);
         end = std::min(bytes.find_first_not_of(bytes[at], at), bytes.size());
-        if (prints(byte)) {
-            text.append(end - at, bytes[at]);
-        } else if (end - at >= counted_from) {
-            text += named(byte) + " x " + decimal(static_cast<std::int64_t>(end - at)) + " ";
-        } else {
-            for (; at < end; ++at) {
-                text += named(byte) + (byte == '\n' ? "\n" : "");
-            }
+        const std::string next = written(static_cast<unsigned char>(bytes[at]), end - at);
+        if (text.size() > line_start && text.size() - line_start + next.size() > longest_line) {
+            text += '\n';
+            line_start = text.size();
+        }
+        text += next;
+        if (ends_line(bytes, at, end)) {
+            text += '\n';
+            line_start = text.size();
         }
     }
     return text;
 }
 
+std::string without_bit_7(std::string_view bytes) {
+    std::string characters(bytes);
+    for (char& byte : characters) {
+        byte = static_cast<char>(byte & 0x7F);
+    }
+    return characters;
+}
+
 std::string as_hex(std::string_view bytes) {
     constexpr std::string_view digits = "0123456789ABCDEF";
+    constexpr std::size_t bytes_a_line = 16;
     std::string text;
-    for (const char byte : bytes) {
-        const auto value = static_cast<unsigned char>(byte);
-        text += text.empty() ? "" : " ";
+    for (std::size_t at = 0; at < bytes.size(); ++at) {
+        const auto value = static_cast<unsigned char>(bytes[at]);
+        text += at == 0 ? "" : at % bytes_a_line == 0 ? "\n" : " ";
         text += {digits[value >> 4U], digits[value & 0xFU]};
     }
     return text;
@@ -105,25 +139,34 @@ void Line_log::drop_first() {
 }
 
 std::string readable_bytes(std::string_view bytes, Line_form form) {
-    return form == Line_form::hex ? as_hex(bytes) : as_characters(bytes);
+    switch (form) {
+        case Line_form::hex:
+            return as_hex(bytes);
+        case Line_form::seven_bits:
+            return as_characters(without_bit_7(bytes));
+        default:
+            return as_characters(bytes);
+    }
+}
+
+std::string stretch_text(const Line_log::Stretch& stretch, Clock_time start, Line_form form) {
+    std::string text = line_head(stretch, start);
+    const std::string indent = std::string(text.size() - 2, ' ') + text.substr(text.size() - 2);
+    std::string rest = readable_bytes(stretch.bytes, form);
+    if (rest.ends_with('\n')) {
+        rest.pop_back();
+    }
+    for (const char c : rest) {
+        text += c;
+        text += c == '\n' ? indent : "";
+    }
+    return text;
 }
 
 std::string log_text(const Line_log& log, Clock_time start, Line_form form) {
     std::string text;
     for (const Line_log::Stretch& stretch : log.stretches()) {
-        const std::string head = line_head(stretch, start);
-        std::string rest = readable_bytes(stretch.bytes, form);
-        if (rest.ends_with('\n')) {
-            rest.pop_back();
-        }
-        // The time stands at the first line, the sign at each.
-        const std::string indent = std::string(head.size() - 2, ' ') + head.substr(head.size() - 2);
-        text += head;
-        for (const char c : rest) {
-            text += c;
-            text += c == '\n' ? indent : "";
-        }
-        text += '\n';
+        text += stretch_text(stretch, start, form) + '\n';
     }
     return text;
 }

@@ -44,15 +44,21 @@ class Line_log {
     Clock_time last_{};
 };
 
-enum class Line_form { characters, hex };
+/// `seven_bits`: characters without their bit 7, which is the parity of some tape codes.
+enum class Line_form { characters, seven_bits, hex };
 
 /// Bytes to be read by people. Characters: what can be printed as it is, control codes by name,
 /// equal ones counted, all else as the settings write it: "N1<CR><LF>", "<NUL> x 40", "<147>"; a
-/// new line after each <LF>. Hex: "4E 31 0D".
+/// new line after each <LF>, each <CR> beside none, and before a line becomes too long. Hex: "4E 31
+/// 0D", 16 bytes a line.
 [[nodiscard]] std::string readable_bytes(std::string_view bytes, Line_form form);
 
-/// The log as the lines of a text file: seconds since `start`, ">" to and "<" from the machine, and
-/// what crossed.
+/// A stretch as lines with a line feed between them: seconds since `start`, ">" to or "<" from the
+/// machine, and what crossed. The time stands at the first line, the sign at each.
+[[nodiscard]] std::string stretch_text(const Line_log::Stretch& stretch, Clock_time start,
+                                       Line_form form);
+
+/// The log as the lines of a text file.
 [[nodiscard]] std::string log_text(const Line_log& log, Clock_time start, Line_form form);
 
 }  // namespace kelvane

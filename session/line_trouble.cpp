@@ -10,18 +10,8 @@ namespace kelvane {
 
 namespace {
 
-/// "3,400"
-std::string grouped(std::size_t number) {
-    std::string text = decimal(static_cast<std::int64_t>(number));
-    for (std::size_t at = text.size(); at > 3;) {
-        at -= 3;
-        text.insert(at, ",");
-    }
-    return text;
-}
-
 std::string counted(int number, std::string_view thing) {
-    return grouped(static_cast<std::size_t>(number)) + " " + std::string(thing) +
+    return grouped_decimal(static_cast<std::size_t>(number)) + " " + std::string(thing) +
            (number == 1 ? "" : "s");
 }
 
@@ -30,7 +20,7 @@ std::string damaged(int count, std::size_t characters, std::string_view kind) {
     const auto number = static_cast<std::size_t>(count);
     const std::string share =
         number <= characters
-            ? grouped(number) + " of " + counted(static_cast<int>(characters), "character")
+            ? grouped_decimal(number) + " of " + counted(static_cast<int>(characters), "character")
             : counted(count, "character");
     return share + (count == 1 ? " came with a " : " came with ") + std::string(kind) +
            (count == 1 ? " error" : " errors");

@@ -52,11 +52,18 @@ TEST(Line_log_test, bytes_are_readable) {
         {"N1 G0\r\nM30", "N1 G0<CR><LF>\nM30"},
         {"\x11\x11\x13\x7F\x93\x1B", "<DC1><DC1><DC3><DEL><147><ESC>"},
         {std::string(40, '\0') + "%%%%%", "<NUL> x 40 %%%%%"},
-        {"\n\n", "<LF>\n<LF>\n"}};
+        {"\n\n", "<LF>\n<LF>\n"},
+        {"\n\n\n\n\n", "<LF> x 5 "},
+        {"N1\rN2\n\rN3", "N1<CR>\nN2<LF>\n<CR>N3"}};
     for (const auto& [bytes, text] : cases) {
         EXPECT_EQ(readable_bytes(bytes, Line_form::characters), text);
     }
+    const std::string most(90, 'x');
+    EXPECT_EQ(readable_bytes(most + "\x80yyyyyyyyN", Line_form::characters),
+              most + "<128>\nyyyyyyyyN");
+    EXPECT_EQ(readable_bytes("M\xB1\x8D\x93", Line_form::seven_bits), "M1<CR>\n<DC3>");
     EXPECT_EQ(readable_bytes(std::string("N\0\xFF", 3), Line_form::hex), "4E 00 FF");
+    EXPECT_EQ(readable_bytes(std::string(17, 'A'), Line_form::hex).substr(42), "41 41\n41");
 }
 
 TEST(Line_log_test, what_goes_one_way_without_a_pause_stands_together_with_its_time) {

@@ -8,6 +8,7 @@
 #include <random>
 #include <sched.h>
 #include <string>
+#include <sys/ioctl.h>
 #include <unistd.h>
 #include <vector>
 
@@ -261,6 +262,23 @@ TEST_F(Real_adapter, errors_are_counted_from_opening_to_closing) {
     port_.close();
     lines_.breaks = 4;
     EXPECT_EQ(port_.line_errors(), (Line_errors{2, 0, 1, 3}));
+}
+
+TEST_F(Real_adapter, the_lines_beside_the_data_are_seen_and_set) {
+    EXPECT_EQ(port_.machine_signals(), std::nullopt);
+    ASSERT_EQ(port_.open(settings_), Port_error::none);
+    lines_.other_signals = TIOCM_DSR | TIOCM_RNG;
+    EXPECT_EQ(port_.machine_signals(), (Machine_signals{true, true, false, true}));
+    lines_.cts = false;
+    lines_.other_signals = TIOCM_CAR;
+    EXPECT_EQ(port_.machine_signals(), (Machine_signals{false, false, true, false}));
+    port_.set_signal(Own_signal::dtr, false);
+    EXPECT_EQ(lines_.set_by_program, TIOCM_RTS);
+    port_.set_signal(Own_signal::dtr, true);
+    port_.set_signal(Own_signal::rts, false);
+    EXPECT_EQ(lines_.set_by_program, TIOCM_DTR);
+    port_.close();
+    EXPECT_EQ(lines_.set_by_program, 0);
 }
 
 TEST_F(Real_adapter, an_observer_sees_both_directions_and_what_is_thrown_away) {

@@ -159,7 +159,8 @@ bool answer(int handle, unsigned long request, void* argument) {
     switch (request) {
         case TIOCMGET:
             ++state()->cts_looks;
-            *value = state()->set_by_program | (state()->cts ? TIOCM_CTS : 0);
+            *value =
+                state()->set_by_program | state()->other_signals | (state()->cts ? TIOCM_CTS : 0);
             return true;
         case TIOCMSET:
             set_lines(handle, *value & (TIOCM_RTS | TIOCM_DTR));

@@ -12,7 +12,8 @@ namespace kelvane::testing {
 struct Modem_lines {
     std::array<char, 64> device{};  ///< path of the device, ended by NUL
     std::atomic<bool> cts{true};
-    std::atomic<int> queued{0};  ///< bytes that the driver says are still to be sent
+    std::atomic<int> other_signals{0};  ///< bits TIOCM_DSR, TIOCM_CAR and TIOCM_RNG
+    std::atomic<int> queued{0};         ///< bytes that the driver says are still to be sent
     /// Last set by the program: bits TIOCM_RTS and TIOCM_DTR.
     std::atomic<int> set_by_program{0};
     std::atomic<int> cts_looks{0};  ///< how often the program has asked

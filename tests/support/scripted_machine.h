@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -30,11 +31,15 @@ class Scripted_machine : public Serial_comm {
         }
         close();
         open_ = true;
+        dtr = true;
+        rts = true;
         to_program_.clear();
         return Port_error::none;
     }
     void close() override {
         open_ = false;
+        dtr = false;
+        rts = false;
         ++line_;
         on_line_.clear();
     }
@@ -63,6 +68,12 @@ class Scripted_machine : public Serial_comm {
         }
     }
     bool cts_holding() override { return cts; }
+    std::optional<Machine_signals> machine_signals() const override {
+        return open_ ? signals : std::nullopt;
+    }
+    void set_signal(Own_signal signal, bool on) override {
+        (signal == Own_signal::dtr ? dtr : rts) = on;
+    }
 
     // --- The script
     /// Something runs as soon as `count` bytes in all have arrived.
@@ -78,11 +89,7 @@ class Scripted_machine : public Serial_comm {
         input_free_ = std::max(input_free_, loop_.now());
         for (const char byte : bytes) {
             input_free_ += open_ ? character_time() : Clock_time(1);
-            loop_.at(input_free_, [this, byte] {
-                tell(Line_direction::from_machine, {&byte, 1});
-                to_program_.append(open_ && !(settings_.null_discard && byte == '\0') ? 1 : 0,
-                                   byte);
-            });
+            loop_.at(input_free_, [this, byte] { arrive({&byte, 1}); });
         }
     }
     /// The adapter is pulled out.
@@ -96,8 +103,12 @@ class Scripted_machine : public Serial_comm {
     }
     bool cts = true;
     Line_errors errors;
+    std::optional<Machine_signals> signals;  ///< none: a device that does not know
+    bool loops_back = false;                 ///< a plug that joins pins 2 and 3
 
     // --- The record
+    bool dtr = false;  ///< as last set by the program
+    bool rts = false;
     [[nodiscard]] const std::string& received() const { return received_; }
     [[nodiscard]] const std::vector<Clock_time>& times() const { return times_; }
     [[nodiscard]] const Port_settings& settings() const { return settings_; }
@@ -107,6 +118,12 @@ class Scripted_machine : public Serial_comm {
   private:
     [[nodiscard]] Clock_time character_time() const {
         return Clock_time(std::llround(1e6 / characters_per_second()));
+    }
+    /// One byte, or none.
+    void arrive(std::string_view byte) {
+        tell(Line_direction::from_machine, byte);
+        const bool thrown_away = settings_.null_discard && byte == std::string_view("\0", 1);
+        to_program_ += open_ && !thrown_away ? byte : "";
     }
     void tell(Line_direction direction, std::string_view bytes) const {
         if (open_ && on_crossing && !bytes.empty()) {
@@ -119,6 +136,7 @@ class Scripted_machine : public Serial_comm {
                 return;
             }
             received_ += on_line_.front();
+            arrive(loops_back ? on_line_.substr(0, 1) : "");
             on_line_.erase(0, 1);
             if (!on_line_.empty()) {
                 shift_next();

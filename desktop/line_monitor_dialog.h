@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QDialog>
+#include <memory>
+
+#include "line/line_monitor_form.h"
+
+class QVBoxLayout;
+
+namespace kelvane {
+
+std::unique_ptr<QDialog> make_line_monitor_dialog(Line_monitor_form& form);
+
+/// The view with its label, counts and list of forms, for a window that looks into the line.
+QVBoxLayout* line_view_of(Line_view& view, int columns, int rows);
+
+}  // namespace kelvane
