@@ -6,6 +6,7 @@
 #include "platform/basic_text.h"
 #include "receive/receive_saver.h"
 #include "session/file_names.h"
+#include "session/line_trouble.h"
 #include "transmit/switchbox.h"
 
 namespace kelvane {
@@ -69,7 +70,11 @@ Task<Transfer_end> Receive::receive(const Transfer_options& options, std::string
     if (binary) {
         co_return keep_binary(collected.bytes);
     }
-    co_return co_await save_text(options, std::move(path));
+    span_ = collected.span;
+    cause_.clear();
+    Transfer_end end = co_await save_text(options, std::move(path));
+    add_remark(end, cause_);
+    co_return end;
 }
 
 std::optional<Transfer_end> Receive::stage(const std::string& path, bool binary) {
@@ -190,6 +195,7 @@ Task<Receive::Text_or_trouble> Receive::code_convert_file(const Transfer_options
     if (options.Use_auto_code_recognition) {
         const auto recognised = recognise_code(*raw);
         if (!recognised) {
+            name_cause(*raw);
             const Message box = critical_box(
                 "Cannot recognize received data.\nCheck I/O device "
                 "settings.",
@@ -204,6 +210,9 @@ Task<Receive::Text_or_trouble> Receive::code_convert_file(const Transfer_options
     const Conversion_options kept{options.ignore_before, options.ignore_after, options.unwanted,
                                   options.RX_Mask};
     std::string text = co_await converted(*raw, code, kept);
+    if (text.empty()) {
+        name_cause(*raw);
+    }
     if (const auto staged = stage_text(text); !staged) {
         co_return *unsaved_end(session_.files.program_path(file_names::scratch_converted),
                                staged.reason(), staging_.path())
@@ -220,6 +229,15 @@ Task<std::string> Receive::converted(const std::string& raw, Received_code code,
         co_await session_.loop.breath();
     }
     co_return text.finish();
+}
+
+/// Also under the box that tells it; the end of the transfer tells the errors by itself.
+void Receive::name_cause(std::string_view raw) {
+    const Line_errors errors = session_.port.line_errors();
+    const std::string cause =
+        likeliest_cause({raw, errors, span_, session_.port.characters_per_second()});
+    session_.op.show_text(cause);
+    cause_ = errors == Line_errors() ? cause : std::string();
 }
 
 /// The text takes the bytes' place only when it is complete; an empty one never does.

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 
 #include "receive/receive_poll.h"
@@ -48,11 +49,14 @@ class Receive : public Receiver {
     [[nodiscard]] Task<std::string> converted(const std::string& raw, Received_code code,
                                               const Conversion_options& options);
     void tell(Transfer_end& end, const std::string& doubts) const;
+    void name_cause(std::string_view raw);
     [[nodiscard]] Result<> stage_text(const std::string& text);
 
     const Session session_;
     const Code_tables& tables_;
     Staging_file staging_;
+    Clock_time span_{};  ///< from the first byte to the last
+    std::string cause_;  ///< why there is no text in them, as far as the line's errors do not tell
 };
 
 }  // namespace kelvane

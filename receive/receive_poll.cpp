@@ -105,6 +105,8 @@ bool Receive_poll::store(const std::string& data) {
         end(Collected_end::unwritten, stored.reason());
         return false;
     }
+    last_data_ = session_.loop.now();
+    first_data_ = RXbytecount_ == 0 ? last_data_ : first_data_;
     RXbytecount_ = total;
     return true;
 }
@@ -112,7 +114,7 @@ bool Receive_poll::store(const std::string& data) {
 /// The first reason holds: a full disk and a lost line together are told in one box.
 void Receive_poll::end(Collected_end end, std::string reason) {
     if (!end_) {
-        end_ = Collected{end, std::move(reason), RXbytecount_};
+        end_ = Collected{end, std::move(reason), RXbytecount_, last_data_ - first_data_};
     }
 }
 

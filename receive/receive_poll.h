@@ -18,6 +18,7 @@ struct Collected {
     Collected_end end = Collected_end::silence;
     std::string reason;      ///< of `unwritten`, in the system's words
     std::int64_t bytes = 0;  ///< in the staging file
+    Clock_time span{};       ///< from the first of them to the last
 };
 
 /// Collects what arrives on an open port into the staging file. It lives on the timers of the
@@ -51,6 +52,8 @@ class Receive_poll {
     const Transfer_options& options_;
     bool heard_ = false;  ///< the operator has been told that data comes in
     std::int64_t RXbytecount_ = 0;
+    Clock_time first_data_{};
+    Clock_time last_data_{};
     std::optional<Collected> end_;
 };
 

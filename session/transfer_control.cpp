@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "session/control_characters.h"
+#include "session/line_trouble.h"
 
 namespace kelvane {
 
@@ -121,6 +122,7 @@ Task<> Transfer_control::end(Transfer_end end) {
     } else if (direction_ == Direction::send && Stopped_ != 0) {
         reset_stop();
     }
+    add_remark(end, line_remark(end));
     op_.show_text(end.log);
     op_.set_progress(0);
     status_.end(end.note);
@@ -128,6 +130,16 @@ Task<> Transfer_control::end(Transfer_end end) {
         const Message box = *end.box;
         co_await op_.ask(box);
     }
+}
+
+/// What has gone wrong on the line; of a send, only what came in is counted there.
+std::string Transfer_control::line_remark(const Transfer_end& end) const {
+    if (end.outcome == Outcome::refused || end.outcome == Outcome::fault) {
+        return {};
+    }
+    const bool received = direction_ == Direction::receive;
+    return line_errors_text(port_.line_errors(),
+                            received ? static_cast<std::size_t>(status_.bytes()) : 0);
 }
 
 // A receive has beeped when the line fell silent.

@@ -151,6 +151,7 @@ class Transfer_control {
     void clear_flags();
     void rest();
     void reset_stop();
+    [[nodiscard]] std::string line_remark(const Transfer_end& end) const;
     [[nodiscard]] bool beeps_at(const Transfer_end& end) const;
 
     Event_loop& loop_;

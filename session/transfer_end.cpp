@@ -15,6 +15,18 @@ Transfer_end end_with(Fault fault) {
     return end_with(Outcome::fault, critical_box(std::string(fault_text(fault))));
 }
 
+void add_remark(Transfer_end& end, const std::string& remark) {
+    if (remark.empty()) {
+        return;
+    }
+    std::string in_one_line = remark;
+    for (std::size_t at = 0; (at = in_one_line.find('\n', at)) != std::string::npos;) {
+        in_one_line.replace(at, 1, ". ");
+    }
+    end.note += (end.note.empty() ? "" : "  |  ") + in_one_line;
+    end.log = remark + (end.log.empty() ? "" : "\r\n\r\n" + end.log);
+}
+
 Message critical_box(std::string text, std::string title) {
     return {std::move(text), std::move(title), Message_icon::critical, Message_buttons::ok};
 }

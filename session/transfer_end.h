@@ -33,6 +33,9 @@ struct Transfer_end {
 [[nodiscard]] Transfer_end end_with(Outcome outcome, Message box);
 /// The end by a fault, whose words a critical box shows.
 [[nodiscard]] Transfer_end end_with(Fault fault);
+/// Adds what else the operator should know, to the editor's text and the note; sentences have line
+/// feeds between them. Nothing happens for an empty remark.
+void add_remark(Transfer_end& end, const std::string& remark);
 /// A critical box; `title` is the product's name when nothing else is said.
 [[nodiscard]] Message critical_box(std::string text, std::string title = std::string(product_name));
 /// An exclamation.

@@ -26,6 +26,7 @@ class Transfer_status {
     void set(Transfer_state state);
     [[nodiscard]] Transfer_state state() const { return state_; }
     void add_bytes(std::size_t bytes) { bytes_ += static_cast<std::int64_t>(bytes); }
+    [[nodiscard]] std::int64_t bytes() const { return bytes_; }
     void restart_count() { bytes_ = 0; }
     /// Back to idle. `note` stays until the next transfer ("Received bytes are kept in ...").
     void end(std::string note);

@@ -237,6 +237,31 @@ TEST(Receive, TellsWrongParityAfterTheSaveAndAJobTellsStandardError) {
     EXPECT_EQ(job.desk.windows.exit_status, 0);
 }
 
+TEST(Receive, SaysWhatIsWrongOnTheLine) {
+    const std::string parity = "2 of 7 characters came with parity errors: data bits or parity";
+    const struct {
+        std::string bytes;
+        Line_errors errors;
+        std::string remark, unrecognised;
+    } cases[] = {
+        {"%\r\nN1\n", {0, 2, 0, 0}, parity, ""},
+        {"1234567", {0, 2, 0, 0}, parity, "Cannot recognize received data"},
+        {"\xC1\xC2", {}, "Every character came with bit 7 set", "Cannot recognize received data"},
+        {"%\r\nN1\n", {}, "Saved /nc/NEW.NC", ""},
+    };
+    for (const auto& c : cases) {
+        Shop_floor shop(Setting_lines{}, "");
+        if (!c.unrecognised.empty()) {
+            shop.boxes().expect(c.unrecognised);
+        }
+        shop.machine().errors = c.errors;
+        shop.receive_from_machine("NEW.NC", c.bytes);
+        EXPECT_NE(shop.status().find(c.remark), std::string::npos) << shop.status();
+        EXPECT_EQ(shop.log().starts_with(c.remark), c.remark.find("Saved") != 0) << shop.log();
+        EXPECT_EQ(shop.status().find(c.remark), shop.status().rfind(c.remark));
+    }
+}
+
 TEST(Receive, BinaryKeepsAllByteValues) {
     std::string all;
     for (int byte = 0; byte < 256; ++byte) {
