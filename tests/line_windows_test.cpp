@@ -120,9 +120,9 @@ TEST_F(Line_monitor_test, the_log_is_saved_and_a_failure_told) {
 class Test_line_test : public ::testing::Test {
   protected:
     Test_line_test() {
-        shop.machine_file("Mill", {});
+        shop.machine_file("Mill", {{4, " 0"}});
         shop.start();
-        machine.signals = Machine_signals{true, false, true, false};
+        machine.from_machine = Machine_signals{true, false, true, false};
     }
     void open() { shop.window().ToolsMenuItem[1].click(); }
     /// The last part of the view.
@@ -144,7 +144,7 @@ TEST_F(Test_line_test, shows_what_the_machine_does_and_sends_by_hand) {
     EXPECT_EQ(form.cts_label.caption() + form.dsr_label.caption() + form.dcd_label.caption() +
                   form.ri_label.caption(),
               "CTS: onDSR: offDCD: onRI: off");
-    machine.signals = std::nullopt;
+    machine.from_machine = std::nullopt;
     machine.errors.framing = 2;
     machine.sends("AB");
     shop.pass(110ms);

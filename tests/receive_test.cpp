@@ -238,14 +238,16 @@ TEST(Receive, TellsWrongParityAfterTheSaveAndAJobTellsStandardError) {
 }
 
 TEST(Receive, SaysWhatIsWrongOnTheLine) {
-    const std::string parity = "2 of 7 characters came with parity errors: data bits or parity";
     const struct {
         std::string bytes;
         Line_errors errors;
         std::string remark, unrecognised;
     } cases[] = {
-        {"%\r\nN1\n", {0, 2, 0, 0}, parity, ""},
-        {"1234567", {0, 2, 0, 0}, parity, "Cannot recognize received data"},
+        {"%\r\nN1\n", {0, 2, 0, 0}, "2 of 6 characters came with parity errors", ""},
+        {"1234567",
+         {0, 7, 0, 0},
+         "7 of 7 characters came with parity errors",
+         "Cannot recognize received data"},
         {"\xC1\xC2", {}, "Every character came with bit 7 set", "Cannot recognize received data"},
         {"%\r\nN1\n", {}, "Saved /nc/NEW.NC", ""},
     };

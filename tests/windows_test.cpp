@@ -130,11 +130,13 @@ TEST_F(Finished_program, every_menu_item_shows_its_form_or_dialog) {
         {1, 2, "", "select_printer|Select printer|modal|"},
         {1, 3, "", "Page_layout_form_lite|Page layout|modal|"},
         {1, 4, "", "directories_form_lite|Files and directories|modal|"},
-        {2, 0, "", information + "Kelvane Lite|modeless|OK,\n"},
-        {2, 1, "", information + "Getting started|modeless|OK,\n"},
-        {2, 2, "", information + "Tape codes and handshakes|modeless|OK,\n"},
-        {2, 3, "", information + "Command line|modeless|OK,\n"},
-        {2, 4, "", information + "Trouble on the line|modeless|OK,\n"},
+        {2, 0, "", "Line_monitor_form|Line monitor|modeless|"},
+        {2, 1, "", "Test_line_form|Test line|modeless|"},
+        {3, 0, "", information + "Kelvane Lite|modeless|OK,\n"},
+        {3, 1, "", information + "Getting started|modeless|OK,\n"},
+        {3, 2, "", information + "Tape codes and handshakes|modeless|OK,\n"},
+        {3, 3, "", information + "Command line|modeless|OK,\n"},
+        {3, 4, "", information + "Trouble on the line|modeless|OK,\n"},
     };
     for (const char* name : {"PART.NC", "PART.BAK"}) {
         ASSERT_TRUE(files.replace(folder.filePath(name).toStdString(), "N1G0\r\n"));
@@ -175,7 +177,8 @@ TEST_F(Finished_program, every_control_of_every_form_has_a_widget_of_its_name) {
     for (Form* form : std::initializer_list<Form*>{
              &program.window, &program.configure_form, &program.advanced_form,
              &program.select_device_form, &program.directories_form, &program.set_directory_form,
-             &program.information_form, &program.page_layout_form, &program.resequence_form}) {
+             &program.information_form, &program.page_layout_form, &program.resequence_form,
+             &program.line_monitor_form, &program.test_line_form}) {
         const QWidget& window = *windows.window_of(*form);
         const auto [first, last] = controls.equal_range(form->name());
         for (auto control = first; control != last; ++control, ++walked) {

@@ -69,7 +69,7 @@ class Scripted_machine : public Serial_comm {
     }
     bool cts_holding() override { return cts; }
     std::optional<Machine_signals> machine_signals() const override {
-        return open_ ? signals : std::nullopt;
+        return open_ ? from_machine : std::nullopt;
     }
     void set_signal(Own_signal signal, bool on) override {
         (signal == Own_signal::dtr ? dtr : rts) = on;
@@ -103,8 +103,8 @@ class Scripted_machine : public Serial_comm {
     }
     bool cts = true;
     Line_errors errors;
-    std::optional<Machine_signals> signals;  ///< none: a device that does not know
-    bool loops_back = false;                 ///< a plug that joins pins 2 and 3
+    std::optional<Machine_signals> from_machine;  ///< none: a device that does not know
+    bool loops_back = false;                      ///< a plug that joins pins 2 and 3
 
     // --- The record
     bool dtr = false;  ///< as last set by the program
