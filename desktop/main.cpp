@@ -1,7 +1,9 @@
 #include <QApplication>
 #include <exception>
 #include <functional>
+#include <iostream>
 #include <string>
+#include <string_view>
 
 #include "desktop/disk_files.h"
 #include "desktop/end_signals.h"
@@ -14,11 +16,14 @@
 #include "desktop/qt_serial_port.h"
 #include "desktop/qt_windows.h"
 #include "desktop/standard_streams.h"
+#include "frame/command_line.h"
 #include "frame/program.h"
 
 namespace {
 
 using namespace kelvane;
+
+constexpr int status_of_wrong_usage = 2;
 
 /// The last defence: what no routine has caught ends the event in which it happened, not the
 /// program, which is told to give up what was going on.
@@ -51,6 +56,23 @@ std::string joined_arguments(int count, char** arguments) {
     return joined;
 }
 
+/// Answers the options that ask about the program itself, for which no window is needed; false
+/// without such an option.
+bool answers_options(int count, char** arguments) {
+    for (int i = 1; i < count; ++i) {
+        const std::string_view argument = arguments[i];
+        if (argument == "--help") {
+            std::cout << usage_text();
+            return true;
+        }
+        if (argument == "--version") {
+            std::cout << "kelvane-lite " << program_version() << '\n';
+            return true;
+        }
+    }
+    return false;
+}
+
 /// Ends the windows while the forms that they show still exist.
 struct Window_end {
     Qt_windows& windows;
@@ -61,7 +83,15 @@ struct Window_end {
 
 int main(int argc, char** argv) {
     guard_standard_streams();
+    if (answers_options(argc, argv)) {
+        return 0;
+    }
     Application application(argc, argv);
+    if (const std::string error = command_line_error(joined_arguments(argc, argv));
+        !error.empty()) {
+        tell_standard_error("kelvane-lite: " + error + "\n" + std::string(usage_text()));
+        return status_of_wrong_usage;
+    }
     Application::setApplicationName("kelvane-lite");
     // No display name: the system would append it to every window's title.
     Application::setQuitOnLastWindowClosed(false);
@@ -81,7 +111,7 @@ int main(int argc, char** argv) {
     add_windows(windows, program);
     on_end_signals(application, [&program, &message_box] {
         message_box.stop_asking();
-        program.window.close();
+        program.window.unload();
     });
     application.after_fault = [&program] { program.window.report_fault(Fault::unexpected); };
     if (!desktop.another_instance_runs()) {

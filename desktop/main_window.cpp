@@ -79,7 +79,7 @@ void Main_window::make_status_bar(Kelvane_lite_form& form) {
     auto* part = new QLabel;
     // A long text must not widen the window.
     status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    status->setAccessibleName("Status");
+    // No accessible name: it would hide the text, which is what is to be read out.
     status->setTextInteractionFlags(Qt::TextSelectableByMouse);
     bind(form.status_label, *status);
     statusBar()->addWidget(status, 1);

@@ -60,7 +60,7 @@ void Qt_file_dialog::set_filters(QFileDialog& dialog) const {
 
 void Qt_file_dialog::prepare(QFileDialog& dialog, File_purpose purpose) {
     const bool save = purpose == File_purpose::save;
-    dialog.setWindowTitle(save ? "Save as" : "Open");
+    dialog.setWindowTitle(title.empty() ? (save ? "Save as" : "Open") : to_screen(title));
     dialog.setOptions(QFileDialog::DontUseNativeDialog | QFileDialog::DontConfirmOverwrite);
     dialog.setDirectory(first_folder());
     dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);

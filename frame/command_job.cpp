@@ -97,9 +97,12 @@ void Command_job::Add_machine_name(int mode) {
     const std::string pattern = files.program_path(port_settings_name(default_machine));
     const bool copies = can_be_file_name(name) && !files.exists(settings) && files.exists(pattern);
     added = added.and_then([&] { return copies ? files.copy(pattern, settings) : Result<>(); });
-    if (!added) {
-        window_.control.set_warning("Machine " + name + " could not be added: " + added.reason());
-    }
+    const std::string said = "Machine " + name +
+                             (added ? " is not in the list of machines and has been added to it"
+                                    : " could not be added: " + added.reason()) +
+                             "; this job goes to " + state_.IO_device_name;
+    window_.control.set_warning(said);
+    window_.platform.desktop.tell_standard_error(said);
 }
 
 Task<> Command_job::act() {

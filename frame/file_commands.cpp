@@ -1,6 +1,7 @@
 #include "frame/file_commands.h"
 
 #include "frame/file_filter.h"
+#include "receive/check_receive.h"
 
 namespace kelvane {
 
@@ -10,6 +11,24 @@ enum File_item { send, receive, print, resequence, binary_send, binary_receive }
 
 bool takes_new_file(int item) {
     return item == receive || item == binary_receive;
+}
+
+/// What the file is chosen for.
+std::string title_of(int item, const std::string& machine) {
+    switch (item) {
+        case send:
+            return "Send to " + machine;
+        case receive:
+            return "Receive from " + machine;
+        case print:
+            return "Print";
+        case resequence:
+            return "Resequence";
+        case binary_send:
+            return "Binary send to " + machine;
+        default:
+            return "Binary receive from " + machine;
+    }
 }
 
 /// True for as long as it lives.
@@ -60,6 +79,7 @@ Task<std::optional<std::string>> File_commands::choose_file(int item) {
     window_.show_text({});
     window_.repaint();
     File_dialog& dialog = window_.platform.file_dialog;
+    dialog.title = title_of(item, window_.state.IO_device_name);
     auto chosen =
         co_await dialog.ask_file(takes_new_file(item) ? File_purpose::save : File_purpose::open);
     if (chosen && window_.state.Add_extension != 0 && !window_.platform.files.exists(*chosen)) {
@@ -84,6 +104,13 @@ Task<bool> File_commands::wait_for_turn() {
 Task<bool> File_commands::allowed(int item) {
     const std::string& name = window_.state.filename;
     const bool exists = window_.platform.files.exists(name);
+    if (takes_new_file(item)) {
+        if (const auto refusal = Try_target_folder(window_.platform.files, name)) {
+            const Message box = *refusal;
+            co_await window_.ask(box);
+            co_return false;
+        }
+    }
     if (takes_new_file(item) && exists) {
         const Message question{
             "Warning ... File " + name + "\nalready exists. Overwrite existing file?", "Overwrite?",

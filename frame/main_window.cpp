@@ -4,6 +4,7 @@
 
 #include "frame/command_line.h"
 #include "frame/settings_files.h"
+#include "machines/transfer_options.h"
 
 namespace kelvane {
 
@@ -35,6 +36,7 @@ Kelvane_lite_form::Kelvane_lite_form(Platform& the_platform)
       control(the_platform.loop, the_platform.port, *this, Send_button, Stop_button, status_label),
       tasks(the_platform.loop) {
     status_label.plain = true;
+    control.on_ended = [this](Transfer_record& record) { keep_record(record); };
 }
 
 std::array<Menu, 4> Kelvane_lite_form::menus() {
@@ -49,6 +51,24 @@ Session Kelvane_lite_form::session() {
 
 Task<Message_answer> Kelvane_lite_form::ask(Message message) {
     return platform.message_box.ask(std::move(message));
+}
+
+void Kelvane_lite_form::close() {
+    if (control.busy() == 0) {
+        unload();
+    } else if (!std::exchange(asks_to_close_, true)) {
+        tasks.start(ask_and_close());
+    }
+}
+
+Task<> Kelvane_lite_form::ask_and_close() {
+    const Message question{control.activity_text() + ". Stop it?", std::string(product_name),
+                           Message_icon::exclamation, Message_buttons::yes_no};
+    const Message_answer answer = co_await ask(question);
+    asks_to_close_ = false;
+    if (answer == Message_answer::yes) {
+        unload();
+    }
 }
 
 void Kelvane_lite_form::on_load() {
@@ -83,6 +103,23 @@ void Kelvane_lite_form::start_up() {
     Timer1.set_enabled(true);
     if (state.Command_line_event == 1 || state.Command_line_event == 6) {
         show();
+    }
+}
+
+void Kelvane_lite_form::show_machine() {
+    const Loaded_options loaded = load_transfer_options(platform.files, state.IO_device_name);
+    control.show_machine(state.IO_device_name);
+    control.set_summary(
+        loaded.unreadable.empty()
+            ? summary_of(loaded.options, platform.port.device_of(loaded.options.com_port))
+            : loaded.unreadable);
+}
+
+void Kelvane_lite_form::keep_record(Transfer_record& record) {
+    record.when = platform.desktop.date_text() + " " + platform.desktop.time_text();
+    if (const auto kept = add_to_transfer_log(platform.files, record); !kept) {
+        platform.desktop.tell_standard_error("The transfer log cannot be written: " +
+                                             kept.reason());
     }
 }
 

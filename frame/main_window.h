@@ -68,11 +68,14 @@ class Kelvane_lite_form : public Form, public Operator {
     void beep() override { platform.desktop.beep(); }
     Task<Message_answer> ask(Message message) override;
 
+    /// Asks once before a running transfer is given up; `unload` ends the program without asking.
+    void close() override;
+
     /// The last trap of an event: what was going on ends, the port closed, and is told. Files stay
     /// as they are.
     void report_fault(Fault fault);
     /// The status bar names the machine that is selected now.
-    void show_machine() { control.show_machine(state.IO_device_name); }
+    void show_machine();
     /// True when start-up has refused to run beside another instance.
     [[nodiscard]] bool refused() const { return refused_; }
 
@@ -86,11 +89,14 @@ class Kelvane_lite_form : public Form, public Operator {
 
   private:
     void start_up();
+    void keep_record(Transfer_record& record);
+    [[nodiscard]] Task<> ask_and_close();
     [[nodiscard]] Task<> refuse();
     [[nodiscard]] Task<> tell_fault(Fault fault);
     [[nodiscard]] Task<> tell_unwritten_and_end(std::string reason);
 
     bool refused_ = false;
+    bool asks_to_close_ = false;
 };
 
 }  // namespace kelvane

@@ -161,4 +161,18 @@ Loaded_options load_transfer_options(const Files& files, const std::string& mach
     return loaded;
 }
 
+std::string summary_of(const Transfer_options& options, const std::string& device) {
+    static constexpr const char* codes[tape_code_count] = {"ASCII even", "ASCII odd",
+                                                           "ASCII no parity", "EIA"};
+    const std::string dot = " \xb7 ";
+    std::string handshake = options.Xonhs ? "Xon/Xoff" : "";
+    if (options.RTShs) {
+        handshake += handshake.empty() ? "RTS/CTS" : " and RTS/CTS";
+    }
+    return "COM" + decimal(options.com_port) + " (" + device + ")" + dot +
+           options.line_settings.substr(0, options.line_settings.find(',')) + dot +
+           codes[static_cast<std::size_t>(options.TX_code)] + dot +
+           (handshake.empty() ? "no handshake" : handshake);
+}
+
 }  // namespace kelvane

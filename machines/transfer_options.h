@@ -68,6 +68,9 @@ struct Loaded_options {
     Fault_or_ok fault;  ///< a text of the record cannot be decoded
 };
 
+/// Port, device, rate, tape code and handshake in short, with middle dots between.
+[[nodiscard]] std::string summary_of(const Transfer_options& options, const std::string& device);
+
 /// Reads the record of `machine`, and the pause of "!" lines.
 [[nodiscard]] Loaded_options load_transfer_options(const Files& files, const std::string& machine);
 

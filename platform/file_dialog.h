@@ -16,6 +16,8 @@ class File_dialog {
   public:
     virtual ~File_dialog() = default;
 
+    /// Says what the file is for: "Send to Mill 2".
+    std::string title;
     std::string initial_directory;
     /// Description and pattern pairs, separated by "|": "NC programs|*.nc;*.tap|All files|*".
     std::string filter;

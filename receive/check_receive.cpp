@@ -25,11 +25,17 @@ Result<> keep_backup(Files& files, const std::string& path) {
 
 }  // namespace
 
+std::optional<Message> Try_target_folder(Files& files, const std::string& path) {
+    const auto tried = try_folder(files, path);
+    return tried ? std::nullopt
+                 : std::optional(critical_box("Cannot write to folder " + folder_of(path) + "\n" +
+                                              tried.reason()));
+}
+
 Task<bool> Check_receive(const Session& session, std::string path) {
     Files& files = session.files;
-    if (const auto tried = try_folder(files, path); !tried) {
-        const Message box =
-            critical_box("Cannot write to folder " + folder_of(path) + "\n" + tried.reason());
+    if (const auto refusal = Try_target_folder(files, path)) {
+        const Message box = *refusal;
         co_await session.op.ask(box);
         co_return false;
     }

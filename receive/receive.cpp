@@ -68,7 +68,7 @@ Task<Transfer_end> Receive::receive(const Transfer_options& options, std::string
     }
     session_.control.line_silent();
     if (binary) {
-        co_return keep_binary(collected.bytes);
+        co_return keep_binary(collected.bytes, path);
     }
     span_ = collected.span;
     cause_.clear();
@@ -121,11 +121,12 @@ Transfer_end Receive::unfinished_end(const Collected& collected, const std::stri
             return {.outcome = Outcome::stopped,
                     .log = "Receive aborted. File " + path + " not saved.",
                     .note = collected.bytes == 0 ? std::string() : kept,
-                    .box = {}};
+                    .box = {},
+                    .remarks = {}};
     }
 }
 
-Transfer_end Receive::keep_binary(std::int64_t bytes) {
+Transfer_end Receive::keep_binary(std::int64_t bytes, const std::string& path) {
     session_.control.happens(Transfer_event::converted);
     const std::string received = "Received: " + Str(bytes) + " bytes of BINARY data ...";
     session_.op.show_text(received);
@@ -138,8 +139,11 @@ Transfer_end Receive::keep_binary(std::int64_t bytes) {
         }
         staging_.remove();
     }
+    if (const auto copied = files.copy(target, path); !copied) {
+        return unsaved_end(path, copied.reason(), target);
+    }
     Transfer_end end;
-    end.note = received + "  " + target;
+    end.note = received + "  " + path;
     return end;
 }
 
@@ -166,6 +170,7 @@ Task<Transfer_end> Receive::save_text(const Transfer_options& options, std::stri
     const std::string doubts = told_of(received, kept);
     Receive_saver saver(session_, staging_, std::move(path), doubts);
     Transfer_end end = co_await saver.save(std::move(kept), options);
+    end.remarks = doubts;
     if (received.recognised) {
         tell(end, doubts);
     }

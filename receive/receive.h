@@ -44,7 +44,7 @@ class Receive : public Receiver {
     [[nodiscard]] Task<Collected> collect(const Transfer_options& options);
     [[nodiscard]] Transfer_end unfinished_end(const Collected& collected,
                                               const std::string& path) const;
-    [[nodiscard]] Transfer_end keep_binary(std::int64_t bytes);
+    [[nodiscard]] Transfer_end keep_binary(std::int64_t bytes, const std::string& path);
     [[nodiscard]] Task<Transfer_end> save_text(const Transfer_options& options, std::string path);
     [[nodiscard]] Task<std::string> converted(const std::string& raw, Received_code code,
                                               const Conversion_options& options);

@@ -38,6 +38,8 @@ inline constexpr std::string_view resequence_options = "\\Reseqence data";
 inline constexpr std::string_view scratch_resequenced = "\\scratchpad data 6";
 /// Which device a COM number is wired to, "COM3=/dev/ttyUSB0" a line.
 inline constexpr std::string_view serial_port_devices = "\\Serial port devices";
+/// A line a transfer.
+inline constexpr std::string_view transfer_log = "\\Transfer log";
 /// Temporary files that are being written now, of which a killed run leaves some behind.
 inline constexpr std::string_view unfinished = "\\Kelvane Lite unfinished files";
 

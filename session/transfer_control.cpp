@@ -29,11 +29,13 @@ Transfer_control::Transfer_control(Event_loop& loop, Serial_comm& port, Operator
     }
 }
 
-bool Transfer_control::begin(Direction direction) {
+bool Transfer_control::begin(Direction direction, std::string path) {
     if (busy_ != 0) {
         return false;
     }
     direction_ = direction;
+    path_ = std::move(path);
+    status_.begin_record();
     clear_flags();
     busy_ = 1;
     Timer5.set_enabled(false);
@@ -106,6 +108,7 @@ bool Transfer_control::machine_says(char byte) {
 
 Task<> Transfer_control::end(Transfer_end end) {
     outcome_ = end.outcome;
+    const bool ran = busy_ != 0;
     if (beeps_at(end)) {
         op_.beep();
     }
@@ -125,7 +128,8 @@ Task<> Transfer_control::end(Transfer_end end) {
     add_remark(end, line_remark(end));
     op_.show_text(end.log);
     op_.set_progress(0);
-    status_.end(end.note);
+    const std::string result = ran ? result_of(end.outcome, end.remarks) : std::string();
+    status_.end(result + (result.empty() || end.note.empty() ? "" : "  |  ") + end.note);
     if (end.box) {
         const Message box = *end.box;
         co_await op_.ask(box);
@@ -140,6 +144,25 @@ std::string Transfer_control::line_remark(const Transfer_end& end) const {
     const bool received = direction_ == Direction::receive;
     return line_errors_text(port_.line_errors(),
                             received ? static_cast<std::size_t>(status_.bytes()) : 0);
+}
+
+std::string Transfer_control::result_of(Outcome outcome, const std::string& remarks) {
+    Transfer_record record = status_.record();
+    record.path = path_;
+    record.direction = direction_;
+    record.outcome = outcome;
+    record.remarks = remarks;
+    if (on_ended) {
+        on_ended(record);
+    }
+    return result_sentence(record);
+}
+
+std::string Transfer_control::activity_text() const {
+    const Transfer_record record = status_.record();
+    const bool send = direction_ == Direction::send;
+    return name_of(path_) + (send ? " is being sent" : " is being received") +
+           (record.total > 0 ? ", " + percent_text(record) : std::string());
 }
 
 // A receive has beeped when the line fell silent.
@@ -162,7 +185,7 @@ Transfer_control::Running::~Running() {
     if (control_.busy_ != 0) {
         control_.outcome_ = Outcome::stopped;
         control_.rest();
-        control_.status_.end({});
+        control_.status_.end(control_.result_of(Outcome::stopped, {}));
     }
 }
 
@@ -170,6 +193,9 @@ Transfer_control::Running::~Running() {
 void Transfer_control::press_send() {
     if (!happens(Transfer_event::send_pressed)) {
         return;
+    }
+    if (state() == Transfer_state::idle && Stopped_ == 0) {
+        status_.set_hint("Nothing waits to be sent: choose a program with File > Send");
     }
     if (Stopped_ != 0) {
         IOsend_cancel_ = 0;
@@ -181,6 +207,9 @@ void Transfer_control::press_send() {
 void Transfer_control::press_stop() {
     if (!happens(Transfer_event::stop_pressed)) {
         return;
+    }
+    if (state() == Transfer_state::idle && work_ == 0 && Stopped_ == 0) {
+        status_.set_hint("Nothing is being sent or received that could be stopped");
     }
     IOsend_cancel_ = 1;
     Sendit_now_ = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -13,8 +14,6 @@
 #include "session/transfer_status.h"
 
 namespace kelvane {
-
-enum class Direction { send, receive };
 
 /// What is going on, and what may begin, hold or end it. It alone writes the run-time flags, the
 /// transfer's timers, the two buttons and the status bar, and closes the port; everybody may read.
@@ -54,8 +53,10 @@ class Transfer_control {
     // --- The course of a transfer
 
     /// A transfer begins: all flags of the one before are cleared. False, with nothing changed,
-    /// while one is on.
-    [[nodiscard]] bool begin(Direction direction);
+    /// while one is on. `path` is its file.
+    [[nodiscard]] bool begin(Direction direction, std::string path = {});
+    /// What is going on: "PART.NC is being sent, 21 %".
+    [[nodiscard]] std::string activity_text() const;
     /// The port that the transfer uses, and the machine, for the status bar.
     void use(const std::string& machine, const std::string& port);
     [[nodiscard]] const std::string& port_name() const { return status_.port(); }
@@ -67,6 +68,12 @@ class Transfer_control {
     void wait_for_data();
     /// The state moves on. False, with nothing changed, where the state does not allow the event.
     bool happens(Transfer_event event);
+    /// How much there is to send: bytes of the program, and its lines if it has any.
+    void expect(std::uint64_t bytes, std::size_t lines) { status_.expect(bytes, lines); }
+    /// A line of the program, from 1, leaves now.
+    void at_line(std::size_t line, std::string text) { status_.at_line(line, std::move(text)); }
+    /// Bytes of the program that have left.
+    void count_program(std::uint64_t bytes) { status_.count_program(bytes); }
     /// Bytes that have been sent in all, or received.
     void count_bytes(std::size_t bytes) { status_.add_bytes(bytes); }
     /// The first data of a receive has been stored.
@@ -83,6 +90,9 @@ class Transfer_control {
     /// The one end of every transfer: port closed, timers and flags at rest, buttons, log, status
     /// and beep as the outcome asks; then the box, if any.
     Task<> end(Transfer_end end);
+    /// Called when a transfer has ended and the port is closed, before its box: fills in the time
+    /// and keeps the record.
+    std::function<void(Transfer_record&)> on_ended;
     /// Of the last transfer.
     [[nodiscard]] Outcome outcome() const { return outcome_; }
 
@@ -144,12 +154,14 @@ class Transfer_control {
     // --- The status bar
 
     void show_machine(const std::string& machine) { status_.set_machine(machine); }
+    void set_summary(const std::string& summary) { status_.set_summary(summary); }
     void set_note(const std::string& note) { status_.set_note(note); }
     void set_warning(const std::string& warning) { status_.set_warning(warning); }
 
   private:
     void clear_flags();
     void rest();
+    [[nodiscard]] std::string result_of(Outcome outcome, const std::string& remarks);
     void reset_stop();
     [[nodiscard]] std::string line_remark(const Transfer_end& end) const;
     [[nodiscard]] bool beeps_at(const Transfer_end& end) const;
@@ -161,6 +173,7 @@ class Transfer_control {
     Button& stop_;
     Transfer_status status_;
     Direction direction_ = Direction::send;
+    std::string path_;
     Outcome outcome_ = Outcome::done;
     int busy_ = 0;
     int sending_ = 0;

@@ -19,6 +19,7 @@ void add_remark(Transfer_end& end, const std::string& remark) {
     if (remark.empty()) {
         return;
     }
+    end.remarks += (end.remarks.empty() ? "" : "\n") + remark;
     std::string in_one_line = remark;
     for (std::size_t at = 0; (at = in_one_line.find('\n', at)) != std::string::npos;) {
         in_one_line.replace(at, 1, ". ");

@@ -8,6 +8,8 @@
 
 namespace kelvane {
 
+enum class Direction { send, receive };
+
 /// How a transfer has ended.
 enum class Outcome {
     done,
@@ -25,6 +27,7 @@ struct Transfer_end {
     std::string log;             ///< the editor's text
     std::string note;            ///< beside the idle machine in the status bar
     std::optional<Message> box;  ///< shown when all else has been put in order
+    std::string remarks;         ///< for the transfer log: what was wrong although it was done
     bool holds_stop = false;     ///< Stop reads "Reset", as after a press
     bool quiet = false;          ///< a send that ends without a beep
 };

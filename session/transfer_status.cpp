@@ -1,5 +1,6 @@
 #include "session/transfer_status.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace kelvane {
@@ -7,6 +8,8 @@ namespace kelvane {
 namespace {
 
 constexpr int repaint_ms = 250;
+/// Silence after which it is said what to look at.
+constexpr Clock_time long_silence = std::chrono::seconds(30);
 
 std::string_view state_text(Transfer_state state) {
     switch (state) {
@@ -38,10 +41,25 @@ std::string_view state_text(Transfer_state state) {
     return {};
 }
 
-std::string minutes_and_seconds(Clock_time span) {
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(span).count();
-    const std::string rest = std::to_string(seconds % 60);
-    return std::to_string(seconds / 60) + (rest.size() < 2 ? ":0" : ":") + rest;
+/// What to look at when the machine says nothing in that state.
+std::string_view advice(Transfer_state state) {
+    switch (state) {
+        case Transfer_state::waiting_for_start:
+            return "The machine does not ask: is it set to read? Check port, baud rate and cable, "
+                   "or "
+                   "press Send";
+        case Transfer_state::held_by_xoff:
+            return "The machine sends no Xon: has its reading been stopped, or is its memory full?";
+        case Transfer_state::held_by_cts:
+            return "CTS stays low: is the machine on and set to read, and its RTS wired to pin 8 "
+                   "of "
+                   "a 9-pin plug?";
+        case Transfer_state::waiting_for_data:
+            return "Nothing comes: has punching been started at the machine? Check port, baud rate "
+                   "and cable";
+        default:
+            return {};
+    }
 }
 
 }  // namespace
@@ -56,12 +74,18 @@ void Transfer_status::set_machine(std::string machine) {
     show();
 }
 
+void Transfer_status::set_summary(std::string summary) {
+    summary_ = std::move(summary);
+    show();
+}
+
 void Transfer_status::begin(std::string machine, std::string port) {
-    machine_of_transfer_ = std::move(machine);
+    record_ = {};
+    record_.machine = std::move(machine);
     port_ = std::move(port);
     note_.clear();
-    bytes_ = 0;
-    started_ = loop_.now();
+    hint_.clear();
+    since_ = loop_.now();
     state_ = Transfer_state::preparing;
     timer_.set_enabled(true);
     show();
@@ -70,14 +94,50 @@ void Transfer_status::begin(std::string machine, std::string port) {
 void Transfer_status::set(Transfer_state state) {
     if (state != state_) {
         state_ = state;
+        since_ = loop_.now();
         show();
     }
+}
+
+void Transfer_status::expect(std::uint64_t bytes, std::size_t lines) {
+    record_.total = bytes;
+    record_.lines = lines;
+}
+
+void Transfer_status::at_line(std::size_t line, std::string text) {
+    record_.line = line;
+    record_.line_text = std::move(text);
+}
+
+void Transfer_status::add_bytes(std::size_t bytes) {
+    last_ = loop_.now();
+    if (record_.bytes == 0) {
+        started_ = last_;
+    }
+    record_.bytes += static_cast<std::int64_t>(bytes);
+}
+
+void Transfer_status::restart_count() {
+    record_.bytes = 0;
+}
+
+Transfer_record Transfer_status::record() const {
+    Transfer_record record = record_;
+    if (record.bytes > 0) {
+        record.duration = last_ - started_;
+    }
+    return record;
 }
 
 void Transfer_status::end(std::string note) {
     state_ = Transfer_state::idle;
     timer_.set_enabled(false);
     set_note(std::move(note));
+}
+
+void Transfer_status::set_hint(std::string hint) {
+    hint_ = std::move(hint);
+    show();
 }
 
 void Transfer_status::set_note(std::string note) {
@@ -95,17 +155,35 @@ void Transfer_status::show() {
 }
 
 std::string Transfer_status::idle_text() const {
-    std::string text = "Machine: " + machine_;
-    for (const std::string* part : {&warning_, &note_}) {
+    std::string text = machine_ + (summary_.empty() ? "" : " \xb7 ") + summary_;
+    for (const std::string* part : {&warning_, &note_, &hint_}) {
         text += part->empty() ? "" : "  |  " + *part;
     }
     return text;
 }
 
 std::string Transfer_status::busy_text() const {
-    return machine_of_transfer_ + " on " + port_ + ": " + std::string(state_text(state_)) +
-           "  |  " + std::to_string(bytes_) + " bytes  |  " +
-           minutes_and_seconds(loop_.now() - started_);
+    std::string text = record_.machine + " on " + port_ + ": " + std::string(state_text(state_)) +
+                       "  |  " + progress_text(record_) + "  |  " + times_text();
+    if (loop_.now() - since_ >= long_silence && !advice(state_).empty()) {
+        text += "  |  " + std::string(advice(state_));
+    }
+    return text;
+}
+
+/// Time gone since the first byte, or before it since the wait began; and the time left, as fast as
+/// the line has been until now.
+std::string Transfer_status::times_text() const {
+    const bool begun = record_.bytes > 0;
+    const Clock_time gone = loop_.now() - (begun ? started_ : since_);
+    if (!begun || record_.sent == 0 || record_.total <= record_.sent) {
+        return minutes_and_seconds(gone);
+    }
+    const double share =
+        static_cast<double>(record_.total - record_.sent) / static_cast<double>(record_.sent);
+    const auto left =
+        std::chrono::duration_cast<Clock_time>(std::chrono::duration<double>(gone) * share);
+    return minutes_and_seconds(gone) + ", " + minutes_and_seconds(left) + " left";
 }
 
 }  // namespace kelvane

@@ -6,18 +6,24 @@
 
 #include "platform/controls.h"
 #include "platform/event_loop.h"
+#include "session/transfer_record.h"
 #include "session/transfer_state.h"
 
 namespace kelvane {
 
-/// The status bar: machine and port, what is done and why it waits, bytes and time gone. It
-/// repaints at once when the state changes, else four times a second.
+/// The status bar: machine and port, what is done and why it waits, how far it is, time gone and
+/// left; when the machine has been silent for long, what to look at; and what the last transfer has
+/// come to. It repaints at once when the state changes, else four times a second.
 class Transfer_status {
   public:
     Transfer_status(Event_loop& loop, Label& label);
 
     /// The machine that is named while nothing goes on.
     void set_machine(std::string machine);
+    /// Port and settings of that machine: "COM3 (/dev/ttyUSB0) - 9600".
+    void set_summary(std::string summary);
+    /// Nothing is known yet of the transfer that begins.
+    void begin_record() { record_ = {}; }
     /// A transfer begins: bytes and clock start at 0. It keeps the name of its machine to its end,
     /// whichever is selected meanwhile.
     void begin(std::string machine, std::string port);
@@ -25,11 +31,18 @@ class Transfer_status {
     [[nodiscard]] const std::string& port() const { return port_; }
     void set(Transfer_state state);
     [[nodiscard]] Transfer_state state() const { return state_; }
-    void add_bytes(std::size_t bytes) { bytes_ += static_cast<std::int64_t>(bytes); }
-    [[nodiscard]] std::int64_t bytes() const { return bytes_; }
-    void restart_count() { bytes_ = 0; }
+    void expect(std::uint64_t bytes, std::size_t lines);
+    void at_line(std::size_t line, std::string text);
+    void count_program(std::uint64_t bytes) { record_.sent = bytes; }
+    void add_bytes(std::size_t bytes);
+    void restart_count();
+    [[nodiscard]] std::int64_t bytes() const { return record_.bytes; }
+    /// What is known of the transfer: all but its file, direction and end.
+    [[nodiscard]] Transfer_record record() const;
     /// Back to idle. `note` stays until the next transfer ("Received bytes are kept in ...").
     void end(std::string note);
+    /// Shows `hint` beside all else until the next transfer begins.
+    void set_hint(std::string hint);
     /// Shows `note` beside the idle machine.
     void set_note(std::string note);
     /// Shows `warning` beside the idle machine from now on, whatever transfers follow.
@@ -39,18 +52,22 @@ class Transfer_status {
     void show();
     [[nodiscard]] std::string idle_text() const;
     [[nodiscard]] std::string busy_text() const;
+    [[nodiscard]] std::string times_text() const;
 
     Event_loop& loop_;
     Label& label_;
     Timer timer_;
     std::string machine_;
-    std::string machine_of_transfer_;
+    std::string summary_;
     std::string port_;
     std::string note_;
     std::string warning_;
+    std::string hint_;
     Transfer_state state_ = Transfer_state::idle;
-    std::int64_t bytes_ = 0;
-    Clock_time started_{};
+    Transfer_record record_;
+    Clock_time since_{};    ///< when the state was entered
+    Clock_time started_{};  ///< the first byte
+    Clock_time last_{};     ///< the last one
 };
 
 }  // namespace kelvane

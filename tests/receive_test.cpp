@@ -264,18 +264,27 @@ TEST(Receive, SaysWhatIsWrongOnTheLine) {
     }
 }
 
+TEST(Receive, ItsFolderIsTriedBeforeThePortOpens) {
+    Shop_floor shop({}, "");
+    shop.boxes().expect("Cannot write to folder /gone");
+    shop.pick(1, "/gone/NEW.NC");
+    shop.pass(100ms);
+    EXPECT_EQ(shop.machine().times_opened(), 0);
+}
+
 TEST(Receive, BinaryKeepsAllByteValues) {
     std::string all;
     for (int byte = 0; byte < 256; ++byte) {
         all += static_cast<char>(byte);
     }
     Shop_floor shop({}, "");
-    shop.menu(5, "IGNORED");
+    shop.menu(5, "ASKED");
+    EXPECT_EQ(shop.desk.file_dialog.title, "Binary receive from Mill");
     EXPECT_EQ(shop.log(), "Ready to receive BINARY data ...");
     shop.machine().sends(all);
     shop.wait_until_idle();
     EXPECT_EQ(shop.desk.files.content("/kelvane/Received Binary data"), all);
-    EXPECT_EQ(shop.file("IGNORED"), "(missing)");
+    EXPECT_EQ(shop.file("ASKED"), all) << "under the name that was asked for as well";
 }
 
 TEST(Receive, WhatCannotBeSavedStaysStagedAndIsSaid) {

@@ -355,12 +355,65 @@ TEST(Send, ClosingTheWindowEndsItInEveryState) {
     for (const auto when : {50ms, 150ms, 400ms}) {
         Shop_floor shop({}, std::string(300, 'A') + "\r\n");
         shop.machine().after_bytes(40, [&] { shop.machine().sends(std::string(99, *xon)); });
+        shop.boxes().expect("PART.NC is being sent", Message_answer::yes);
         shop.machine().after(when, [&] { shop.window().close(); });
         shop.send();
         EXPECT_TRUE(shop.idle());
         EXPECT_TRUE(shop.desk.windows.ended);
         EXPECT_LT(shop.desk.loop.now(), 1s);
     }
+}
+
+TEST(Desk, SaysBeforeDuringAndAfterASendWhatGoesOnAndKeepsALog) {
+    std::string blocks;
+    for (int block = 100; block < 200; ++block) {
+        blocks += "N" + std::to_string(block) + " G1 X1.\r\n";
+    }
+    Shop_floor shop({{4, " 0"}}, blocks);
+    const auto says = [&](const std::string& text) {
+        return shop.status().find(text) != std::string::npos;
+    };
+    shop.start();
+    EXPECT_EQ(shop.status(), "Mill \xb7 COM1 (/dev/test1) \xb7 9600 \xb7 ASCII even \xb7 Xon/Xoff");
+    shop.window().Send_button.click();
+    EXPECT_TRUE(says("Nothing waits to be sent"));
+    shop.pick(0, "PART.NC");
+    EXPECT_EQ(shop.desk.file_dialog.title, "Send to Mill");
+    shop.pass(29s);
+    EXPECT_FALSE(says("The machine does not ask")) << shop.status();
+    shop.pass(2s);
+    EXPECT_TRUE(says("The machine does not ask")) << shop.status();
+    shop.machine().sends(xon);
+    shop.pass(500ms);
+    shop.machine().sends(xoff);
+    shop.pass(300ms);
+    EXPECT_TRUE(says(" of 100, ") && says(" of 1,300 bytes") && says(" left")) << shop.status();
+    shop.window().Stop_button.click();
+    shop.window().Stop_button.click();
+    shop.wait_until_idle();
+    EXPECT_TRUE(says("Stopped at line ") && says(", N1") && says(" of 1,300 bytes of PART.NC"))
+        << shop.status();
+    shop.send();
+    EXPECT_TRUE(says("Sent PART.NC to Mill: 1,300 bytes, 100 lines in 0:0")) << shop.status();
+
+    const std::string log =
+        shop.desk.files.content(shop.desk.files.program_path(file_names::transfer_log));
+    EXPECT_TRUE(log.starts_with("21.11.26 10:30\tMill\tsent\t/nc/PART.NC\t")) << log;
+    EXPECT_LT(log.find("\tstopped at line "), log.find("\tdone\t")) << log;
+}
+
+TEST(TransferLog, StaysBoundedByWholeLines) {
+    Memory_files files;
+    Transfer_record record;
+    record.path = "/nc/" + std::string(1000, 'P');
+    for (int transfer = 0; transfer < 600; ++transfer) {
+        record.bytes = transfer;
+        ASSERT_TRUE(add_to_transfer_log(files, record));
+    }
+    const std::string log = files.content(files.program_path(file_names::transfer_log));
+    EXPECT_LE(log.size(), longest_transfer_log + 2000);
+    EXPECT_TRUE(log.starts_with("\t\tsent\t/nc/P")) << log.substr(0, 50);
+    EXPECT_NE(log.find("P\t599\t"), std::string::npos);
 }
 
 }  // namespace

@@ -169,6 +169,7 @@ TEST(CommandJob, EndsTheProgramWhateverHasEndedItAndSaysHow) {
         const char* box;
         Step before, during;
         int status;
+        Message_answer answer = Message_answer::ok;
     } cases[] = {
         {"sent", "1|/nc/PART.NC|Mill", "", none,
          [](Shop_floor& shop) { shop.machine().sends(xon); }, 0},
@@ -190,8 +191,10 @@ TEST(CommandJob, EndsTheProgramWhateverHasEndedItAndSaysHow) {
         {"full disk", "2|/nc/NEW.NC|Mill", "Disk write error",
          [](Shop_floor& shop) { shop.desk.files.fail("append", "data 5"); },
          [](Shop_floor& shop) { shop.machine().sends("X"); }, 1},
-        {"window closed", "2|/nc/NEW.NC|Mill", "", none,
-         [](Shop_floor& shop) { shop.window().close(); }, 1},
+        {"window closed", "2|/nc/NEW.NC|Mill", "NEW.NC is being received. Stop it?", none,
+         [](Shop_floor& shop) { shop.window().close(); }, 1, Message_answer::yes},
+        {"ended by a signal", "2|/nc/NEW.NC|Mill", "", none,
+         [](Shop_floor& shop) { shop.window().unload(); }, 1},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
@@ -199,13 +202,26 @@ TEST(CommandJob, EndsTheProgramWhateverHasEndedItAndSaysHow) {
         shop.desk.files.put("/kelvane/Editor IO device list", "Mill\r\n");
         c.before(shop);
         if (*c.box != '\0') {
-            shop.boxes().expect(c.box);
+            shop.boxes().expect(c.box, c.answer);
         }
         shop.machine().after(1s, [&] { c.during(shop); });
         shop.start(c.job);
         shop.desk.loop.run_until([&] { return shop.desk.windows.ended; });
         EXPECT_EQ(shop.desk.windows.exit_status, c.status);
         EXPECT_TRUE(shop.idle());
+    }
+}
+
+TEST(CommandLine, WhatIsNoJobAndNoOptionIsRefused) {
+    const std::pair<const char*, const char*> cases[] = {{"", ""},
+                                                         {"1|/nc/P.NC", ""},
+                                                         {"6|/nc/P.NC|Mill", ""},
+                                                         {"/nc/P.NC", ""},
+                                                         {"--hlep", "Unknown option --hlep"},
+                                                         {"9|/nc/P.NC", "There is no job 9"},
+                                                         {"|x", "There is no job "}};
+    for (const auto& [line, error] : cases) {
+        EXPECT_EQ(command_line_error(line), error) << line;
     }
 }
 
@@ -221,8 +237,11 @@ TEST(StatusBar, KeepsTheMachineOfATransferAndTheWarningOfAJob) {
         EXPECT_TRUE(shop.status().starts_with("Mill on COM1")) << shop.status();
     });
     shop.send();
-    EXPECT_TRUE(shop.status().starts_with("Machine: Lathe")) << shop.status();
-    EXPECT_NE(shop.status().find("Machine New could not be added: disk full"), std::string::npos);
+    EXPECT_TRUE(shop.status().starts_with("Lathe \xb7 COM1 ")) << shop.status();
+    EXPECT_NE(
+        shop.status().find("Machine New could not be added: disk full; this job goes to Mill"),
+        std::string::npos);
+    EXPECT_NE(shop.desk.desktop.told.find("Machine New could not be added"), std::string::npos);
 }
 
 TEST(FileMenu, RefusesWhatIsMissingOrABackup) {

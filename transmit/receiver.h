@@ -14,9 +14,9 @@ class Receiver {
   public:
     virtual ~Receiver() = default;
 
-    /// Collects what the machine punches and saves it to `path`, or, with `binary`, as it is in the
-    /// program directory. Returns when the transfer has come to its end, which is then to be made.
-    /// `options` outlive the task.
+    /// Collects what the machine punches and saves it to `path`, or, with `binary`, as it is to the
+    /// program directory and to `path`. Returns when the transfer has come to its end, which is
+    /// then to be made. `options` outlive the task.
     virtual Task<Transfer_end> receive(const Transfer_options& options, std::string path,
                                        bool binary) = 0;
 };

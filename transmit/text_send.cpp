@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/basic_text.h"
+#include "platform/lines.h"
 #include "session/file_names.h"
 #include "transmit/line_options.h"
 #include "transmit/scratch_copy.h"
@@ -28,6 +29,14 @@ class Working_copy {
     Files& files_;
     const std::string& path_;
 };
+
+std::size_t line_count(std::string_view program) {
+    std::size_t count = 0;
+    for (Lines lines(program); !lines.at_end(); lines.take()) {
+        ++count;
+    }
+    return count;
+}
 
 Readable_leader leader_and_tail(const Transfer_options& options, const std::string& path) {
     return options.readable_leader ? readable_leader(path, options.TX_code, options.trailer)
@@ -69,13 +78,15 @@ std::optional<Transfer_end> Text_send::prepare() {
     if (auto trouble = Make_scratchpad_copy(session_.files, path_)) {
         return end_with(Outcome::refused, std::move(*trouble));
     }
-    session_.op.show_text(session_.files.read(copy_).value_or(std::string()));
+    program_ = session_.files.read(copy_).value_or(std::string());
+    session_.op.show_text(program_);
     control_.set_hold(false);
     lines_.open(copy_, path_, session_.state.default_path);
     if (const auto error = lines_.check()) {
         session_.files.remove(copy_);
         return end_with(Outcome::refused, critical_box(expansion_error_text(*error)));
     }
+    control_.expect(lines_.total(), line_count(program_));
     return std::nullopt;
 }
 
@@ -141,12 +152,27 @@ Task<> Text_send::send_all_lines() {
 
 void Text_send::show_line(const std::string& line) {
     if (const auto offset = lines_.main_offset()) {
+        control_.at_line(number_of_line(*offset), line);
         session_.op.select_text(*offset, line.size());
     }
 }
 
+/// Number, from 1, of the program's line that begins at `offset`: counted on from the line before,
+/// or from the start where a new pass begins.
+std::size_t Text_send::number_of_line(std::size_t offset) {
+    if (offset < line_offset_) {
+        lines_before_ = 0;
+        line_offset_ = 0;
+    }
+    lines_before_ +=
+        line_count(std::string_view(program_).substr(line_offset_, offset - line_offset_));
+    line_offset_ = offset;
+    return lines_before_ + 1;
+}
+
 void Text_send::count_line(const std::string& line) {
     sent_count_ += line.size() + cr_lf.size();
+    control_.count_program(sent_count_);
     if (const std::uint64_t total = lines_.total(); total > 0) {
         session_.op.set_progress(static_cast<int>(sent_count_ * 100 / total % 100));
     }

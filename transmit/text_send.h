@@ -28,6 +28,7 @@ class Text_send {
     Task<> send_all_lines();
     [[nodiscard]] Transfer_end end() const;
     void show_line(const std::string& line);
+    [[nodiscard]] std::size_t number_of_line(std::size_t offset);
     void count_line(const std::string& line);
     void begin_next_cycle();
     [[nodiscard]] bool ends_between_lines() const;
@@ -40,6 +41,9 @@ class Text_send {
     const std::string copy_;
     const Readable_leader readable_;
     Sub_file_reader lines_;
+    std::string program_;           ///< the working copy
+    std::size_t line_offset_ = 0;   ///< of the line of it that leaves
+    std::size_t lines_before_ = 0;  ///< that line
     std::uint64_t sent_count_ = 0;  ///< bytes of the program as progress counts them
     bool all_sent_ = false;         ///< the trailer and tail have gone too
 };

@@ -36,12 +36,13 @@ Task<Outcome> Transfer::Start_transfer(int mode) {
     if (mode != send && mode != receive) {
         co_return Outcome::refused;
     }
-    if (!control_.begin(mode == send ? Direction::send : Direction::receive)) {
+    Job job = job_of(mode);
+    if (!control_.begin(mode == send ? Direction::send : Direction::receive, job.path)) {
         session_.op.beep();
         co_return Outcome::refused;
     }
     const Transfer_control::Running running(control_);
-    Transfer_end end = co_await run(job_of(mode));
+    Transfer_end end = co_await run(std::move(job));
     co_await control_.end(std::move(end));
     co_return control_.outcome();
 }
@@ -87,9 +88,11 @@ std::optional<Transfer_end> Transfer::open_port(const Job& job, const Transfer_o
     const Port_settings settings = port_settings(options, job.mode == receive, job.binary);
     if (session_.port.open(settings) != Port_error::none) {
         const std::string fixed_text = com + " port is not available\nSelect a different COM port";
-        Transfer_end refusal =
-            end_with(Outcome::refused, warning_box(fixed_text, "Com port error"));
-        refusal.log = fixed_text + "\n\n" + session_.port.error_text();
+        const std::string reason = session_.port.error_text();
+        const std::string text = fixed_text + (reason.empty() ? "" : "\n\n" + reason);
+        Transfer_end refusal = end_with(Outcome::refused, warning_box(text, "Com port error"));
+        refusal.log = text;
+        refusal.remarks = reason;
         return refusal;
     }
     control_.Timer6.set_interval(options.timeout_s * 1000);
