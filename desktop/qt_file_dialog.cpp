@@ -60,7 +60,8 @@ void Qt_file_dialog::set_filters(QFileDialog& dialog) const {
 
 void Qt_file_dialog::prepare(QFileDialog& dialog, File_purpose purpose) {
     const bool save = purpose == File_purpose::save;
-    dialog.setWindowTitle(title.empty() ? (save ? "Save as" : "Open") : to_screen(title));
+    const std::string asked_for = std::exchange(title, {});
+    dialog.setWindowTitle(to_screen(!asked_for.empty() ? asked_for : save ? "Save as" : "Open"));
     dialog.setOptions(QFileDialog::DontUseNativeDialog | QFileDialog::DontConfirmOverwrite);
     dialog.setDirectory(first_folder());
     dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);

@@ -16,7 +16,7 @@ class File_dialog {
   public:
     virtual ~File_dialog() = default;
 
-    /// Says what the file is for: "Send to Mill 2".
+    /// What the next file is asked for: "Send to Mill 2"; it holds for one showing.
     std::string title;
     std::string initial_directory;
     /// Description and pattern pairs, separated by "|": "NC programs|*.nc;*.tap|All files|*".

@@ -279,7 +279,7 @@ TEST(Receive, BinaryKeepsAllByteValues) {
     }
     Shop_floor shop({}, "");
     shop.menu(5, "ASKED");
-    EXPECT_EQ(shop.desk.file_dialog.title, "Binary receive from Mill");
+    EXPECT_EQ(shop.desk.file_dialog.shown_title, "Binary receive from Mill");
     EXPECT_EQ(shop.log(), "Ready to receive BINARY data ...");
     shop.machine().sends(all);
     shop.wait_until_idle();

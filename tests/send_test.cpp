@@ -378,7 +378,7 @@ TEST(Desk, SaysBeforeDuringAndAfterASendWhatGoesOnAndKeepsALog) {
     shop.window().Send_button.click();
     EXPECT_TRUE(says("Nothing waits to be sent"));
     shop.pick(0, "PART.NC");
-    EXPECT_EQ(shop.desk.file_dialog.title, "Send to Mill");
+    EXPECT_EQ(shop.desk.file_dialog.shown_title, "Send to Mill");
     shop.pass(29s);
     EXPECT_FALSE(says("The machine does not ask")) << shop.status();
     shop.pass(2s);

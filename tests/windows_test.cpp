@@ -107,24 +107,29 @@ class Finished_program : public ::testing::Test {
 };
 
 TEST_F(Finished_program, every_menu_item_shows_its_form_or_dialog) {
-    const std::string open = "file_dialog|Open|modal|Open,Cancel,\n";
-    const std::string save = "file_dialog|Save as|modal|Save,Cancel,\n";
-    const std::string missing = open + "message_box|Kelvane Lite|modal|OK,\n";
-    const std::string overwrite = save + "message_box|Overwrite?|modal|Yes,No,\n" + save;
+    const auto open = [](const std::string& what) {
+        return "file_dialog|" + what + "|modal|Open,Cancel,\n";
+    };
+    const auto save = [](const std::string& what) {
+        return "file_dialog|" + what + " from (default)|modal|Save,Cancel,\n";
+    };
+    const std::string missing = "message_box|Kelvane Lite|modal|OK,\n";
+    const std::string overwrite = "message_box|Overwrite?|modal|Yes,No,\n";
     const std::string information = "Thank_you_form_lite|";
     const struct {
         std::size_t menu, item;
         std::string file, shown;
     } cases[] = {
-        {0, 0, "", open},
-        {0, 0, "NONE.NC", missing},
-        {0, 1, "", save},
-        {0, 1, "PART.NC", overwrite},
-        {0, 2, "NONE.NC", missing},
-        {0, 3, "PART.BAK", open + "message_box|Can't resequence|modal|OK,\n"},
-        {0, 3, "PART.NC", open + "resequence_form_lite|Resequence|modal|Resequence,Cancel,\n"},
-        {0, 4, "NONE.NC", missing},
-        {0, 5, "PART.NC", overwrite},
+        {0, 0, "", open("Send to (default)")},
+        {0, 0, "NONE.NC", open("Send to (default)") + missing},
+        {0, 1, "", save("Receive")},
+        {0, 1, "PART.NC", save("Receive") + overwrite + save("Receive")},
+        {0, 2, "NONE.NC", open("Print") + missing},
+        {0, 3, "PART.BAK", open("Resequence") + "message_box|Can't resequence|modal|OK,\n"},
+        {0, 3, "PART.NC",
+         open("Resequence") + "resequence_form_lite|Resequence|modal|Resequence,Cancel,\n"},
+        {0, 4, "NONE.NC", open("Binary send to (default)") + missing},
+        {0, 5, "PART.NC", save("Binary receive") + overwrite + save("Binary receive")},
         {1, 0, "", "configure_IO_lite|Configure serial port|modeless|"},
         {1, 1, "", "select_device_form_lite|Select I/O device|modeless|Select,Close,\n"},
         {1, 2, "", "select_printer|Select printer|modal|"},

@@ -120,6 +120,7 @@ class Scripted_file_dialog : public File_dialog {
         std::string path;
     };
     std::optional<std::string> choose_file(File_purpose purpose) override {
+        shown_title = std::exchange(title, {});
         if (answers.empty()) {
             return std::nullopt;
         }
@@ -135,6 +136,7 @@ class Scripted_file_dialog : public File_dialog {
         co_return std::exchange(folder, std::nullopt);
     }
     std::deque<Answer> answers;
+    std::string shown_title;  ///< of the last file dialog
     std::optional<std::string> folder;
 };
 
