@@ -76,7 +76,8 @@ void Event_loop::end_tasks() {
         return;
     }
     std::exchange(ending_, {}).clear();
-    for (std::size_t i = 0; i < keepers_.size(); ++i) {
+    // By index: what ends here may bring keepers or take them away.
+    for (std::size_t i = 0; i < keepers_.size(); ++i) {  // NOLINT(modernize-loop-convert)
         keepers_[i]->drop_done();
     }
 }

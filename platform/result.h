@@ -19,7 +19,7 @@ template <typename T = void>
 class Result {
   public:
     template <std::convertible_to<T> From>
-    Result(From&& value) : content_(std::in_place_index<0>, std::forward<From>(value)) {}
+    Result(From value) : content_(std::in_place_index<0>, std::move(value)) {}
     Result(Failure failure) : content_(std::in_place_index<1>, std::move(failure)) {}
 
     [[nodiscard]] bool has_value() const { return content_.index() == 0; }
