@@ -149,7 +149,8 @@ bool Proposal_writer::has_distance() const {
         return block_['U'] || block_['W'];
     }
     const Setting& distance = reading_.after()[Modal::distance];
-    return block_.has_axes() && !(distance.known() && distance.code == 900);
+    const bool absolute = distance.known() && distance.code == 900;
+    return block_.has_axes() && !absolute;
 }
 
 void Proposal_writer::warn() {
