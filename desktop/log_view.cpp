@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QElapsedTimer>
 #include <QFontDatabase>
 #include <QScrollBar>
 #include <QTextBlock>
@@ -12,7 +13,8 @@
 
 namespace kelvane {
 
-Log_view::Log_view(Log_text& log) : log_(log), first_(log.position_of_first()) {
+Log_view::Log_view(Log_text& log)
+    : log_(log), first_(log.position_of_first()), pace_([this] { refresh(); }) {
     setObjectName(to_screen(log.name()));
     setReadOnly(true);
     setUndoRedoEnabled(false);
@@ -20,9 +22,9 @@ Log_view::Log_view(Log_text& log) : log_(log), first_(log.position_of_first()) {
     setTabChangesFocus(true);
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    log_.observe([this] { refresh(); });
+    log_.observe([this] { pace_.request(); });
     log_.on_copy = [this] { copy_selected_or_all(); };
-    refresh();
+    pace_.run();
 }
 
 Log_view::~Log_view() {
@@ -36,36 +38,61 @@ void Log_view::set_least_size(int columns, int rows) {
                    rows * fontMetrics().lineSpacing() + bars);
 }
 
+void Log_view::paintEvent(QPaintEvent* event) {
+    QElapsedTimer painting;
+    painting.start();
+    QPlainTextEdit::paintEvent(event);
+    pace_.add_cost(painting.nsecsElapsed());
+}
+
 void Log_view::refresh() {
-    // What is added where the caret stands must not be selected with what is.
-    QTextCursor own = textCursor();
-    own.setKeepPositionOnInsert(true);
-    setTextCursor(own);
     QScrollBar& bar = *verticalScrollBar();
     const bool follows = bar.value() == bar.maximum();
-    const int seen = bar.value() - drop_fallen();
+    const int seen = bar.value();
+    const QTextCursor own = textCursor();
+    show_changes();
+    select(own.anchor() - dropped_.characters, own.position() - dropped_.characters);
+    bar.setValue(follows ? bar.maximum() : seen - dropped_.lines);
+}
+
+/// As one change, which is laid out once.
+void Log_view::show_changes() {
+    QTextCursor all(document());
+    all.beginEditBlock();
+    drop_fallen();
     refresh_last();
     while (lines_.size() < log_.parts().size()) {
         append(log_.parts()[lines_.size()]);
     }
-    bar.setValue(follows ? bar.maximum() : seen);
+    all.endEditBlock();
 }
 
-/// The lines that have gone.
-int Log_view::drop_fallen() {
+void Log_view::drop_fallen() {
     const auto fallen = std::min<std::uint64_t>(log_.position_of_first() - first_, lines_.size());
     const auto end = lines_.begin() + static_cast<std::ptrdiff_t>(fallen);
-    const int count = std::accumulate(lines_.begin(), end, 0);
+    dropped_ = {std::accumulate(lines_.begin(), end, 0), 0};
     lines_.erase(lines_.begin(), end);
     first_ = log_.position_of_first();
-    if (lines_.empty()) {
-        clear();
-    } else if (count > 0) {
-        QTextCursor cursor = before_block(0);
-        cursor.setPosition(before_block(count).position(), QTextCursor::KeepAnchor);
-        cursor.removeSelectedText();
+    if (dropped_.lines == 0) {
+        return;
     }
-    return count;
+    QTextCursor cursor = before_block(0);
+    if (lines_.empty()) {
+        cursor.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
+    } else {
+        cursor.setPosition(before_block(dropped_.lines).position(), QTextCursor::KeepAnchor);
+    }
+    dropped_.characters = cursor.position();
+    cursor.removeSelectedText();
+}
+
+/// What is selected must not grow with what is added behind it.
+void Log_view::select(int anchor, int position) {
+    QTextCursor cursor = textCursor();
+    const int end = document()->characterCount() - 1;
+    cursor.setPosition(std::clamp(anchor, 0, end));
+    cursor.setPosition(std::clamp(position, 0, end), QTextCursor::KeepAnchor);
+    setTextCursor(cursor);
 }
 
 void Log_view::refresh_last() {
@@ -118,6 +145,7 @@ QColor Log_view::colour_of(Log_text::Side side) const {
 }
 
 void Log_view::copy_selected_or_all() {
+    pace_.run();
     if (textCursor().hasSelection()) {
         copy();
     } else {

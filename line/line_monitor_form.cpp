@@ -75,6 +75,7 @@ Task<> Line_monitor_form::save() {
 Task<std::optional<std::string>> Line_monitor_form::ask_path() {
     while (true) {
         const Text_filter filter(platform_.file_dialog);
+        platform_.file_dialog.title = "Save what crossed the line";
         const auto chosen = co_await platform_.file_dialog.ask_file(File_purpose::save);
         if (!chosen) {
             co_return std::nullopt;

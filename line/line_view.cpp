@@ -12,7 +12,7 @@ namespace {
 
 constexpr int refresh_ms = 100;
 /// As much is shown in one go: more than any line carries meanwhile, and painted in some ms.
-constexpr std::size_t most_bytes = 16UL * 1024;
+constexpr std::size_t most_bytes = 8UL * 1024;
 constexpr std::size_t most_stretches = 1000;
 
 }  // namespace

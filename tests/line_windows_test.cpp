@@ -92,7 +92,7 @@ TEST_F(Line_monitor_test, of_a_flood_the_end_is_shown_and_nothing_ticks_after_it
             desk.loop.run_for(20ms);
         }
     }
-    desk.loop.run_for(3s);
+    desk.loop.run_for(5s);
     EXPECT_EQ(desk.loop.timers().next_due(), std::nullopt);
     EXPECT_EQ(head + shown(), form.view.text());
     EXPECT_TRUE(shown().find("N3999") != std::string::npos);
