@@ -118,12 +118,9 @@ TEST_F(Beside_dialogs, a_send_goes_on_and_stop_and_send_work) {
         int item;
         const char* title;
     } dialogs[] = {
-        {"f", 0, "Open"},
-        {"c", 0, "Configure serial port"},
-        {"c", 1, "Select I/O device"},
-        {"c", 2, "Select printer"},
-        {"c", 3, "Page layout"},
-        {"c", 4, "Files and directories"},
+        {"f", 0, "Send to Mill"},      {"c", 0, "Configure serial port"},
+        {"c", 1, "Select I/O device"}, {"c", 2, "Select printer"},
+        {"c", 3, "Page layout"},       {"c", 4, "Files and directories"},
         {"a", 1, "Getting started"},
     };
     expect_it_goes_on();
