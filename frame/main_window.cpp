@@ -25,8 +25,9 @@ Kelvane_lite_form::Kelvane_lite_form(Platform& the_platform)
           Button("ConfigMenuItem0", "&Serial port"), Button("ConfigMenuItem1", "Select &Machine"),
           Button("ConfigMenuItem2", "&Select printer"), Button("ConfigMenuItem3", "&Page layout"),
           Button("ConfigMenuItem4", "&Files && directories")},
-      ToolsMenuItem{Button("ToolsMenuItem0", "Line &monitor"),
-                    Button("ToolsMenuItem1", "&Test line")},
+      ToolsMenuItem{
+          Button("ToolsMenuItem0", "Line &monitor"), Button("ToolsMenuItem1", "&Test line"),
+          Button("ToolsMenuItem2", "&Send from a block"), Button("ToolsMenuItem3", "&Compare")},
       AboutMenuItem{Button("AboutMenuItem0", "&Kelvane Lite"),
                     Button("AboutMenuItem1", "&Getting started"),
                     Button("AboutMenuItem2", "&Tape codes and handshakes"),

@@ -43,7 +43,7 @@ class Kelvane_lite_form : public Form, public Operator {
 
     std::array<Button, 6> FileMenuItem;
     std::array<Button, 5> ConfigMenuItem;
-    std::array<Button, 2> ToolsMenuItem;
+    std::array<Button, 4> ToolsMenuItem;
     std::array<Button, 5> AboutMenuItem;
     [[nodiscard]] std::array<Menu, 4> menus();
 

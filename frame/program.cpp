@@ -23,14 +23,18 @@ Program::Program(Platform& platform)
       line_watch(platform.port),
       line_monitor_form(platform, line_watch),
       test_line_form(platform, window.control, line_watch, [this] { return selected_line(); }),
+      start_form(platform, window.control, window.state),
+      compare_form(platform),
       commands(window, transfer, listing, resequence_form),
       file_commands(window, commands),
-      command_job(window, commands) {
+      command_job(window, commands),
+      tool_commands(window, commands, start_form, compare_form) {
     select_device_form.on_selected = [this] { window.show_machine(); };
     window.other_forms = {&comm_form,          &advanced_form,    &configure_form,
                           &directories_form,   &page_layout_form, &select_device_form,
                           &set_directory_form, &information_form, &resequence_form,
-                          &line_monitor_form,  &test_line_form};
+                          &line_monitor_form,  &test_line_form,   &start_form,
+                          &compare_form};
     join_menus();
     comm_form.load();
 }
@@ -55,6 +59,10 @@ void Program::join_menus() {
     };
     window.ToolsMenuItem[0].on_click = [this] { line_monitor_form.show(); };
     window.ToolsMenuItem[1].on_click = [this] { test_line_form.show(); };
+    window.ToolsMenuItem[2].on_click = [this] {
+        window.tasks.start(tool_commands.send_from_block());
+    };
+    window.ToolsMenuItem[3].on_click = [this] { window.tasks.start(tool_commands.compare()); };
     for (int item = 0; item < static_cast<int>(window.AboutMenuItem.size()); ++item) {
         window.AboutMenuItem[static_cast<std::size_t>(item)].on_click = [this, item] {
             information_form.show_information(item);

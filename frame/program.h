@@ -5,10 +5,13 @@
 #include "frame/comm_form.h"
 #include "frame/command_job.h"
 #include "frame/commands.h"
+#include "frame/compare_form.h"
 #include "frame/directories_form.h"
 #include "frame/file_commands.h"
 #include "frame/information.h"
 #include "frame/main_window.h"
+#include "frame/start_form.h"
+#include "frame/tool_commands.h"
 #include "line/line_monitor_form.h"
 #include "line/line_watch.h"
 #include "line/test_line_form.h"
@@ -56,9 +59,12 @@ class Program {
     Line_watch line_watch;
     Line_monitor_form line_monitor_form;
     Test_line_form test_line_form;
+    Start_form start_form;
+    Compare_form compare_form;
     Commands commands;
     File_commands file_commands;
     Command_job command_job;
+    Tool_commands tool_commands;
 
   private:
     void join_menus();

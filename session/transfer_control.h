@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -95,6 +96,8 @@ class Transfer_control {
     std::function<void(Transfer_record&)> on_ended;
     /// Of the last transfer.
     [[nodiscard]] Outcome outcome() const { return outcome_; }
+    /// Of the last transfer, see `Transfer_end`.
+    [[nodiscard]] std::optional<std::size_t> last_line() const { return last_line_; }
 
     /// Puts the port, the timers and the flags to rest when the task of a transfer is destroyed in
     /// its course.
@@ -156,6 +159,11 @@ class Transfer_control {
     void show_machine(const std::string& machine) { status_.set_machine(machine); }
     void set_summary(const std::string& summary) { status_.set_summary(summary); }
     void set_note(const std::string& note) { status_.set_note(note); }
+    /// Behind the note that is there.
+    void add_note(const std::string& note) {
+        const std::string& old = status_.note();
+        status_.set_note(old + (old.empty() ? "" : "  |  ") + note);
+    }
     void set_warning(const std::string& warning) { status_.set_warning(warning); }
 
   private:
@@ -175,6 +183,7 @@ class Transfer_control {
     Direction direction_ = Direction::send;
     std::string path_;
     Outcome outcome_ = Outcome::done;
+    std::optional<std::size_t> last_line_;
     int busy_ = 0;
     int sending_ = 0;
     int receiving_ = 0;

@@ -45,6 +45,7 @@ class Transfer_status {
     void set_hint(std::string hint);
     /// Shows `note` beside the idle machine.
     void set_note(std::string note);
+    [[nodiscard]] const std::string& note() const { return note_; }
     /// Shows `warning` beside the idle machine from now on, whatever transfers follow.
     void set_warning(std::string warning);
 

@@ -137,6 +137,8 @@ TEST_F(Finished_program, every_menu_item_shows_its_form_or_dialog) {
         {1, 4, "", "directories_form_lite|Files and directories|modal|"},
         {2, 0, "", "Line_monitor_form|Line monitor|modeless|"},
         {2, 1, "", "Test_line_form|Test line|modeless|"},
+        {2, 2, "", "Start_form|Send from a block|modal|"},
+        {2, 3, "", "Compare_form|Compare programs|modal|"},
         {3, 0, "", information + "Kelvane Lite|modeless|OK,\n"},
         {3, 1, "", information + "Getting started|modeless|OK,\n"},
         {3, 2, "", information + "Tape codes and handshakes|modeless|OK,\n"},

@@ -29,7 +29,12 @@ std::optional<Message> Make_scratchpad_copy(Files& files, const std::string& pat
     if (!content) {
         return cannot_copy("Disk read error", path);
     }
-    const auto copied = files.replace(copy, working_copy(*std::move(content)));
+    return Write_scratchpad_copy(files, working_copy(*std::move(content)));
+}
+
+std::optional<Message> Write_scratchpad_copy(Files& files, const std::string& content) {
+    const std::string copy = files.program_path(file_names::scratch);
+    const auto copied = files.replace(copy, content);
     return copied ? std::nullopt : std::optional(cannot_copy("Disk write error", copy));
 }
 

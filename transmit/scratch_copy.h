@@ -13,4 +13,8 @@ namespace kelvane {
 /// `path` the working copy itself, the message that names the file.
 [[nodiscard]] std::optional<Message> Make_scratchpad_copy(Files& files, const std::string& path);
 
+/// The same with a working copy that is there already.
+[[nodiscard]] std::optional<Message> Write_scratchpad_copy(Files& files,
+                                                           const std::string& content);
+
 }  // namespace kelvane

@@ -236,6 +236,7 @@ std::nullopt_t Sub_file_reader::fail(const Program_file& file, std::size_t line,
 void Sub_file_reader::begin_again() {
     levels_.clear();
     main_offset_.reset();
+    main_line_ = 0;
     error_.reset();
     main_end_said_ = false;
     if (main_ != nullptr) {
@@ -268,6 +269,7 @@ bool Sub_file_reader::next_of_level(std::string& line) {
         return true;
     }
     const std::string_view text = level.lines.take();
+    main_line_ += is_main ? 1 : 0;
     const auto& calls = level.file->calls;
     if (level.next_call < calls.size() && calls[level.next_call].offset == offset) {
         level.pass_gave_lines = true;

@@ -83,6 +83,10 @@ class Sub_file_reader {
     /// without its end. False at the end, before a successful `check()`, and after an `error()`.
     bool Get_next_line(int fileno, std::string& line);
 
+    /// The working copy's line, from 1, that has been returned last, or that calls the file whose
+    /// lines are being returned; 0 before the first.
+    [[nodiscard]] std::size_t main_line() const { return main_line_; }
+
     /// Byte offset in the working copy at which the line just returned begins; none for the lines
     /// of called files, for seam comments and before the first line.
     [[nodiscard]] std::optional<std::size_t> main_offset() const { return main_offset_; }
@@ -165,6 +169,7 @@ class Sub_file_reader {
     std::vector<Level> levels_;
     bool main_end_said_ = false;
     std::optional<std::size_t> main_offset_;
+    std::size_t main_line_ = 0;
     std::optional<Expansion_error> error_;
 };
 

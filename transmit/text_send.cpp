@@ -43,16 +43,21 @@ Readable_leader leader_and_tail(const Transfer_options& options, const std::stri
                                    : Readable_leader{{}, options.trailer, {}};
 }
 
+std::string starting_line(const std::optional<Program_part>& part) {
+    return part ? " from line " + std::to_string(part->first_line + 1) : std::string();
+}
+
 }  // namespace
 
 Text_send::Text_send(const Session& session, const Transfer_options& options, Text_sender& sender,
-                     std::string path)
+                     std::string path, std::optional<Program_part> part)
     : session_(session),
       control_(session.control),
       options_(options),
       sender_(sender),
       path_(std::move(path)),
       copy_(session.files.program_path(file_names::scratch)),
+      part_(std::move(part)),
       readable_(leader_and_tail(options, path_)),
       lines_(session.files) {}
 
@@ -74,8 +79,8 @@ Task<Transfer_end> Text_send::run() {
 /// Makes the working copy, shows it, and tries the whole expansion of called files, so that nothing
 /// leaves of a program that cannot be sent to its end.
 std::optional<Transfer_end> Text_send::prepare() {
-    session_.op.show_text("Creating copy of file " + path_);
-    if (auto trouble = Make_scratchpad_copy(session_.files, path_)) {
+    session_.op.show_text("Creating copy of file " + path_ + starting_line(part_));
+    if (auto trouble = make_working_copy()) {
         return end_with(Outcome::refused, std::move(*trouble));
     }
     program_ = session_.files.read(copy_).value_or(std::string());
@@ -90,6 +95,11 @@ std::optional<Transfer_end> Text_send::prepare() {
     return std::nullopt;
 }
 
+std::optional<Message> Text_send::make_working_copy() const {
+    return part_ ? Write_scratchpad_copy(session_.files, part_->content)
+                 : Make_scratchpad_copy(session_.files, path_);
+}
+
 Transfer_end Text_send::end() const {
     if (lines_.error()) {
         return end_with(Outcome::fault, critical_box(expansion_error_text(*lines_.error()) +
@@ -97,7 +107,26 @@ Transfer_end Text_send::end() const {
     }
     Transfer_end end;
     end.outcome = all_sent_ ? Outcome::done : Outcome::stopped;
+    if (part_ && all_sent_) {
+        end.log = "File " + path_ + " has been sent" + starting_line(part_);
+        end.note = "Sent" + starting_line(part_);
+    }
     return end;
+}
+
+void Text_send::tell_place(Transfer_end& end) {
+    if (!begun_) {
+        return;
+    }
+    note_left();
+    std::string place = "no block of the program has left for certain";
+    if (last_left_) {
+        end.last_line = part_ ? part_->program_line(last_left_->line) : last_left_->line;
+        const std::string where = end.last_line ? "line " + std::to_string(*end.last_line)
+                                                : std::string("in the lead-in");
+        place = "the last block that has left for certain: " + where + ", " + last_left_->text;
+    }
+    end.note += (end.note.empty() ? "Not sent to its end; " : "  |  ") + place;
 }
 
 Task<> wait_for_start(const Session& session, Text_sender& sender) {
@@ -113,6 +142,7 @@ Task<> wait_for_start(const Session& session, Text_sender& sender) {
 }
 
 Task<> Text_send::send_program() {
+    begun_ = true;
     do {
         co_await send_pass();
         if (sender_.given_up() || control_.DNC_alarm || control_.DNC_cycle == 0) {
@@ -145,6 +175,7 @@ Task<> Text_send::send_all_lines() {
         if (auto block = line_as_sent(line, options_)) {
             *block += options_.TX_eob;
             co_await sender_.sendit(std::move(*block), options_.TX_code);
+            note_handed_over(line);
         }
         count_line(line);
     }
@@ -175,6 +206,26 @@ void Text_send::count_line(const std::string& line) {
     control_.count_program(sent_count_);
     if (const std::uint64_t total = lines_.total(); total > 0) {
         session_.op.set_progress(static_cast<int>(sent_count_ * 100 / total % 100));
+    }
+}
+
+// The line of the working copy that calls a file stands for all lines of that file.
+void Text_send::note_handed_over(const std::string& line) {
+    if (!sender_.given_up()) {
+        queued_.push_back({sender_.handed_over(), lines_.main_line(), line});
+    }
+    note_left();
+}
+
+// Of a port that has gone nobody knows what it still held.
+void Text_send::note_left() {
+    if (!session_.port.is_open()) {
+        return;
+    }
+    const std::uint64_t left = sender_.handed_over() - session_.port.out_buffer_count();
+    while (!queued_.empty() && queued_.front().end <= left) {
+        last_left_ = std::move(queued_.front());
+        queued_.pop_front();
     }
 }
 

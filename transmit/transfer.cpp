@@ -32,7 +32,7 @@ std::string com_name(const Transfer_options& options) {
 Transfer::Transfer(const Session& session, const Code_tables& tables, Receiver& receiver)
     : session_(session), control_(session.control), tables_(tables), receiver_(receiver) {}
 
-Task<Outcome> Transfer::Start_transfer(int mode) {
+Task<Outcome> Transfer::Start_transfer(int mode, std::optional<Program_part> part) {
     if (mode != send && mode != receive) {
         co_return Outcome::refused;
     }
@@ -42,6 +42,7 @@ Task<Outcome> Transfer::Start_transfer(int mode) {
         co_return Outcome::refused;
     }
     const Transfer_control::Running running(control_);
+    job.part = std::move(part);
     Transfer_end end = co_await run(std::move(job));
     co_await control_.end(std::move(end));
     co_return control_.outcome();
@@ -84,7 +85,10 @@ Task<Transfer_end> Transfer::run(Job job) {
 
 std::optional<Transfer_end> Transfer::open_port(const Job& job, const Transfer_options& options) {
     const std::string com = com_name(options);
-    control_.use(options.machine, com + " (" + session_.port.device_of(options.com_port) + ")");
+    const std::string from =
+        job.part ? ", from line " + std::to_string(job.part->first_line + 1) : std::string();
+    control_.use(options.machine + from,
+                 com + " (" + session_.port.device_of(options.com_port) + ")");
     const Port_settings settings = port_settings(options, job.mode == receive, job.binary);
     if (session_.port.open(settings) != Port_error::none) {
         const std::string fixed_text = com + " port is not available\nSelect a different COM port";
@@ -111,11 +115,12 @@ Task<Transfer_end> Transfer::run_send(Job job, const Transfer_options& options) 
                           "\r\nFile size:" + Str(static_cast<std::int64_t>(length)) + " bytes");
     Text_sender sender(session_, tables_, options);
     Transfer_end end;
+    std::optional<Text_send> text;
     if (job.binary) {
         end = co_await send_binary(options, sender, job.path);
     } else {
-        Text_send text(session_, options, sender, job.path);
-        end = co_await text.run();
+        text.emplace(session_, options, sender, job.path, std::move(job.part));
+        end = co_await text->run();
     }
     co_await drain();
     const bool gone = session_.port.lost() && !end.box;
@@ -126,6 +131,9 @@ Task<Transfer_end> Transfer::run_send(Job job, const Transfer_options& options) 
                                    "Com port error"));
     } else if (end.outcome == Outcome::done && control_.escape() == 1) {
         end.outcome = Outcome::stopped;
+    }
+    if (text && end.outcome != Outcome::done) {
+        text->tell_place(end);
     }
     co_return end;
 }
