@@ -17,13 +17,12 @@ using namespace std::chrono_literals;
 class Quick_boxes : public Message_box {
   public:
     explicit Quick_boxes(bool yes) : yes_(yes) {}
-    Message_answer show(const Message& message) override {
+    Task<Message_answer> ask(Message message) override {
         if (message.buttons == Message_buttons::yes_no) {
-            return yes_ ? Message_answer::yes : Message_answer::no;
+            co_return yes_ ? Message_answer::yes : Message_answer::no;
         }
-        return Message_answer::ok;
+        co_return Message_answer::ok;
     }
-    Task<Message_answer> ask(Message message) override { co_return show(message); }
 
   private:
     bool yes_;
