@@ -36,7 +36,7 @@ TEST(Text_map_test, cuts_endless_lines_between_characters) {
 class Program_view_test : public ::testing::Test {
   protected:
     std::string selected() {
-        wait_for(loop, [this] { return !view.refresh_is_pending(); });
+        testing::wait_for(loop, [this] { return !view.refresh_is_pending(); });
         return view.textCursor().selectedText().toStdString();
     }
     Qt_event_loop loop;
