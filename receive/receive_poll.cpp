@@ -31,15 +31,22 @@ Receive_poll::~Receive_poll() {
 }
 
 Task<Collected> Receive_poll::run() {
-    if (stopped()) {
-        end(Collected_end::stopped);
-    } else {
-        control_.Timer5.set_enabled(true);
-    }
+    look();
     while (!end_) {
         co_await session_.loop.next();
+        look();
     }
     co_return *end_;
+}
+
+// What a machine sends in one go is taken in one go, a DC2 with the data that follows it: so the
+// poll comes some time after the first byte.
+void Receive_poll::look() {
+    if (stopped()) {
+        end(Collected_end::stopped);
+    } else if (!control_.Timer5.enabled() && (port_.in_buffer_count() > 0 || port_.lost())) {
+        control_.Timer5.set_enabled(true);
+    }
 }
 
 void Receive_poll::poll() {
@@ -58,7 +65,7 @@ void Receive_poll::poll() {
     if (lost) {
         end(Collected_end::line_lost);
     }
-    control_.Timer5.set_enabled(!end_);
+    control_.Timer5.set_enabled(!end_ && staging_.unsettled());
 }
 
 // Data that came in since the last poll means that the line was not silent: it is taken first, and

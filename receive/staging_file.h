@@ -20,6 +20,8 @@ class Staging_file {
     [[nodiscard]] Result<> append(std::string_view bytes);
     /// To be called now and then: writes through what has waited for a second.
     [[nodiscard]] Result<> settle();
+    /// Something waits to be written through.
+    [[nodiscard]] bool unsettled() const { return unsettled_; }
     [[nodiscard]] Result<std::string> read() const { return files_.read(path_); }
     /// What it held is safe elsewhere.
     void remove() { files_.remove(path_); }

@@ -34,7 +34,7 @@ class Transfer_control {
     [[nodiscard]] int Stopped() const { return Stopped_; }  ///< 1: Stop pressed, it reads "Reset"
     [[nodiscard]] int Xoff() const { return Xoff_; }        ///< 1: output paused
 
-    Timer Timer5;             ///< 50 ms: receive poll
+    Timer Timer5;             ///< 50 ms: receive poll, from the first byte that waits
     Timer Timer6;             ///< the machine's time-out: end of a receive
     Timer Timer8;             ///< 1000 ms: answer to a lone DC2
     Timer Timer9;             ///< character delay of the sender
