@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/basic_text.h"
+#include "print/page_layout_fields.h"
 #include "session/file_names.h"
 
 namespace kelvane {

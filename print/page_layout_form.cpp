@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/basic_text.h"
+#include "print/page_layout_fields.h"
 #include "session/file_names.h"
 
 namespace kelvane {
@@ -12,26 +13,8 @@ namespace {
 
 constexpr int picture_barcode_rows = 6;
 
-std::optional<int> number_in(std::string_view text, Value_range range) {
-    constexpr std::size_t most_digits = 4;
-    if (text.empty() || text.size() > most_digits ||
-        !std::all_of(text.begin(), text.end(), is_digit)) {
-        return std::nullopt;
-    }
-    const int number = whole_number(text);
-    if (number < range.lowest || number > range.highest) {
-        return std::nullopt;
-    }
-    return number;
-}
-
 std::string range_text(Value_range range) {
     return "A whole number from " + decimal(range.lowest) + " to " + decimal(range.highest);
-}
-
-Number_field number_field(const char* name, const char* caption, const char* reason,
-                          Value_range range, int Page_layout::*value) {
-    return {Text_box(name, caption), Label(reason), range, value};
 }
 
 /// A program that fills a page of any layout, with a long line now and then.
@@ -56,6 +39,18 @@ std::vector<std::string> rows_of(const std::string& page) {
 
 }  // namespace
 
+std::optional<int> Number_field::number() const {
+    constexpr std::size_t most_digits = 4;
+    const std::string& text = box.text();
+    if (text.empty() || text.size() > most_digits ||
+        !std::all_of(text.begin(), text.end(), is_digit)) {
+        return std::nullopt;
+    }
+    const int value = whole_number(text);
+    const bool taken = value >= range.lowest && value <= range.highest;
+    return taken ? std::optional(value) : std::nullopt;
+}
+
 void Page_picture::set_page(Page_sketch page) {
     page_ = std::move(page);
     changed();
@@ -64,15 +59,6 @@ void Page_picture::set_page(Page_sketch page) {
 Page_layout_form_lite::Page_layout_form_lite(Platform& platform, Operator& op, Shared_state& state,
                                              Program_listing& listing)
     : Form(platform.windows, "Page_layout_form_lite", "Page layout"),
-      Lines_per_page(number_field("Lines_per_page", "&Lines per page", "Lines_per_page_reason",
-                                  lines_per_page_range, &Page_layout::Lines_per_page)),
-      line_length(number_field("line_length", "&Characters per line", "line_length_reason",
-                               line_length_range, &Page_layout::line_length)),
-      margin(number_field("margin", "Left &margin, characters", "margin_reason", margin_range,
-                          &Page_layout::margin)),
-      Printer_fontsize(number_field("Printer_fontsize", "Font &size, points",
-                                    "Printer_fontsize_reason", font_size_range,
-                                    &Page_layout::Printer_fontsize)),
       platform_(platform),
       printer_(platform.printer),
       op_(op),
@@ -127,39 +113,18 @@ void Page_layout_form_lite::on_load() {
 
 void Page_layout_form_lite::show_layout(const Page_layout& layout) {
     showing_ = true;
-    for (Number_field* field : number_fields()) {
-        field->box.set_text(decimal(layout.*field->value));
+    for (const Page_layout_field& field : page_layout_fields) {
+        field.show(*this, layout);
     }
-    Printer_font.set_text(layout.Printer_font);
-    Printer_fontbold.set_checked(layout.Printer_fontbold);
-    Printer_fontitalic.set_checked(layout.Printer_fontitalic);
-    Print_description.set_checked(layout.Print_description);
-    Print_line_numbers.set_checked(layout.Print_line_numbers);
-    Print_page_numbers.set_checked(layout.Print_page_numbers);
-    Print_reverse_order.set_checked(layout.Print_reverse_order);
-    Barcode_file.set_checked(layout.Barcode_file);
-    Barcode_path.set_checked(layout.Barcode_path);
     showing_ = false;
     values_changed();
 }
 
-std::optional<Page_layout> Page_layout_form_lite::checked_layout() {
-    Page_layout layout{
-        .Print_description = Print_description.checked(),
-        .Print_line_numbers = Print_line_numbers.checked(),
-        .Print_page_numbers = Print_page_numbers.checked(),
-        .Printer_font = Printer_font.text(),
-        .Printer_fontbold = Printer_fontbold.checked(),
-        .Printer_fontitalic = Printer_fontitalic.checked(),
-        .Print_reverse_order = Print_reverse_order.checked(),
-        .Barcode_file = Barcode_file.checked(),
-        .Barcode_path = Barcode_path.checked(),
-    };
-    bool complete = font_can_be_named();
-    for (const Number_field* field : number_fields()) {
-        const auto number = number_in(field->box.text(), field->range);
-        complete = complete && number;
-        layout.*field->value = number.value_or(field->range.lowest);
+std::optional<Page_layout> Page_layout_form_lite::checked_layout() const {
+    Page_layout layout;
+    bool complete = true;
+    for (const Page_layout_field& field : page_layout_fields) {
+        complete = field.take(*this, layout) && complete;
     }
     return complete ? std::optional(layout) : std::nullopt;
 }
@@ -185,7 +150,7 @@ void Page_layout_form_lite::values_changed() {
         return;
     }
     for (Number_field* field : number_fields()) {
-        const bool taken = number_in(field->box.text(), field->range).has_value();
+        const bool taken = field->number().has_value();
         field->reason.set_caption(taken ? std::string() : range_text(field->range));
     }
     Printer_font_reason.set_caption(font_reason());

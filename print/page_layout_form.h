@@ -3,6 +3,7 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/form.h"
@@ -40,13 +41,16 @@ inline constexpr Value_range line_length_range{20, 250};
 inline constexpr Value_range margin_range{0, 60};
 inline constexpr Value_range font_size_range{4, 72};
 
-/// One number of the layout: its field, the reason why the field's text is refused (empty when it
-/// is not), and where the number belongs.
+/// The field of a number and the reason why its text is refused, empty when it is not.
 struct Number_field {
+    Number_field(const std::string& name, std::string caption, Value_range limits)
+        : box(name, std::move(caption)), reason(name + "_reason"), range(limits) {}
+    /// None when the text is refused.
+    [[nodiscard]] std::optional<int> number() const;
+
     Text_box box;
     Label reason;
     Value_range range;
-    int Page_layout::*value;
 };
 
 /// The page layout dialog: edits the layout that is in force and its settings file. Values that
@@ -57,10 +61,10 @@ class Page_layout_form_lite : public Form {
     Page_layout_form_lite(Platform& platform, Operator& op, Shared_state& state,
                           Program_listing& listing);
 
-    Number_field Lines_per_page;
-    Number_field line_length;
-    Number_field margin;
-    Number_field Printer_fontsize;
+    Number_field Lines_per_page{"Lines_per_page", "&Lines per page", lines_per_page_range};
+    Number_field line_length{"line_length", "&Characters per line", line_length_range};
+    Number_field margin{"margin", "Left &margin, characters", margin_range};
+    Number_field Printer_fontsize{"Printer_fontsize", "Font &size, points", font_size_range};
     Text_box Printer_font{"Printer_font", "&Font"};
     Label Printer_font_reason{"Printer_font_reason"};
     /// The installed fonts of fixed width; choosing one puts it into `Printer_font`.
@@ -81,7 +85,8 @@ class Page_layout_form_lite : public Form {
     Button OK_button{"OK_button", "OK"};
     Button Cancel_button{"Cancel_button", "Cancel"};
 
-    [[nodiscard]] std::array<Number_field*, 4> number_fields();
+    /// Whether the text of `Printer_font` can be a font's name in the settings file.
+    [[nodiscard]] bool font_can_be_named() const;
 
   protected:
     void on_load() override;
@@ -90,8 +95,8 @@ class Page_layout_form_lite : public Form {
     void attach_handlers();
     void make_exclusive(Check_box& one, Check_box& other);
     void show_layout(const Page_layout& layout);
-    [[nodiscard]] std::optional<Page_layout> checked_layout();
-    [[nodiscard]] bool font_can_be_named() const;
+    [[nodiscard]] std::array<Number_field*, 4> number_fields();
+    [[nodiscard]] std::optional<Page_layout> checked_layout() const;
     [[nodiscard]] std::string font_reason() const;
     void values_changed();
     void draw(const Page_layout& layout);

@@ -2,8 +2,6 @@
 
 #include <string>
 
-#include "platform/basic_text.h"
-
 namespace kelvane {
 
 /// The page layout of listings: the thirteen values of its settings file, in the file's order. A
@@ -25,12 +23,5 @@ struct Page_layout {
 
     [[nodiscard]] bool wants_barcode() const { return Barcode_file || Barcode_path; }
 };
-
-/// The layout that the settings file's content says; what it does not say keeps its default.
-[[nodiscard]] Page_layout page_layout_from(Text_reader reader);
-
-/// The settings file's content: a value a line, the font in double quotes, truth values as #TRUE#
-/// and #FALSE#. The font's name must not hold a double quote.
-[[nodiscard]] std::string page_layout_text(const Page_layout& layout);
 
 }  // namespace kelvane
