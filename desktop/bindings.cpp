@@ -180,6 +180,7 @@ void bind(Button& control, QAction& item) {
         item.setEnabled(control.enabled());
         item.setVisible(control.visible());
     });
+    item.setShortcut(QKeySequence(to_screen(control.shortcut)));
     QObject::connect(&item, &QAction::triggered, [&control] { control.click(); });
 }
 

@@ -186,16 +186,19 @@ bool Disk_files::is_folder(const std::string& path) const {
 }
 
 Result<std::string> Disk_files::read(const std::string& path) const {
-    return read_start(path, std::string::npos);
+    return read_part(path, 0, std::string::npos);
 }
 
-Result<std::string> Disk_files::read_start(const std::string& path, std::size_t count) const {
+Result<std::string> Disk_files::read_part(const std::string& path, std::uint64_t from,
+                                          std::size_t count) const {
     const Handle handle = open_file(path, O_RDONLY | O_NONBLOCK);
-    if (!handle.ok()) {
+    if (!handle.ok() ||
+        (from > 0 && ::lseek(handle.get(), static_cast<off_t>(from), SEEK_SET) < 0)) {
         return failed();
     }
     std::string content;
-    content.reserve(std::min<std::size_t>(length(path).value_or(0) + copy_block, count));
+    const std::uint64_t size = length(path).value_or(0);
+    content.reserve(std::min<std::size_t>(size - std::min(size, from) + copy_block, count));
     if (!read_some(handle.get(), content, count)) {
         return failed();
     }

@@ -18,8 +18,8 @@ class Disk_files : public Files {
     [[nodiscard]] bool exists(const std::string& path) const override;
     [[nodiscard]] bool is_folder(const std::string& path) const override;
     [[nodiscard]] Result<std::string> read(const std::string& path) const override;
-    [[nodiscard]] Result<std::string> read_start(const std::string& path,
-                                                 std::size_t count) const override;
+    [[nodiscard]] Result<std::string> read_part(const std::string& path, std::uint64_t from,
+                                                std::size_t count) const override;
     [[nodiscard]] Result<> replace(const std::string& path, std::string_view content) override;
     [[nodiscard]] Result<> try_out(const std::string& path) override;
     [[nodiscard]] Result<> append(const std::string& path, std::string_view content) override;

@@ -111,7 +111,7 @@ int main(int argc, char** argv) {
     add_windows(windows, program);
     on_end_signals(application, [&program, &message_box] {
         message_box.stop_asking();
-        program.window.unload();
+        program.end_unasked();
     });
     application.after_fault = [&program] { program.window.report_fault(Fault::unexpected); };
     if (!desktop.another_instance_runs()) {

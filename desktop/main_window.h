@@ -5,35 +5,48 @@
 
 #include "frame/main_window.h"
 
+class QLabel;
 class QProgressBar;
 class QPushButton;
 
 namespace kelvane {
 
-class Program_view;
+class Edit_commands;
+class Find_bar;
+class Pane_view;
+class Program_pane;
 
-/// The main window: menus, the editor, the row of progress bar, Send and Stop under it, and the
-/// status bar.
+/// What the main window shows of the program in the pane.
+struct Editor_parts {
+    Program_pane& pane;
+    Find_bar& find_bar;
+    Edit_commands& commands;
+};
+
+/// The main window: menus, the tool bar, the editor, the row of progress bar, Send and Stop under
+/// it, and the status bar.
 class Main_window : public QMainWindow {
   public:
-    explicit Main_window(Kelvane_lite_form& form);
+    Main_window(Kelvane_lite_form& form, Editor_parts parts);
 
   protected:
     bool event(QEvent* event) override;
 
   private:
     void make_menus(Kelvane_lite_form& form);
-    void make_controls(Kelvane_lite_form& form);
-    void make_status_bar(Kelvane_lite_form& form);
+    void make_tool_bar(Editor_parts& parts);
+    void make_controls(Kelvane_lite_form& form, Editor_parts& parts);
+    void make_status_bar(Kelvane_lite_form& form, Editor_parts parts);
     void place_controls();
 
     QWidget* inner_;
-    Program_view* view_ = nullptr;
+    Pane_view* view_ = nullptr;
+    QWidget* find_bars_ = nullptr;
     QProgressBar* progress_ = nullptr;
     QPushButton* send_ = nullptr;
     QPushButton* stop_ = nullptr;
 };
 
-std::unique_ptr<Main_window> make_main_window(Kelvane_lite_form& form);
+std::unique_ptr<Main_window> make_main_window(Kelvane_lite_form& form, Editor_parts parts);
 
 }  // namespace kelvane

@@ -14,7 +14,10 @@
 namespace kelvane {
 
 void add_windows(Qt_windows& windows, Program& program) {
-    windows.add(program.window, make_main_window);
+    windows.add_builder(program.window, [&program]() -> std::unique_ptr<QWidget> {
+        const Editor_parts parts{program.pane, program.find_bar, program.edit_commands};
+        return make_main_window(program.window, parts);
+    });
     windows.add(program.configure_form, make_configure_dialog);
     windows.add(program.advanced_form, make_advanced_dialog);
     windows.add(program.select_device_form, make_select_device_dialog);

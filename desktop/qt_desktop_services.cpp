@@ -1,6 +1,7 @@
 #include "desktop/qt_desktop_services.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QCollator>
 #include <QDateTime>
 #include <QFile>
@@ -107,6 +108,15 @@ bool Qt_desktop_services::another_instance_runs() {
         ::close(std::exchange(lock_, -1));
     }
     return taken;
+}
+
+void Qt_desktop_services::copy_text(std::u16string text) {
+    QGuiApplication::clipboard()->setText(QString::fromStdU16String(text));
+}
+
+std::u16string Qt_desktop_services::copied_text() const {
+    QString text = QGuiApplication::clipboard()->text();
+    return text.replace("\r\n", "\n").replace('\r', '\n').toStdU16String();
 }
 
 std::vector<Serial_device> Qt_desktop_services::serial_devices() const {

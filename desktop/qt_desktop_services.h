@@ -23,6 +23,8 @@ class Qt_desktop_services : public Desktop_services {
     /// The lock is the kernel's and ends with the process, however that ends.
     [[nodiscard]] bool another_instance_runs() override;
     [[nodiscard]] std::string lock_trouble() const override { return lock_trouble_; }
+    void copy_text(std::u16string text) override;
+    [[nodiscard]] std::u16string copied_text() const override;
     [[nodiscard]] std::vector<Serial_device> serial_devices() const override;
     void tell_standard_error(const std::string& text) override;
 

@@ -23,6 +23,9 @@ Choice choice_of(Message_buttons buttons) {
         case Message_buttons::ok_cancel:
             return {QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel,
                     Message_answer::cancel};
+        case Message_buttons::save_discard_cancel:
+            return {QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel,
+                    QMessageBox::Cancel, Message_answer::cancel};
         case Message_buttons::ok:
             break;
     }
@@ -62,7 +65,16 @@ Message_answer answer(const QMessageBox& box, Message_buttons buttons) {
     if (pressed == nullptr || pressed == box.button(choice.careful)) {
         return choice.careful_answer;
     }
-    return buttons == Message_buttons::yes_no ? Message_answer::yes : Message_answer::ok;
+    switch (box.standardButton(box.clickedButton())) {
+        case QMessageBox::Yes:
+            return Message_answer::yes;
+        case QMessageBox::Save:
+            return Message_answer::save;
+        case QMessageBox::Discard:
+            return Message_answer::discard;
+        default:
+            return Message_answer::ok;
+    }
 }
 
 }  // namespace

@@ -74,10 +74,7 @@ std::size_t Program_document::line_at(std::size_t offset) const {
 }
 
 std::string_view Program_document::line(std::size_t line) const {
-    const std::size_t start = line_start(line);
-    const std::string_view whole =
-        std::string_view(text_).substr(start, line_start(line + 1) - start);
-    return whole.substr(0, whole.find_last_not_of(line_end_bytes) + 1);
+    return view().line(line);
 }
 
 std::size_t Program_document::position_of(std::size_t offset) const {

@@ -9,6 +9,7 @@
 
 #include "editing/line_index.h"
 #include "editing/text_encoding.h"
+#include "editing/text_view.h"
 
 namespace kelvane {
 
@@ -45,6 +46,8 @@ class Program_document {
 
     // --- Reading
     [[nodiscard]] const std::string& text() const { return text_; }
+    /// For looking; valid until the next edit.
+    [[nodiscard]] Text_view view() const { return {text_, &index_, encoding()}; }
     [[nodiscard]] Text_encoding encoding() const { return check_.result(); }
     [[nodiscard]] bool editable() const { return prepared_ && loaded_size_ <= max_editable; }
     /// At least 1; after a line end at the end of the program stands one more, empty line.
@@ -84,6 +87,8 @@ class Program_document {
     /// True when the program differs from what was loaded or saved last.
     [[nodiscard]] bool changed() const { return !saved_ || *saved_ != done_; }
     void mark_saved();
+    /// As long as it is not saved it counts as changed, whatever is undone.
+    void mark_changed() { saved_.reset(); }
     /// Grows with every change of the bytes.
     [[nodiscard]] std::uint64_t revision() const { return revision_; }
 

@@ -8,6 +8,7 @@ void parse_command_line(std::string_view line, Shared_state& state) {
     state.Command_line = line.empty() ? 0 : -1;
     const std::size_t bar = line.find('|');
     if (bar == std::string_view::npos) {
+        state.Command_line_open = line;
         return;
     }
     state.Command_line_event = whole_number(line.substr(0, bar));

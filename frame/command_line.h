@@ -8,7 +8,7 @@
 namespace kelvane {
 
 /// Takes a command line of the form event|file[|machine] into the `Command_line` variables. A
-/// non-empty line without any "|" sets only `Command_line`.
+/// non-empty line without any "|" is a file to open, and no job.
 void parse_command_line(std::string_view line, Shared_state& state);
 
 /// What is wrong with a command line, "There is no job 9"; empty when nothing is.

@@ -31,6 +31,10 @@ std::string title_of(int item, const std::string& machine) {
     }
 }
 
+std::string purpose_of(int item) {
+    return item == print ? "printed" : item == resequence ? "renumbered" : "sent";
+}
+
 /// True for as long as it lives.
 class Raised {
   public:
@@ -45,8 +49,9 @@ class Raised {
 
 }  // namespace
 
-File_commands::File_commands(Kelvane_lite_form& window, Commands& commands)
-    : window_(window), commands_(commands) {}
+File_commands::File_commands(Kelvane_lite_form& window, Commands& commands,
+                             Open_program& open_program)
+    : window_(window), commands_(commands), open_program_(open_program) {}
 
 void File_commands::start(int item) {
     if (!choosing_ && !window_.control.closing()) {
@@ -72,6 +77,7 @@ Task<> File_commands::run(int item) {
         }
     }
     co_await act(item);
+    co_await open_program_.look_at_file();
 }
 
 Task<std::optional<std::string>> File_commands::choose_file(int item) {
@@ -123,6 +129,10 @@ Task<bool> File_commands::allowed(int item) {
                               Message_icon::critical, Message_buttons::ok};
         co_await window_.ask(missing);
         co_return false;
+    }
+    if (!takes_new_file(item)) {
+        const bool may = co_await open_program_.may_be_read(name, purpose_of(item));
+        co_return may;
     }
     co_return true;
 }

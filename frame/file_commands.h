@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "editing/open_program.h"
 #include "frame/commands.h"
 #include "frame/main_window.h"
 
@@ -12,7 +13,7 @@ namespace kelvane {
 /// for its end, and starting the command.
 class File_commands {
   public:
-    File_commands(Kelvane_lite_form& window, Commands& commands);
+    File_commands(Kelvane_lite_form& window, Commands& commands, Open_program& open_program);
 
     /// A click on a menu item, 0..5. A second one while the file is being chosen does nothing.
     void start(int item);
@@ -26,6 +27,7 @@ class File_commands {
 
     Kelvane_lite_form& window_;
     Commands& commands_;
+    Open_program& open_program_;
     bool choosing_ = false;
     int newest_ = 0;  ///< number of the command picked last
 };

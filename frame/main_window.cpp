@@ -39,10 +39,15 @@ Kelvane_lite_form::Kelvane_lite_form(Platform& the_platform)
     control.on_ended = [this](Transfer_record& record) { keep_record(record); };
 }
 
-std::array<Menu, 4> Kelvane_lite_form::menus() {
-    return {Menu{"FileMenu", "&File", FileMenuItem},
-            Menu{"ConfigMenu", "&Configure", ConfigMenuItem},
-            Menu{"ToolsMenu", "&Tools", ToolsMenuItem}, Menu{"AboutMenu", "&About", AboutMenuItem}};
+std::vector<Menu> Kelvane_lite_form::menus() {
+    std::vector<Menu> all = {{"FileMenu", "&File", FileMenuItem}};
+    if (edit_menu) {
+        all.push_back(*edit_menu);
+    }
+    all.push_back({"ConfigMenu", "&Configure", ConfigMenuItem});
+    all.push_back({"ToolsMenu", "&Tools", ToolsMenuItem});
+    all.push_back({"AboutMenu", "&About", AboutMenuItem});
+    return all;
 }
 
 Session Kelvane_lite_form::session() {
@@ -54,7 +59,7 @@ Task<Message_answer> Kelvane_lite_form::ask(Message message) {
 }
 
 void Kelvane_lite_form::close() {
-    if (control.busy() == 0) {
+    if (refused_ || (control.busy() == 0 && !may_close)) {
         unload();
     } else if (!std::exchange(asks_to_close_, true)) {
         tasks.start(ask_and_close());
@@ -62,11 +67,19 @@ void Kelvane_lite_form::close() {
 }
 
 Task<> Kelvane_lite_form::ask_and_close() {
-    const Message question{control.activity_text() + ". Stop it?", std::string(product_name),
-                           Message_icon::exclamation, Message_buttons::yes_no};
-    const Message_answer answer = co_await ask(question);
+    bool may = true;
+    if (control.busy() != 0) {
+        const Message question{control.activity_text() + ". Stop it?", std::string(product_name),
+                               Message_icon::exclamation, Message_buttons::yes_no};
+        const Message_answer answer = co_await ask(question);
+        may = answer == Message_answer::yes;
+    }
+    if (may && may_close) {
+        const bool allowed = co_await may_close();
+        may = allowed;
+    }
     asks_to_close_ = false;
-    if (answer == Message_answer::yes) {
+    if (may) {
         unload();
     }
 }
@@ -97,7 +110,7 @@ void Kelvane_lite_form::start_up() {
     read_default_file_types(platform.files, state, platform.file_dialog);
     read_page_layout(platform.files, state);
     show_machine();
-    if (state.Command_line == 0) {
+    if (state.Command_line == 0 || !state.Command_line_open.empty()) {
         return;
     }
     Timer1.set_enabled(true);

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <array>
+#include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -23,6 +25,8 @@ struct Menu {
     std::string name;
     std::string caption;
     std::span<Button> items;
+    /// Menus within this one, before the first item that begins a group.
+    std::vector<Menu> submenus = {};
 };
 
 /// The main window: the editor that doubles as the transfer log, the menus, Send and Stop, the
@@ -45,7 +49,9 @@ class Kelvane_lite_form : public Form, public Operator {
     std::array<Button, 5> ConfigMenuItem;
     std::array<Button, 2> ToolsMenuItem;
     std::array<Button, 5> AboutMenuItem;
-    [[nodiscard]] std::array<Menu, 4> menus();
+    /// The Edit menu, which is joined on from above.
+    std::optional<Menu> edit_menu;
+    [[nodiscard]] std::vector<Menu> menus();
 
     Timer Timer1;  ///< 100 ms: starts the command-line job
     Transfer_control control;
@@ -68,8 +74,10 @@ class Kelvane_lite_form : public Form, public Operator {
     void beep() override { platform.desktop.beep(); }
     Task<Message_answer> ask(Message message) override;
 
-    /// Asks once before a running transfer is given up; `unload` ends the program without asking.
+    /// Asks once before a running transfer is given up, and what `may_close` asks; `unload` ends
+    /// the program without asking.
     void close() override;
+    std::function<Task<bool>()> may_close;
 
     /// The last trap of an event: what was going on ends, the port closed, and is told. Files stay
     /// as they are.

@@ -23,14 +23,24 @@ Program::Program(Platform& platform)
       line_watch(platform.port),
       line_monitor_form(platform, line_watch),
       test_line_form(platform, window.control, line_watch, [this] { return selected_line(); }),
+      open_program(platform.loop, platform.files, platform.file_dialog, platform.message_box),
+      pane(window.Text1, open_program, platform.desktop, platform.files,
+           [this] { return window.control.busy() != 0 || window.control.sending() != 0; }),
+      find_bar(platform.loop, pane),
+      edit_commands(window.tasks, pane, find_bar),
       commands(window, transfer, listing, resequence_form),
-      file_commands(window, commands),
+      file_commands(window, commands, open_program),
       command_job(window, commands) {
     select_device_form.on_selected = [this] { window.show_machine(); };
     window.other_forms = {&comm_form,          &advanced_form,    &configure_form,
                           &directories_form,   &page_layout_form, &select_device_form,
                           &set_directory_form, &information_form, &resequence_form,
                           &line_monitor_form,  &test_line_form};
+    window.edit_menu = Menu{"EditMenu",
+                            "&Edit",
+                            edit_commands.EditMenuItem,
+                            {{"RecentMenu", "&Recent programs", edit_commands.RecentMenuItem}}};
+    window.may_close = [this] { return open_program.may_be_lost(); };
     join_menus();
     comm_form.load();
 }
@@ -93,9 +103,19 @@ Tested_line Program::selected_line() const {
 
 void Program::start() {
     window.load();
-    if (window.loaded() && !window.refused()) {
-        window.show();
+    if (!window.loaded() || window.refused()) {
+        return;
     }
+    window.show();
+    open_program.take_up_from_last_run();
+    if (!window.state.Command_line_open.empty()) {
+        edit_commands.open_file(window.state.Command_line_open);
+    }
+}
+
+void Program::end_unasked() {
+    open_program.keep_for_next_run();
+    window.unload();
 }
 
 }  // namespace kelvane

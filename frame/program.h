@@ -2,6 +2,10 @@
 
 #include <memory>
 
+#include "editing/edit_commands.h"
+#include "editing/find_bar.h"
+#include "editing/open_program.h"
+#include "editing/program_pane.h"
 #include "frame/comm_form.h"
 #include "frame/command_job.h"
 #include "frame/commands.h"
@@ -37,6 +41,9 @@ class Program {
 
     /// Start-up: loads the main window and, unless it has refused, shows it.
     void start();
+    /// The end that nobody can be asked about: changes of the program in the pane are kept for the
+    /// next run.
+    void end_unasked();
 
     Kelvane_lite_form window;
     Comm_form_lite comm_form;
@@ -56,6 +63,10 @@ class Program {
     Line_watch line_watch;
     Line_monitor_form line_monitor_form;
     Test_line_form test_line_form;
+    Open_program open_program;
+    Program_pane pane;
+    Find_bar find_bar;
+    Edit_commands edit_commands;
     Commands commands;
     File_commands file_commands;
     Command_job command_job;

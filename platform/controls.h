@@ -52,6 +52,9 @@ class Button : public Control {
     /// The operator's click; nothing happens on a disabled button.
     void click();
     std::function<void()> on_click;
+    /// Of a menu item: "Ctrl+S"; and whether a line parts it from the items above.
+    std::string shortcut;
+    bool begins_group = false;
 };
 
 /// A check box: 0 cleared, 1 checked, 2 greyed. A value that differs from the old one runs

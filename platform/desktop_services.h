@@ -33,6 +33,10 @@ class Desktop_services {
     [[nodiscard]] virtual bool another_instance_runs() = 0;
     /// Why that cannot be known, and what to do; empty when it is known.
     [[nodiscard]] virtual std::string lock_trouble() const = 0;
+    /// Puts text on the clipboard.
+    virtual void copy_text(std::u16string text) = 0;
+    /// The clipboard's text, lines ending at LF; empty without one.
+    [[nodiscard]] virtual std::u16string copied_text() const = 0;
     /// The serial devices found now, in a stable order.
     [[nodiscard]] virtual std::vector<Serial_device> serial_devices() const = 0;
     /// Writes `text` as lines to standard error, for whoever has started a job by a command line.

@@ -31,9 +31,13 @@ class Files {
 
     /// The whole content.
     [[nodiscard]] virtual Result<std::string> read(const std::string& path) const = 0;
+    /// At most `count` bytes from byte `from` on; none behind the end.
+    [[nodiscard]] virtual Result<std::string> read_part(const std::string& path, std::uint64_t from,
+                                                        std::size_t count) const = 0;
     /// At most `count` bytes from the start.
-    [[nodiscard]] virtual Result<std::string> read_start(const std::string& path,
-                                                         std::size_t count) const = 0;
+    [[nodiscard]] Result<std::string> read_start(const std::string& path, std::size_t count) const {
+        return read_part(path, 0, count);
+    }
 
     /// Makes `path` hold exactly `content`: written to a temporary file beside it, synced, renamed.
     /// On failure, as with a file that is write-protected, an old file of that name is untouched.

@@ -8,8 +8,8 @@
 namespace kelvane {
 
 enum class Message_icon { none, information, exclamation, critical };
-enum class Message_buttons { ok, ok_cancel, yes_no };
-enum class Message_answer { ok, cancel, yes, no };
+enum class Message_buttons { ok, ok_cancel, yes_no, save_discard_cancel };
+enum class Message_answer { ok, cancel, yes, no, save, discard };
 
 /// One modal message: lines of `text` are joined by line feeds.
 struct Message {

@@ -40,6 +40,13 @@ inline constexpr std::string_view scratch_resequenced = "\\scratchpad data 6";
 inline constexpr std::string_view serial_port_devices = "\\Serial port devices";
 /// A line a transfer.
 inline constexpr std::string_view transfer_log = "\\Transfer log";
+/// Programs that were opened last in the editor, a path a line.
+inline constexpr std::string_view recent_programs = "\\Recent programs";
+/// Changes that were not saved when the program was ended from outside: the path of the program, an
+/// LF, the text.
+inline constexpr std::string_view unsaved_program = "\\Unsaved program";
+/// Size of the editor's letters in percent.
+inline constexpr std::string_view editor_zoom = "\\Editor zoom";
 /// Temporary files that are being written now, of which a killed run leaves some behind.
 inline constexpr std::string_view unfinished = "\\Kelvane Lite unfinished files";
 

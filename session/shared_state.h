@@ -16,6 +16,8 @@ inline constexpr const char* default_machine = "(default)";
 struct Shared_state {
     // --- The command and its file
     std::string filename;              ///< path of the file the current command works on
+    /// A command line that is no job but the name of a program to open.
+    std::string Command_line_open;
     int Command_line = 0;              ///< -1: started with a non-empty command line
     int Command_line_event = 0;        ///< command number of the command line, 1..6
     std::string Command_line_machine;  ///< may be empty

@@ -24,6 +24,9 @@ inline bool can_answer(Message_buttons buttons, Message_answer answer) {
             return answer == Message_answer::yes || answer == Message_answer::no;
         case Message_buttons::ok_cancel:
             return answer == Message_answer::ok || answer == Message_answer::cancel;
+        case Message_buttons::save_discard_cancel:
+            return answer == Message_answer::save || answer == Message_answer::discard ||
+                   answer == Message_answer::cancel;
         default:
             return answer == Message_answer::ok;
     }
@@ -151,12 +154,15 @@ class Recorded_desktop : public Desktop_services {
     bool another_instance_runs() override { return another_runs; }
     std::string lock_trouble() const override { return trouble; }
     std::vector<Serial_device> serial_devices() const override { return devices; }
+    void copy_text(std::u16string text) override { clipboard = std::move(text); }
+    std::u16string copied_text() const override { return clipboard; }
 
     void tell_standard_error(const std::string& text) override { told += text + "\n"; }
 
     int beeps = 0;
     std::string told;  ///< on standard error
     std::string command;
+    std::u16string clipboard;
     bool another_runs = false;
     std::string trouble;
     std::vector<Serial_device> devices;

@@ -21,13 +21,18 @@ class Memory_files : public Files {
     bool exists(const std::string& path) const override { return files_.contains(path); }
     bool is_folder(const std::string& path) const override { return folders.contains(path); }
     Result<std::string> read(const std::string& path) const override {
-        return read_start(path, SIZE_MAX);
+        return read_part(path, 0, SIZE_MAX);
     }
-    Result<std::string> read_start(const std::string& path, std::size_t most) const override {
+    Result<std::string> read_part(const std::string& path, std::uint64_t from,
+                                  std::size_t most) const override {
         if (const auto state = works("read", path); !state) {
             return state.failure();
         }
-        return exists(path) ? Result<std::string>(files_.at(path).substr(0, most)) : missing;
+        if (!exists(path)) {
+            return missing;
+        }
+        const std::string& content = files_.at(path);
+        return from < content.size() ? content.substr(from, most) : std::string();
     }
     Result<> replace(const std::string& path, std::string_view content) override {
         const std::string folder = folder_of(path);
