@@ -14,7 +14,7 @@ bool is_plain(char byte) {
 
 qreal Pane_layout::x_of(std::size_t column) const {
     const auto columns = static_cast<qreal>(column) - static_cast<qreal>(left);
-    return margin + columns * column_width;
+    return margin + text_gap + columns * column_width;
 }
 
 int Pane_layout::y_of(std::size_t line) const {
@@ -73,7 +73,7 @@ void Pane_painter::paint_selection(std::size_t line, int right) {
     if (caret.end() > end) {
         to += layout_.column_width / 2;  // the line end is selected, too
     }
-    const qreal seen_from = std::max<qreal>(from, layout_.margin);
+    const qreal seen_from = std::max<qreal>(from, layout_.margin + Pane_layout::text_gap);
     const qreal seen_to = std::min<qreal>(to, right + 1);
     if (seen_to > seen_from) {
         painter_.fillRect(

@@ -23,6 +23,9 @@ struct Pane_layout {
     std::size_t left = 0;  ///< first column shown
     bool fixed_pitch = true;
 
+    /// Pixels between the margin and the text, for the caret before the first character.
+    static constexpr int text_gap = 3;
+
     /// The left edge of a column; may be outside of what is seen.
     [[nodiscard]] qreal x_of(std::size_t column) const;
     [[nodiscard]] int y_of(std::size_t line) const;

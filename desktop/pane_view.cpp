@@ -260,7 +260,7 @@ std::size_t Pane_view::offset_at(QPoint point) const {
         static_cast<qint64>(now.top) +
         static_cast<qint64>(std::floor(static_cast<qreal>(point.y()) / now.line_height));
     const qreal column =
-        static_cast<qreal>(now.left) + (point.x() - now.margin) / now.column_width + 0.5;
+        static_cast<qreal>(now.left) + (point.x() - now.x_of(now.left)) / now.column_width + 0.5;
     const auto last = static_cast<qint64>(text.line_count()) - 1;
     return text.offset_at(static_cast<std::size_t>(std::clamp<qint64>(line, 0, last)),
                           static_cast<std::size_t>(std::max(0.0, column)));
