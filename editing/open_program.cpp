@@ -166,6 +166,9 @@ Task<bool> Open_program::load(std::string path) {
             break;
         }
         loading_->load_piece(*piece);
+        if (piece->size() < piece_size) {
+            break;
+        }
         if (shown_first_ == 0) {
             shown_first_ = std::min(piece->size(), first_part);
             first_lines_.extend(view().bytes);

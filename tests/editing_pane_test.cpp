@@ -41,11 +41,12 @@ TEST_F(Pane, ShowsTheLogAndThenTheProgramAgain) {
 
     shop.program("OTHER.NC", "N7\r\nN8\r\n");
     bool sent = false;
-    shop.machine().after(150ms, [&] {
-        sent = true;
-        EXPECT_EQ(pane().content(), Program_pane::Content::log);
-        EXPECT_THAT(shown(), HasSubstr("N7"));
-        EXPECT_TRUE(pane().read_only());
+    pane().observe([&] {
+        if (pane().band()) {
+            sent = true;
+            EXPECT_EQ(shown(), "N7\r\nN8\r\n");
+            EXPECT_TRUE(pane().read_only());
+        }
     });
     shop.send("OTHER.NC");
     shop.wait_until_idle();
@@ -101,8 +102,11 @@ TEST_F(Pane, WhatTheOperatorPutsAsideStaysAsideInATransfer) {
     EXPECT_EQ(shown(), "N1 G0\r\nN2 M30\r\n") << "nothing is edited in a transfer";
     EXPECT_THAT(pane().note(), HasSubstr("not to be edited"));
     shop.machine().sends(even("%\r\nN9\r\n%"));
-    shop.wait_until_idle();
+    shop.pass(500ms);
+    EXPECT_THAT(shop.log(), HasSubstr("Receiving data"));
     EXPECT_EQ(pane().content(), Program_pane::Content::program);
+    shop.wait_until_idle();
+    EXPECT_EQ(pane().content(), Program_pane::Content::log) << "what has come is to be read";
 }
 
 TEST_F(Pane, ChangesAreNeverLostUnasked) {
@@ -123,7 +127,7 @@ TEST_F(Pane, ChangesAreNeverLostUnasked) {
     shop.boxes().expect("Save them before it is sent", Message_answer::discard);
     shop.send();
     shop.wait_until_idle();
-    EXPECT_THAT(shop.received(), HasSubstr(even("N1")));
+    EXPECT_THAT(shop.received(), HasSubstr("N1 G0"));
     EXPECT_EQ(shop.file("PART.NC"), old);
     EXPECT_EQ(shown(), changed);
 
@@ -287,19 +291,23 @@ TEST_F(Pane, FindsReplacesAndGoesTo) {
     std::vector<std::size_t> found;
     for (int i = 0; i < 4; ++i) {
         bar.find_text.press_enter();
+        shop.pass(1ms);
         found.push_back(program().caret.begin());
     }
     EXPECT_THAT(found, ElementsAre(4, 14, 28, 4));
     EXPECT_THAT(bar.result.caption(), HasSubstr("from the start"));
     bar.find_text.set_text("\xC3\xBC");  // as the keyboard gives it
     bar.find_next();
+    shop.pass(1ms);
     EXPECT_EQ(program().caret.begin(), 26U);
     bar.find_text.set_text("X1");
     bar.whole_word.set_checked(true);
     bar.replace_text.set_text("X2.5");
     bar.replace_button.click();
+    shop.pass(1ms);
     EXPECT_EQ(program().caret.begin(), 7U) << "first it shows what it would replace";
     bar.replace_button.click();
+    shop.pass(1ms);
     EXPECT_THAT(shown(), HasSubstr("G1 X2.5\nN20 g1 X10\n"));
     EXPECT_EQ(bar.result.caption(), "Not found");
     bar.whole_word.set_checked(false);
@@ -323,6 +331,7 @@ TEST_F(Pane, FindsReplacesAndGoesTo) {
     for (const auto& c : cases) {
         bar.go_to_text.set_text(c.wanted);
         bar.go_to_text.press_enter();
+        shop.pass(1ms);
         EXPECT_EQ(pane().text().line_at(program().caret.begin()), c.line) << c.wanted;
         EXPECT_THAT(bar.result.caption(), ::testing::StartsWith(c.said));
     }
