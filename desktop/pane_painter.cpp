@@ -160,7 +160,8 @@ void Pane_painter::paint_caret(std::size_t line) {
         return;
     }
     const qreal x = layout_.x_of(text_.column_of(caret.place()));
-    painter_.fillRect(QRectF(x, layout_.y_of(line), has_focus ? 2 : 1, layout_.line_height),
+    // Before the character, not on it.
+    painter_.fillRect(QRectF(x - 2, layout_.y_of(line), has_focus ? 2 : 1, layout_.line_height),
                       has_focus ? colours_.text : colours_.numbers);
 }
 

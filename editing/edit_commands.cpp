@@ -128,7 +128,7 @@ void Edit_commands::refresh() {
     const bool edits = !pane_.read_only();
     const bool selects = pane_.caret().selects();
     const auto enable = [this](Item item, bool can) { EditMenuItem[item].set_enabled(can); };
-    enable(save, program.editable() && program.changed());
+    enable(save, !program.loading() && program.changed());
     enable(save_as, program.editable());
     enable(undo, edits && program.document().can_undo());
     enable(redo, edits && program.document().can_redo());

@@ -255,7 +255,7 @@ Task<bool> Open_program::write(std::string path) {
 }
 
 Task<bool> Open_program::save() {
-    if (!editable()) {
+    if (loading()) {
         co_return false;
     }
     if (!path_.empty()) {
@@ -267,7 +267,7 @@ Task<bool> Open_program::save() {
 }
 
 Task<bool> Open_program::save_as() {
-    if (!editable()) {
+    if (loading()) {
         co_return false;
     }
     const auto chosen = co_await dialog_.ask_file(File_purpose::save);
