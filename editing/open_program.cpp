@@ -127,6 +127,7 @@ Task<> Open_program::choose_and_open() {
     if (!co_await may_be_lost()) {
         co_return;
     }
+    dialog_.title = "Open program";
     const auto chosen = co_await dialog_.ask_file(File_purpose::open);
     if (chosen) {
         co_await load_anew(*chosen);
@@ -270,6 +271,7 @@ Task<bool> Open_program::save_as() {
     if (loading()) {
         co_return false;
     }
+    dialog_.title = "Save program as";
     const auto chosen = co_await dialog_.ask_file(File_purpose::save);
     if (!chosen) {
         co_return false;
