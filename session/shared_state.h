@@ -15,7 +15,7 @@ inline constexpr const char* default_machine = "(default)";
 /// nothing else is said. What is going on stands in `Transfer_control`.
 struct Shared_state {
     // --- The command and its file
-    std::string filename;              ///< path of the file the current command works on
+    std::string filename;  ///< path of the file the current command works on
     /// A command line that is no job but the name of a program to open.
     std::string Command_line_open;
     int Command_line = 0;              ///< -1: started with a non-empty command line
