@@ -340,9 +340,9 @@ TEST_F(Pane, FindsReplacesAndGoesTo) {
 }
 
 TEST_F(Pane, ALargeProgramIsThereBeforeAllOfItHasBeenRead) {
-    std::string large;
+    std::string large = "N10 G1 X1.5\r\n" + std::string(51, '-') + "\r\n";
     while (large.size() <= Program_document::max_editable) {
-        large += "N" + std::to_string(large.size()) + " G1 X1.5\r\n";
+        large += large;
     }
     shop.program("PART.NC", large);
     std::size_t first_seen = 0;
