@@ -200,6 +200,69 @@ bool Block_reader::next(Block_word& word) {
     return true;
 }
 
+Block_words::Block_words(std::string_view line) {
+    Block_reader reader(line);
+    Block_word word;
+    while (reader.next(word)) {
+        switch (word.kind) {
+            case Word_kind::comment:
+            case Word_kind::controls:
+            case Word_kind::tape_mark:
+                continue;
+            case Word_kind::block_skip:
+                skip = true;
+                continue;
+            case Word_kind::block_number:
+                if (!word.number.empty()) {
+                    number = word.number;
+                    continue;
+                }
+                unread = true;
+                break;
+            case Word_kind::program_number:
+                if (!any) {
+                    program_number = word;
+                }
+                break;
+            case Word_kind::g_code:
+                g.push_back(word);
+                break;
+            case Word_kind::m_code:
+                m.push_back(word);
+                break;
+            case Word_kind::statement:
+                statements.push_back(word);
+                break;
+            case Word_kind::expression:
+                variable = true;
+                break;
+            case Word_kind::unread:
+                unread = true;
+                break;
+            default:
+                others.push_back(word);
+        }
+        variable = variable || word.computed;
+        any = true;
+    }
+}
+
+const Block_word* Block_words::operator[](char letter) const {
+    const auto found = std::find_if(others.rbegin(), others.rend(),
+                                    [letter](const Block_word& w) { return w.letter == letter; });
+    return found == others.rend() ? nullptr : &*found;
+}
+
+bool Block_words::has_axes() const {
+    return std::any_of(others.begin(), others.end(),
+                       [](const Block_word& w) { return w.kind == Word_kind::axis; });
+}
+
+std::string word_text(const Block_word& word) {
+    std::string text(1, word.letter);
+    return text.append(word.computed ? std::string_view("#") : word.number);
+}
+
 std::optional<std::string_view> block_number(std::string_view line) {
     Block_reader reader(line);
     Block_word word;

@@ -3,7 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace kelvane {
 
@@ -58,6 +60,25 @@ class Block_reader {
     std::string_view line_;
     std::size_t place_ = 0;
 };
+
+/// A block's words, sorted.
+struct Block_words {
+    std::vector<Block_word> g, m, statements, others;
+    std::optional<Block_word> program_number;  ///< only as the block's first word
+    std::optional<std::string_view> number;    ///< N
+    bool skip = false;                         ///< block skip in it
+    bool unread = false;                       ///< something in it is no word
+    bool variable = false;                     ///< uses or sets one
+    bool any = false;  ///< there is more than comments, N number and controls
+
+    explicit Block_words(std::string_view line);
+    /// The last word with this letter among the others; null for none.
+    [[nodiscard]] const Block_word* operator[](char letter) const;
+    [[nodiscard]] bool has_axes() const;
+};
+
+/// A word as the program wrote it, in capitals and without blanks; "#" for what is computed.
+std::string word_text(const Block_word& word);
 
 /// The digits of a line's N number, as written; no value for a line without one. A "/" in front of
 /// it is passed over.

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 namespace kelvane {
 
@@ -46,6 +48,14 @@ enum class Modal : std::uint8_t {
     c,
 };
 inline constexpr std::size_t modal_count = 35;
+
+/// The axes with their letters.
+inline constexpr std::array<std::pair<char, Modal>, 6> axis_letters = {{{'X', Modal::x},
+                                                                        {'Y', Modal::y},
+                                                                        {'Z', Modal::z},
+                                                                        {'A', Modal::a},
+                                                                        {'B', Modal::b},
+                                                                        {'C', Modal::c}}};
 
 /// The operator's name of it: "Plane", "Work offset", "X".
 std::string_view modal_name(Modal modal);

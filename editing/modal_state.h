@@ -2,14 +2,12 @@
 
 #include <array>
 #include <cstddef>
-#include <functional>
+#include <cstdint>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "editing/block_words.h"
 #include "editing/modal_codes.h"
 
 namespace kelvane {
@@ -75,101 +73,6 @@ struct Modal_state {
     }
     /// True when a group's code is set, doubtful or not, and does not end the group's effect.
     [[nodiscard]] bool active(Modal group) const;
-};
-
-/// What holds for the program as a whole.
-struct Program_survey {
-    struct Seen {
-        std::string word;
-        bool several = false;  ///< values, or one that is not known
-    };
-    std::array<Seen, modal_count> seen;
-    std::set<std::string, std::less<>> targets;  ///< of jumps: essential numbers
-    bool any_target = false;                     ///< a jump may lead to every N number
-    bool changes_with_m6 = false;
-    std::optional<std::size_t> first_jump, first_variable, first_call,
-        first_called_file;  ///< lines
-};
-
-/// A block's words, sorted.
-struct Block_words {
-    std::vector<Block_word> g, m, statements, others;
-    std::optional<Block_word> program_number;  ///< only as the block's first word
-    std::optional<std::string_view> number;    ///< N
-    bool skip = false;                         ///< block skip in it
-    bool unread = false;                       ///< something in it is no word
-    bool variable = false;                     ///< uses or sets one
-    bool any = false;  ///< there is more than comments, N number and controls
-
-    explicit Block_words(std::string_view line);
-    /// The last word with this letter among the others; null for none.
-    [[nodiscard]] const Block_word* operator[](char letter) const;
-    [[nodiscard]] bool has_axes() const;
-};
-
-/// Reads a program line by line and keeps the modal state. A first reading over the whole program
-/// fills the survey, without which the second would not know what a jump can alter.
-class Modal_reader {
-  public:
-    /// A first reading: notes into `survey`, which must outlive the reader.
-    Modal_reader(Machining machining, Program_survey& survey);
-    /// A second reading, after the survey of the whole program.
-    Modal_reader(Machining machining, const Program_survey& survey);
-
-    void read_line(std::string_view line);
-
-    [[nodiscard]] const Modal_state& state() const { return state_; }
-    /// Lines read: the number from 0 of the next.
-    [[nodiscard]] std::size_t lines() const { return line_; }
-
-  private:
-    /// What the axis words of a block stand for.
-    enum class Axes { positions, nothing, reference, shift, unknown };
-
-    void read_block(const Block_words& block);
-    void read_statements(const Block_words& block);
-    void read_jump(const Block_word& statement);
-    void read_g_codes(const Block_words& block);
-    void read_g_code(const Block_word& word, const Block_words& block);
-    void hold(const G_use& use, int code, const Block_word& word, const Block_words& block);
-    void read_shift(const Block_words& block, std::string_view g_word);
-    void read_contour(const Block_words& block);
-    void read_axes(const Block_words& block);
-    void read_axis(Modal axis, const Block_word& word);
-    void read_incremental(Modal axis, const Block_word* word);
-    [[nodiscard]] Doubt position_doubt() const;
-    void read_values(const Block_words& block);
-    void read_m_codes(const Block_words& block);
-    void read_m_code(int code, const Block_word& word);
-    void change_tool();
-    void keep_clearance(const Block_words& block);
-    void leave_contour(const Block_words& block);
-
-    Setting& at(Modal modal) { return state_.settings[static_cast<std::size_t>(modal)]; }
-    void set(Modal modal, std::string word, int code = -1);
-    void set_value(Modal modal, const Block_word& word);
-    void doubt(Modal modal, Doubt why);
-    void doubt_positions(Doubt why);
-    void doubt_all(Doubt why);
-    void jump_or_target();
-    void note_other(const std::string& word);
-    void note_line(std::optional<std::size_t> Program_survey::*first);
-    [[nodiscard]] bool is_target(std::string_view number) const;
-
-    Machining machining_;
-    Program_survey* noting_;  ///< null in a second reading
-    const Program_survey& survey_;
-    Modal_state state_;
-    std::size_t line_ = 0;
-
-    Axes axes_ = Axes::positions;      ///< of this block
-    Doubt block_doubt_ = Doubt::none;  ///< of all that this block sets
-    bool dwell_ = false;
-    bool clearance_awaited_ = false;
-    bool jumps_begun_ = false;
-    std::array<bool, modal_count> certain_{};  ///< whatever way the jumps went
-    std::optional<Modal_state> before_contour_;
-    std::string contour_begin_, contour_end_;  ///< N numbers
 };
 
 }  // namespace kelvane

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "editing/modal_state.h"
+#include "editing/modal_reader.h"
 
 namespace kelvane {
 

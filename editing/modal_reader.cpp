@@ -1,0 +1,389 @@
+#include "editing/modal_reader.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "platform/basic_text.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr std::array<std::pair<char, Modal>, 3> secondary_axes = {
+    {{'U', Modal::x}, {'V', Modal::y}, {'W', Modal::z}}};
+
+constexpr std::array<std::string_view, 17> jump_statements = {
+    "GOTO", "GOTOF", "GOTOB", "GOTOC", "WHILE", "DO",   "END",    "REPEAT", "UNTIL",
+    "LOOP", "FOR",   "ELSE",  "ENDIF", "CASE",  "ENDW", "ENDFOR", "ENDLOOP"};
+constexpr std::array<std::string_view, 8> harmless_statements = {"THEN",  "POPEN", "PCLOS", "DPRNT",
+                                                                 "BPRNT", "SETVN", "MSG",   "IF"};
+
+template <typename List>
+bool holds_name(const List& list, std::string_view name) {
+    return std::find(list.begin(), list.end(), name) != list.end();
+}
+
+bool is_zero(std::string_view number) {
+    return number.find_first_of("123456789") == std::string_view::npos;
+}
+
+}  // namespace
+
+void Modal_reader::read_line(std::string_view line) {
+    const Block_words block(line);
+    if (block.any || block.number) {
+        read_block(block);
+    }
+    memory_.end_line();
+}
+
+void Modal_reader::begin_block(const Block_words& block) {
+    axes_ = Axes::positions;
+    dwell_ = false;
+    memory_.begin_block(block.skip ? Doubt::block_skip : Doubt::none);
+    if (block.program_number) {
+        memory_.begin_program();
+        contour_begin_.clear();
+        clearance_awaited_ = false;
+    }
+    if (block.number && memory_.is_target(*block.number)) {
+        memory_.jump_or_target();
+    }
+    if (block.variable) {
+        memory_.note_line(&Program_survey::first_variable);
+    }
+    if (block.number && !contour_begin_.empty() && same_number(*block.number, contour_begin_)) {
+        memory_.enter_contour();
+        contour_begin_.clear();
+    }
+}
+
+void Modal_reader::read_block(const Block_words& block) {
+    begin_block(block);
+    read_g_codes(block);
+    read_values(block);
+    read_axes(block);
+    read_m_codes(block);
+    keep_clearance(block);
+    read_statements(block);
+    if (block.unread) {
+        memory_.doubt_all(Doubt::unread);
+    }
+    leave_contour(block);
+}
+
+void Modal_reader::read_statements(const Block_words& block) {
+    const auto is_named = [&block](std::string_view name) {
+        return std::any_of(
+            block.statements.begin(), block.statements.end(),
+            [name](const Block_word& word) { return upper_case(word.name) == name; });
+    };
+    for (const Block_word& word : block.statements) {
+        const std::string name = upper_case(word.name);
+        if (name == "CALL") {
+            call(&Program_survey::first_called_file, Doubt::called_file);
+        } else if (holds_name(jump_statements, name) || (name == "IF" && !is_named("THEN"))) {
+            read_jump(word);
+        } else if (!holds_name(harmless_statements, name)) {
+            memory_.doubt_all(Doubt::unread);
+        }
+    }
+}
+
+void Modal_reader::read_jump(const Block_word& statement) {
+    memory_.note_line(&Program_survey::first_jump);
+    if (upper_case(statement.name).starts_with("GOTO")) {
+        memory_.note_target(statement.number);
+    }
+    memory_.jump_or_target();
+}
+
+void Modal_reader::read_g_codes(const Block_words& block) {
+    for (const Block_word& word : block.g) {
+        read_g_code(word, block);
+    }
+}
+
+void Modal_reader::read_g_code(const Block_word& word, const Block_words& block) {
+    const auto code = g_code(word.number);
+    if (!code || word.number.empty()) {
+        memory_.doubt_all(word.computed ? Doubt::variable : Doubt::unread);
+        axes_ = Axes::unknown;
+        return;
+    }
+    const G_use use = g_use(*code, machining_);
+    switch (use.effect) {
+        case G_effect::holds:
+            hold(use, *code, word, block);
+            break;
+        case G_effect::once:
+            break;
+        case G_effect::no_axes:
+            axes_ = Axes::nothing;
+            dwell_ = true;
+            break;
+        case G_effect::data:
+            axes_ = Axes::nothing;
+            dwell_ = true;
+            memory_.doubt(Modal::work_offset, Doubt::offset_change);
+            memory_.doubt_positions(Doubt::offset_change);
+            break;
+        case G_effect::reference:
+            axes_ = Axes::reference;
+            break;
+        case G_effect::shift:
+            read_shift(block, word_text(word));
+            break;
+        case G_effect::contour:
+            read_contour(block);
+            break;
+        case G_effect::call:
+            call(&Program_survey::first_call, Doubt::sub_program);
+            axes_ = Axes::nothing;
+            dwell_ = true;
+            break;
+        case G_effect::maker_differs:
+            memory_.note_other(word_text(word));
+            axes_ = Axes::unknown;
+            break;
+    }
+}
+
+void Modal_reader::hold(const G_use& use, int code, const Block_word& word,
+                        const Block_words& block) {
+    std::string text = word_text(word);
+    const bool changed = state()[use.group].code != code;
+    if (block['P'] && (use.group == Modal::work_offset || use.group == Modal::macro_call)) {
+        text += ' ' + word_text(*block['P']);
+    }
+    memory_.set(use.group, std::move(text), code);
+    if (!use.certain) {
+        memory_.doubt(use.group, Doubt::maker_differs);
+    }
+    if (use.group == Modal::motion) {
+        memory_.set(Modal::cycle, "G80", 800);
+    }
+    if (changed && (use.group == Modal::work_offset || use.group == Modal::units)) {
+        memory_.doubt_positions(Doubt::offset_change);
+    }
+    if (changed && use.group == Modal::speed_mode && !block['S']) {
+        memory_.doubt(Modal::speed, Doubt::maker_differs);
+    }
+    if (use.group == Modal::length_comp) {
+        clearance_awaited_ = !is_off_code(use.group, code);
+        memory_.forget_clearance();
+    }
+    if (use.group == Modal::macro_call && state().active(use.group)) {
+        call(&Program_survey::first_call, Doubt::sub_program);
+        axes_ = Axes::nothing;
+    }
+}
+
+/// G52, G92 and a lathe's G50: a shift of the zero point, or with S alone the greatest speed.
+void Modal_reader::read_shift(const Block_words& block, std::string_view g_word) {
+    axes_ = Axes::shift;
+    std::string text(g_word);
+    if (!block.has_axes() && block['S']) {
+        memory_.set(Modal::speed_limit, text + ' ' + word_text(*block['S']));
+        if (block['S']->computed) {
+            memory_.doubt(Modal::speed_limit, Doubt::variable);
+        }
+        return;
+    }
+    const std::string& shifted = state()[Modal::local_shift].word;
+    bool ends = g_word == "G52" && !shifted.starts_with("G92");
+    for (const auto& [letter, axis] : axis_letters) {
+        const Block_word* const word = block[letter];
+        if (word != nullptr) {
+            text += ' ' + word_text(*word);
+        }
+        const bool to_zero = word != nullptr && !word->computed && is_zero(word->number);
+        const bool named = word != nullptr || shifted.find(letter) != std::string::npos;
+        ends = ends && (to_zero || !named);
+    }
+    memory_.set(Modal::local_shift, text, ends ? no_shift : -1);
+    memory_.doubt_positions(Doubt::offset_change);
+}
+
+void Modal_reader::read_contour(const Block_words& block) {
+    axes_ = Axes::nothing;
+    memory_.doubt_positions(Doubt::cycle);
+    memory_.doubt(Modal::feed,
+                  Doubt::maker_differs);  // a finishing cycle takes those of the contour
+    if (block['P'] && block['Q'] && !block['X'] && !block['Z']) {
+        contour_begin_ = block['P']->number;
+        contour_end_ = block['Q']->number;
+    }
+}
+
+void Modal_reader::leave_contour(const Block_words& block) {
+    if (state().in_contour && block.number && same_number(*block.number, contour_end_)) {
+        memory_.leave_contour();
+    }
+}
+
+void Modal_reader::read_axes(const Block_words& block) {
+    if (axes_ == Axes::nothing || axes_ == Axes::shift) {
+        return;
+    }
+    const bool draws = machining_ == Machining::turning && (block['X'] || block['Z']);
+    for (const auto& [letter, axis] : axis_letters) {
+        // Beside X or Z a lathe's A is an angle and its C a chamfer.
+        const bool of_drawing = draws && (axis == Modal::a || axis == Modal::c);
+        if (block[letter] && !of_drawing) {
+            read_axis(axis, *block[letter]);
+        }
+    }
+    for (const auto& [letter, axis] : secondary_axes) {
+        read_incremental(axis, block[letter]);
+    }
+    // A cycle runs along its own axis, which its block need not name.
+    if (block.has_axes() && state().active(Modal::cycle) && axes_ == Axes::positions) {
+        const int plane = state()[Modal::plane].code;
+        memory_.doubt(plane == 180 ? Modal::y : plane == 190 ? Modal::x : Modal::z, Doubt::cycle);
+    }
+}
+
+void Modal_reader::read_axis(Modal axis, const Block_word& word) {
+    if (axes_ == Axes::reference) {
+        memory_.doubt(axis, Doubt::reference);
+        return;
+    }
+    const Doubt why = word.computed            ? Doubt::variable
+                      : word.number.empty()    ? Doubt::unread
+                      : axes_ == Axes::unknown ? Doubt::maker_differs
+                                               : position_doubt();
+    if (why == Doubt::incremental) {
+        memory_.doubt(axis, why);  // what it was before is worth showing
+        return;
+    }
+    memory_.set(axis, word_text(word));
+    if (why != Doubt::none) {
+        memory_.doubt(axis, why);
+    }
+}
+
+/// U, V and W: on lathes X, Y and Z by a distance, on mills axes of their own on some.
+void Modal_reader::read_incremental(Modal axis, const Block_word* word) {
+    if (!word) {
+        return;
+    }
+    const bool turning = machining_ == Machining::turning;
+    memory_.doubt(axis, axes_ == Axes::reference ? Doubt::reference
+                        : turning                ? Doubt::incremental
+                                                 : Doubt::maker_differs);
+}
+
+Doubt Modal_reader::position_doubt() const {
+    for (const Modal group :
+         {Modal::scaling, Modal::mirror, Modal::rotation, Modal::polar, Modal::interpolation}) {
+        if (state().active(group)) {
+            return Doubt::transformation;
+        }
+    }
+    if (state().active(Modal::macro_call)) {
+        return Doubt::sub_program;
+    }
+    if (machining_ == Machining::turning) {
+        return state().active(Modal::cycle) ? Doubt::cycle : Doubt::none;
+    }
+    const Setting& distance = state()[Modal::distance];
+    if (!distance.known()) {
+        return Doubt::distance;
+    }
+    return distance.code == 910 ? Doubt::incremental : Doubt::none;
+}
+
+void Modal_reader::read_values(const Block_words& block) {
+    if (dwell_) {
+        return;
+    }
+    if (block['F']) {
+        memory_.set_value(Modal::feed, *block['F']);
+    }
+    if (block['S'] && axes_ != Axes::shift) {
+        memory_.set_value(Modal::speed, *block['S']);
+    }
+    if (machining_ == Machining::milling && block['D'] && axes_ != Axes::unknown) {
+        memory_.set_value(Modal::radius_number, *block['D']);
+    }
+    if (machining_ == Machining::milling && block['H'] && axes_ != Axes::unknown) {
+        memory_.set_value(Modal::length_number, *block['H']);
+    }
+    if (block['T']) {
+        memory_.set_value(Modal::next_tool, *block['T']);
+        if (machining_ == Machining::turning || !memory_.survey().changes_with_m6) {
+            memory_.change_tool();
+        }
+    }
+    const bool l_alone = block['L'] && block.g.empty() && block.m.empty() && !block.has_axes();
+    if (l_alone) {
+        call(&Program_survey::first_call, Doubt::sub_program);
+    }
+}
+
+void Modal_reader::read_m_codes(const Block_words& block) {
+    for (const Block_word& word : block.m) {
+        const auto code = m_code(word.number);
+        if (!code || word.number.empty()) {
+            memory_.doubt_all(word.computed ? Doubt::variable : Doubt::unread);
+        } else {
+            read_m_code(*code, word);
+        }
+    }
+    const bool repeats = std::any_of(block.m.begin(), block.m.end(), [](const Block_word& word) {
+        return m_code(word.number) == 99;
+    });
+    if (repeats && block['P']) {
+        memory_.note_target({});
+    }
+}
+
+void Modal_reader::read_m_code(int code, const Block_word& word) {
+    const M_use use = m_use(code);
+    switch (use.effect) {
+        case M_effect::holds:
+            memory_.set(use.group, word_text(word), code);
+            break;
+        case M_effect::once:
+            break;
+        case M_effect::coolant_off:
+            memory_.set(Modal::mist, word_text(word), code);
+            memory_.set(Modal::flood, word_text(word), code);
+            break;
+        case M_effect::tool_change:
+            memory_.note_change_by_m6();
+            memory_.change_tool();
+            break;
+        case M_effect::call:
+            call(&Program_survey::first_call, Doubt::sub_program);
+            break;
+        case M_effect::ends:
+            memory_.doubt_all(Doubt::program_end);
+            break;
+        case M_effect::other:
+            memory_.note_other(word_text(word));
+            break;
+    }
+}
+
+/// What the control runs elsewhere may leave anything behind.
+void Modal_reader::call(std::optional<std::size_t> Program_survey::*first, Doubt why) {
+    memory_.note_line(first);
+    memory_.doubt_all(why);
+}
+
+/// The height of the first rapid move with a new length compensation.
+void Modal_reader::keep_clearance(const Block_words& block) {
+    if (!clearance_awaited_ || !block['Z'] || axes_ != Axes::positions) {
+        return;
+    }
+    clearance_awaited_ = false;
+    const Setting& motion = state()[Modal::motion];
+    if (motion.known() && motion.code == 0) {
+        memory_.keep_clearance();
+    }
+}
+
+}  // namespace kelvane

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "editing/block_words.h"
+#include "editing/modal_memory.h"
+
+namespace kelvane {
+
+/// Reads a program line by line: what its words say, said to a `Modal_memory`.
+class Modal_reader {
+  public:
+    /// A first reading: notes into `survey`, which must outlive the reader.
+    Modal_reader(Machining machining, Program_survey& survey)
+        : machining_(machining), memory_(survey) {}
+    /// A second reading, after the survey of the whole program.
+    Modal_reader(Machining machining, const Program_survey& survey)
+        : machining_(machining), memory_(survey) {}
+
+    void read_line(std::string_view line);
+
+    [[nodiscard]] const Modal_state& state() const { return memory_.state(); }
+    /// Lines read: the number from 0 of the next.
+    [[nodiscard]] std::size_t lines() const { return memory_.lines(); }
+
+  private:
+    /// What the axis words of a block stand for.
+    enum class Axes { positions, nothing, reference, shift, unknown };
+
+    void begin_block(const Block_words& block);
+    void read_block(const Block_words& block);
+    void read_statements(const Block_words& block);
+    void read_jump(const Block_word& statement);
+    void read_g_codes(const Block_words& block);
+    void read_g_code(const Block_word& word, const Block_words& block);
+    void hold(const G_use& use, int code, const Block_word& word, const Block_words& block);
+    void read_shift(const Block_words& block, std::string_view g_word);
+    void read_contour(const Block_words& block);
+    void read_axes(const Block_words& block);
+    void read_axis(Modal axis, const Block_word& word);
+    void read_incremental(Modal axis, const Block_word* word);
+    [[nodiscard]] Doubt position_doubt() const;
+    void read_values(const Block_words& block);
+    void read_m_codes(const Block_words& block);
+    void read_m_code(int code, const Block_word& word);
+    void call(std::optional<std::size_t> Program_survey::*first, Doubt why);
+    void keep_clearance(const Block_words& block);
+    void leave_contour(const Block_words& block);
+
+    Machining machining_;
+    Modal_memory memory_;
+    Axes axes_ = Axes::positions;  ///< of this block
+    bool dwell_ = false;
+    bool clearance_awaited_ = false;
+    std::string contour_begin_, contour_end_;  ///< N numbers
+};
+
+}  // namespace kelvane
