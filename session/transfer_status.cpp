@@ -172,7 +172,7 @@ std::string Transfer_status::busy_text() const {
 }
 
 /// Time gone since the first byte, or before it since the wait began; and the time left, as fast as
-/// the line has been until now.
+/// the line has been up to the last byte: while it is held, the estimate stands.
 std::string Transfer_status::times_text() const {
     const bool begun = record_.bytes > 0;
     const Clock_time gone = loop_.now() - (begun ? started_ : since_);
@@ -181,8 +181,8 @@ std::string Transfer_status::times_text() const {
     }
     const double share =
         static_cast<double>(record_.total - record_.sent) / static_cast<double>(record_.sent);
-    const auto left =
-        std::chrono::duration_cast<Clock_time>(std::chrono::duration<double>(gone) * share);
+    const auto left = std::chrono::duration_cast<Clock_time>(
+        std::chrono::duration<double>(last_ - started_) * share);
     return minutes_and_seconds(gone) + ", " + minutes_and_seconds(left) + " left";
 }
 

@@ -238,6 +238,21 @@ TEST_F(Real_adapter, a_speed_that_it_does_not_have_is_refused_and_a_near_one_is_
     EXPECT_DOUBLE_EQ(port_.characters_per_second(), 950);
 }
 
+TEST_F(Real_adapter, is_set_to_the_speed_and_the_frame_of_the_settings) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"115200,N,8,1", "115200 8N1"}, {"57600,N,8,2", "57600 8N2"}, {"38400,E,8,1", "38400 8E1"},
+        {"28800,O,8,1", "28800 8O1"},   {"19200,E,7,2", "19200 7E2"}, {"9600,O,7,1.5", "9600 7O2"},
+        {"4800,M,5,1", "4800 5M1"},     {"2400,S,6,1", "2400 6S1"},   {"1200,N,8,1.5", "1200 8N2"},
+        {"600,E,8,1.5", "600 8E2"},     {"300,N,7,1", "300 7N1"},     {"110,O,8,2", "110 8O2"}};
+    for (const auto& [settings, frame] : cases) {
+        settings_.settings = settings;
+        settings_.handshake = Handshake(settings_.settings.size() % 4);
+        ASSERT_EQ(port_.open(settings_), Port_error::none) << settings;
+        EXPECT_STREQ(lines_.frame.data(), frame);
+        port_.close();
+    }
+}
+
 TEST_F(Real_adapter, the_thread_is_urgent_only_while_the_line_is_open_and_where_that_is_granted) {
     const int before = ::sched_getscheduler(0);
     const bool may = Urgent_thread().granted();

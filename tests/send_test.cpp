@@ -83,26 +83,39 @@ TEST(Send, DropsBlankLinesAndLooksAtTheHandshakeAsOftenAsTheRecordSays) {
     EXPECT_LE(checks.machine().most_queued(), 22U);
 }
 
-TEST(Send, OpensThePortAsTheRecordSays) {
+// The sender obeys the handshake by itself; a receive leaves it to the driver.
+TEST(Port, OpensAsTheRecordSays) {
     const struct {
         Setting_lines lines;
         int port;
         const char* settings;
+        Handshake receives_with = Handshake::xon_xoff;
+        const char* xon_and_xoff = "\x11\x13";
     } cases[] = {
         {{}, 1, "9600,N,8,1"},
         {{{1, "2"}, {2, "1"}}, 2, "9600,N,8,1"},  // an old file's port and baud
-        {{{1, "COM3"}, {2, "BAUD4"}, {3, " 0"}}, 3, "4800,N,8,2"},
-        {{{4, " 0"}}, 1, "9600,N,8,1"},  // 7 bits, even: the table makes it
-        {{{4, " 0"}, {25, "True"}}, 1, "9600,E,8,1"},
-        {{{4, " 1"}, {25, "TRUE"}, {3, " 1"}}, 1, "9600,O,8,1.5"},
+        {{{1, "COM3"}, {2, "BAUD4"}, {3, " 0"}, {5, " 0"}}, 3, "4800,N,8,2", Handshake::none},
+        // 7 bits, even: the table makes it
+        {{{4, " 0"}, {5, " 2"}}, 1, "9600,N,8,1", Handshake::rts_cts, "\x11\x93"},
+        {{{4, " 0"}, {25, "True"}}, 1, "9600,E,8,1", Handshake::xon_xoff, "\x11\x93"},
+        {{{4, " 1"}, {25, "TRUE"}, {3, " 1"}, {5, " 3"}},
+         1,
+         "9600,O,8,1.5",
+         Handshake::both,
+         "\x91\x13"},
+        {{{4, " 3"}}, 1, "9600,N,8,1", Handshake::xon_xoff, "\x11\x93"},
     };
     for (const auto& c : cases) {
         Shop_floor shop(c.lines, part);
-        shop.send();
         const Port_settings& port = shop.machine().settings();
-        EXPECT_EQ(port.com_port, c.port);
-        EXPECT_EQ(port.settings, c.settings);
-        EXPECT_TRUE(port.handshake == Handshake::none && port.null_discard);
+        for (const bool receives : {false, true}) {
+            receives ? shop.receive() : shop.send();
+            EXPECT_EQ(port.com_port, c.port);
+            EXPECT_EQ(port.settings, c.settings);
+            EXPECT_EQ(port.handshake, receives ? c.receives_with : Handshake::none);
+            EXPECT_EQ((std::string{port.xon, port.xoff}), c.xon_and_xoff);
+            EXPECT_TRUE(port.null_discard && !port.transparent);
+        }
     }
 }
 

@@ -10,6 +10,7 @@
 #include <asm/termbits.h>
 #include <cmath>
 #include <cstdarg>
+#include <cstdio>
 #include <cstdlib>
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -52,10 +53,35 @@ double now_us() {
     return static_cast<double>(time.tv_sec) * 1e6 + static_cast<double>(time.tv_nsec) / 1e3;
 }
 
-int set_speed(int handle) {
+/// What a driver keeps of a frame, but no pseudo-terminal.
+constexpr tcflag_t kept_by_drivers = CSIZE | PARENB;
+tcflag_t kept_of_frame = CS8;
+
+termios2 settings_of(int handle) {
     termios2 settings{};
     ::syscall(SYS_ioctl, handle, TCGETS2, &settings);
-    return static_cast<int>(settings.c_ospeed);
+    settings.c_cflag = (settings.c_cflag & ~kept_by_drivers) | kept_of_frame;
+    return settings;
+}
+
+int set_speed(int handle) {
+    return static_cast<int>(settings_of(handle).c_ospeed);
+}
+
+char parity_letter(tcflag_t flags) {
+    const bool odd = (flags & PARODD) != 0;
+    if ((flags & PARENB) == 0) {
+        return 'N';
+    }
+    return (flags & CMSPAR) != 0 ? (odd ? 'M' : 'S') : (odd ? 'O' : 'E');
+}
+
+void report_frame(int handle) {
+    const termios2 settings = settings_of(handle);
+    const int data_bits = 5 + static_cast<int>((settings.c_cflag & CSIZE) / CS6);
+    const int stop_bits = (settings.c_cflag & CSTOPB) != 0 ? 2 : 1;
+    std::snprintf(state()->frame.data(), state()->frame.size(), "%u %d%c%d", settings.c_ospeed,
+                  data_bits, parity_letter(settings.c_cflag), stop_bits);
 }
 
 /// The characters that the adapter keeps, and when the last of them will have left.
@@ -145,12 +171,12 @@ bool answer_empty(int* value) {
 }
 
 bool answer_speed(int handle, void* argument) {
-    auto* settings = static_cast<termios2*>(argument);
-    const bool told = ::syscall(SYS_ioctl, handle, TCGETS2, argument) == 0;
-    if (told && state()->real_speed != 0) {
-        settings->c_ospeed = static_cast<speed_t>(state()->real_speed.load());
+    auto& settings = *static_cast<termios2*>(argument);
+    settings = settings_of(handle);
+    if (state()->real_speed != 0) {
+        settings.c_ospeed = static_cast<speed_t>(state()->real_speed.load());
     }
-    return told;
+    return settings.c_ospeed != 0;
 }
 
 /// True when the request is one that a serial driver answers, and done.
@@ -190,6 +216,7 @@ bool answer(int handle, unsigned long request, void* argument) {
 void emulate(Modem_lines* lines) {
     state() = lines;
     transmitter = Shift_register();
+    kept_of_frame = CS8;
 }
 
 }  // namespace kelvane::testing
@@ -201,18 +228,37 @@ extern "C" int ioctl(int handle, unsigned long request, ...) noexcept {
     va_start(arguments, request);
     void* argument = va_arg(arguments, void*);
     va_end(arguments);
-    if (is_device(handle) && answer(handle, request, argument)) {
+    const bool device = is_device(handle);
+    if (device && answer(handle, request, argument)) {
         return 0;
     }
-    return static_cast<int>(::syscall(SYS_ioctl, handle, request, argument));
+    const int result = static_cast<int>(::syscall(SYS_ioctl, handle, request, argument));
+    if (device && request == TCSETS2) {
+        kept_of_frame = static_cast<termios2*>(argument)->c_cflag & kept_by_drivers;
+        report_frame(handle);
+    }
+    return result;
 }
 
 extern "C" int tcsetattr(int handle, int when, const termios* settings) noexcept {
     static const auto system =
         reinterpret_cast<int (*)(int, int, const termios*)>(::dlsym(RTLD_NEXT, "tcsetattr"));
     const int result = system(handle, when, settings);
-    if (is_device(handle)) {
-        transmitter.set(handle, (state()->set_by_program & TIOCM_DTR) != 0);
+    if (!is_device(handle)) {
+        return result;
+    }
+    kept_of_frame = settings->c_cflag & kept_by_drivers;
+    report_frame(handle);
+    transmitter.set(handle, (state()->set_by_program & TIOCM_DTR) != 0);
+    return 0;  // the system complains of what it has not kept
+}
+
+extern "C" int tcgetattr(int handle, termios* settings) noexcept {
+    static const auto system =
+        reinterpret_cast<int (*)(int, termios*)>(::dlsym(RTLD_NEXT, "tcgetattr"));
+    const int result = system(handle, settings);
+    if (result == 0 && is_device(handle)) {
+        settings->c_cflag = (settings->c_cflag & ~kept_by_drivers) | kept_of_frame;
     }
     return result;
 }

@@ -25,6 +25,9 @@ struct Modem_lines {
     /// Baud rate that the adapter has instead of the one it is set to; 0 for the same.
     std::atomic<int> real_speed{0};
 
+    /// The speed and the frame last set by the program, with its NUL: "9600 8E2".
+    std::array<char, 16> frame{};
+
     /// The adapter's transmitter keeps characters, of 10 bits, that `queued` does not show.
     struct Transmitter {
         std::atomic<bool> there{false};
