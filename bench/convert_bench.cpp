@@ -70,14 +70,15 @@ struct Program_on_disk {
         bool text = false;
         Task_keeper keeper(loop);
         keeper.start(convert(options, text));
-        while (!keeper.empty()) {
-            loop.process_pending();
+        if (!keeper.empty()) {
+            QApplication::exec();
         }
         return text;
     }
     Task<> convert(const Transfer_options& options, bool& text) {
         const Receive::Text_or_trouble result = co_await program.receive.code_convert_file(options);
         text = std::holds_alternative<Receive::Text>(result);
+        QApplication::exit();
     }
 
     Qt_event_loop loop;

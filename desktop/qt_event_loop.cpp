@@ -1,6 +1,5 @@
 #include "desktop/qt_event_loop.h"
 
-#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QEvent>
 #include <QSocketNotifier>
@@ -16,8 +15,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// All that a wait can be for is reported; should a device forget to, it is looked at so often.
-constexpr Clock_time longest_sleep = 1s;
 /// The port is served on time although a computer wakes up late: it is woken earlier by its usual
 /// delay, and what is left then is waited out. A character takes 87 us at 115200 baud; more than
 /// that would cost more of the processor than it brings.
@@ -27,11 +24,7 @@ constexpr Clock_time most_early = 80us;
 constexpr int delays_averaged = 16;
 constexpr std::chrono::nanoseconds longest_delay = 200us;
 /// So often a working loop lets windows repaint, buttons be pressed and other tasks go on.
-constexpr Clock_time pending_interval = 5ms;
-
-bool dispatch(QEventLoop::ProcessEventsFlags flags) {
-    return QCoreApplication::eventDispatcher()->processEvents(flags);
-}
+constexpr Clock_time longest_stretch = 5ms;
 
 itimerspec after(Clock_time delay) {
     // A delay of zero would switch the timer off.
@@ -85,7 +78,7 @@ Qt_event_loop::Qt_event_loop()
       timer_handle_(::timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)),
       wake_(std::make_unique<QSocketNotifier>(timer_handle_, QSocketNotifier::Read)),
       rounds_(std::make_unique<Rounds>(*this)) {
-    breath_interval = pending_interval;
+    breath_interval = longest_stretch;
     QObject::connect(wake_.get(), &QSocketNotifier::activated, [this] { wake_timer_fired(); });
     timers().on_changed = [this] { set_wake_timer(); };
 }
@@ -98,35 +91,6 @@ Qt_event_loop::~Qt_event_loop() {
 
 Clock_time Qt_event_loop::now() const {
     return std::chrono::duration_cast<Clock_time>(std::chrono::steady_clock::now() - start_);
-}
-
-void Qt_event_loop::process_events() {
-    const bool timer_ran = run_due_timers();
-    const Clock_time sleep = std::min(
-        longest_sleep, sleep_limit ? sleep_limit().value_or(longest_sleep) : longest_sleep);
-    if (timer_ran) {
-        wake();
-    }
-    if (timer_ran || sleep <= 0ms) {
-        dispatch(QEventLoop::AllEvents);
-        return;
-    }
-    const auto outer_end = std::exchange(sleep_end_, now() + sleep);
-    set_wake_timer();
-    dispatch(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
-    // The timer stays set: at worst it fires once for nothing and is then set for what is due.
-    sleep_end_ = outer_end;
-}
-
-void Qt_event_loop::process_pending() {
-    if (now() < next_pending_) {
-        return;
-    }
-    if (run_due_timers()) {
-        wake();
-    }
-    dispatch(QEventLoop::AllEvents);
-    next_pending_ = now() + pending_interval;
 }
 
 void Qt_event_loop::wake() {

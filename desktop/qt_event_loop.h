@@ -12,11 +12,11 @@ class QSocketNotifier;
 
 namespace kelvane {
 
-/// The event loop on Qt's dispatcher. The timers run wherever window events are handled: in the
-/// yields, in the application's own loop and inside system dialogs. One kernel timer wakes the
-/// dispatcher, because Qt's timers count whole milliseconds and a fast line wants parts of one.
-/// Tasks go on after each batch of events, in an event of their own, so that what leaves a task as
-/// an exception meets the trap of all events.
+/// The event loop on Qt's dispatcher: the application's own, which it runs in alone. The timers run
+/// wherever window events are handled, also in a loop that a system dialog may run. One kernel
+/// timer wakes the dispatcher, because Qt's timers count whole milliseconds and a fast line wants
+/// parts of one. Tasks go on after each batch of events, in an event of their own, so that what
+/// leaves a task as an exception meets the trap of all events.
 ///
 /// Made after the application object; there is one.
 class Qt_event_loop : public Event_loop {
@@ -24,13 +24,11 @@ class Qt_event_loop : public Event_loop {
     Qt_event_loop();
     ~Qt_event_loop() override;
 
-    void process_events() override;
-    void process_pending() override;
     void wake() override;
     [[nodiscard]] Clock_time now() const override;
 
-    /// Asked before each sleep: how long nothing is due on the port; no value when nothing is going
-    /// on there. 0 or less forbids the sleep.
+    /// Asked when tasks wait, before the loop sleeps: how long nothing is due on the port; no value
+    /// when nothing is going on there. 0 or less forbids the sleep.
     std::function<std::optional<Clock_time>()> sleep_limit;
 
   private:
@@ -48,7 +46,6 @@ class Qt_event_loop : public Event_loop {
     std::optional<Clock_time> sleep_end_;
     Clock_time wake_at_{};                    ///< for which the timer is set
     std::chrono::nanoseconds usual_delay_{};  ///< of a wake-up behind its time, learned
-    Clock_time next_pending_{};
 };
 
 }  // namespace kelvane

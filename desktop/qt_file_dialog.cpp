@@ -79,13 +79,6 @@ std::optional<std::string> Qt_file_dialog::chosen(const QFileDialog& dialog) {
     return path;
 }
 
-std::optional<std::string> Qt_file_dialog::choose_file(File_purpose purpose) {
-    const Dialog_owner<QFileDialog> dialog("file_dialog", windows_.active_window());
-    prepare(*dialog, purpose);
-    const bool accepted = !windows_.ended() && dialog->exec() == QDialog::Accepted;
-    return accepted ? chosen(*dialog) : std::nullopt;
-}
-
 Task<std::optional<std::string>> Qt_file_dialog::ask_file(File_purpose purpose) {
     const Dialog_owner<QFileDialog> dialog("file_dialog", windows_.active_window());
     prepare(*dialog, purpose);

@@ -15,7 +15,6 @@ namespace kelvane {
 class Qt_file_dialog : public File_dialog {
   public:
     explicit Qt_file_dialog(Qt_windows& windows) : windows_(windows) {}
-    [[nodiscard]] std::optional<std::string> choose_file(File_purpose purpose) override;
     Task<std::optional<std::string>> ask_file(File_purpose purpose) override;
     Task<std::optional<std::string>> ask_folder(std::string start) override;
 

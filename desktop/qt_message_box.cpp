@@ -79,16 +79,6 @@ Message_answer answer(const QMessageBox& box, Message_buttons buttons) {
 
 }  // namespace
 
-Message_answer Qt_message_box::show(const Message& message) {
-    if (!may_ask(message)) {
-        return choice_of(message.buttons).careful_answer;
-    }
-    const Dialog_owner<QMessageBox> box("message_box", windows_.active_window());
-    fill(*box, message);
-    box->exec();
-    return answer(*box, message.buttons);
-}
-
 Task<Message_answer> Qt_message_box::ask(Message message) {
     const Message_answer careful = choice_of(message.buttons).careful_answer;
     if (!may_ask(message)) {

@@ -10,7 +10,6 @@ namespace kelvane {
 class Qt_message_box : public Message_box {
   public:
     explicit Qt_message_box(Qt_windows& windows) : windows_(windows) {}
-    Message_answer show(const Message& message) override;
     Task<Message_answer> ask(Message message) override;
     /// From now on a message goes to standard error only, with its careful answer, which those get
     /// that are open: who ends the program by a signal may not be there to press a button.

@@ -30,6 +30,9 @@ class Set_directory_form_lite : public Form {
     /// "no default"; no value when the operator cancels.
     Task<std::optional<std::string>> ask(std::string start);
 
+  protected:
+    void on_unload() override { tasks_.end_all(); }
+
   private:
     void directory_changed();
     Task<> browse();
@@ -65,6 +68,7 @@ class directories_form_lite : public Form {
 
   protected:
     void on_load() override;
+    void on_unload() override { tasks_.end_all(); }
 
   private:
     using Types = std::vector<std::pair<std::string, std::string>>;

@@ -18,7 +18,7 @@ Program::Program(Platform& platform)
       directories_form(platform, window.state, set_directory_form),
       page_layout_form(platform, window, window.state, listing),
       information_form(platform.windows),
-      resequence_form(platform.windows, platform.files, window.control),
+      resequence_form(platform, window.control),
       resequence_run(platform, window, window.control, window.state, resequence_form),
       line_watch(platform.port),
       line_monitor_form(platform, line_watch),

@@ -27,6 +27,7 @@ class select_device_form_lite : public Form {
 
   protected:
     void on_load() override;
+    void on_unload() override { tasks_.end_all(); }
 
   private:
     void select();

@@ -68,15 +68,6 @@ class Event_loop {
     /// returns at once.
     virtual void wake() = 0;
 
-    /// The yield of a waiting loop: runs due timers and window events, then sleeps until something
-    /// can have changed: input on the port, a due timer, a window event, queued output that has
-    /// drained far enough for the sender, or a few ten milliseconds. Tasks go on meanwhile.
-    virtual void process_events() = 0;
-
-    /// The yield of a working loop: as `process_events` but never sleeps, and costs no more than a
-    /// clock read when it was called a few milliseconds ago.
-    virtual void process_pending() = 0;
-
     [[nodiscard]] virtual Clock_time now() const = 0;
 
     [[nodiscard]] Timer_queue& timers() { return timers_; }

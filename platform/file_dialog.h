@@ -24,9 +24,7 @@ class File_dialog {
     /// Counted from 1; 0 is taken as 1.
     int filter_index = 1;
 
-    /// The chosen path, or no value when the operator cancels.
-    [[nodiscard]] virtual std::optional<std::string> choose_file(File_purpose purpose) = 0;
-    /// As `choose_file`, waiting while the program goes on.
+    /// The chosen path, or no value when the operator cancels. Waits while the program goes on.
     virtual Task<std::optional<std::string>> ask_file(File_purpose purpose) = 0;
     /// The chosen folder, `start` being shown first.
     virtual Task<std::optional<std::string>> ask_folder(std::string start) = 0;

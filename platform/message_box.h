@@ -24,7 +24,6 @@ struct Message {
 class Message_box {
   public:
     virtual ~Message_box() = default;
-    virtual Message_answer show(const Message& message) = 0;
     /// Waits for the answer while the program goes on.
     virtual Task<Message_answer> ask(Message message) = 0;
 };

@@ -90,6 +90,7 @@ class Page_layout_form_lite : public Form {
 
   protected:
     void on_load() override;
+    void on_unload() override { tasks_.end_all(); }
 
   private:
     void attach_handlers();

@@ -38,9 +38,11 @@ void read(Text_reader& reader, Scroll_bar& bar) {
 
 }  // namespace
 
-resequence_form_lite::resequence_form_lite(Window_system& windows, Files& files,
-                                           Transfer_control& control)
-    : Form(windows, "resequence_form_lite", "Resequence"), files_(files), control_(control) {
+resequence_form_lite::resequence_form_lite(Platform& platform, Transfer_control& control)
+    : Form(platform.windows, "resequence_form_lite", "Resequence"),
+      tasks(platform.loop),
+      files_(platform.files),
+      control_(control) {
     preview_note.plain = true;
     attach_handlers();
 }
@@ -99,6 +101,7 @@ void resequence_form_lite::on_load() {
 }
 
 void resequence_form_lite::on_unload() {
+    tasks.end_all();
     write_options_file();
     program_start_ = std::string();
 }

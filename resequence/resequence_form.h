@@ -6,6 +6,8 @@
 #include "platform/controls.h"
 #include "platform/files.h"
 #include "platform/form.h"
+#include "platform/platform.h"
+#include "platform/task_keeper.h"
 #include "resequence/engine.h"
 #include "session/transfer_control.h"
 
@@ -15,8 +17,8 @@ namespace kelvane {
 /// in a file from one opening to the next; the maximum is not.
 class resequence_form_lite : public Form {
   public:
-    /// All three outlive the form.
-    resequence_form_lite(Window_system& windows, Files& files, Transfer_control& control);
+    /// Both outlive the form.
+    resequence_form_lite(Platform& platform, Transfer_control& control);
 
     Text_box start_txt{"start_txt", "Start with N#"};
     Text_box increment_txt{"increment_txt", "Increment:"};
@@ -52,6 +54,9 @@ class resequence_form_lite : public Form {
 
     /// 1 while a run is on: no second one starts, and closing the dialog stops the run.
     int running = 0;
+
+    /// The work of the form's buttons, which ends with it.
+    Task_keeper tasks;
 
     /// Cancel, Escape and the close button.
     void close() override;

@@ -28,13 +28,8 @@ class Resequence_run::Running {
 
 Resequence_run::Resequence_run(Platform& platform, Operator& op, Transfer_control& control,
                                const Shared_state& state, resequence_form_lite& form)
-    : platform_(platform),
-      op_(op),
-      control_(control),
-      state_(state),
-      form_(form),
-      tasks_(platform.loop) {
-    form_.Resequence_button.on_click = [this] { tasks_.start(Resequence_button_Click()); };
+    : platform_(platform), op_(op), control_(control), state_(state), form_(form) {
+    form_.Resequence_button.on_click = [this] { form_.tasks.start(Resequence_button_Click()); };
 }
 
 Task<> Resequence_run::Resequence_button_Click() {

@@ -4,7 +4,6 @@
 #include <string>
 
 #include "platform/platform.h"
-#include "platform/task_keeper.h"
 #include "resequence/engine.h"
 #include "resequence/resequence_form.h"
 #include "session/operator.h"
@@ -45,7 +44,6 @@ class Resequence_run {
     Transfer_control& control_;
     const Shared_state& state_;
     resequence_form_lite& form_;
-    Task_keeper tasks_;
 };
 
 }  // namespace kelvane

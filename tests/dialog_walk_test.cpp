@@ -62,9 +62,7 @@ class Walk : public ::testing::Test {
     }
     bool wait(const std::function<bool()>& condition) {
         const auto end = loop.now() + 20s;
-        while (!condition() && loop.now() < end) {
-            loop.process_events();
-        }
+        wait_for(loop, [&] { return condition() || loop.now() >= end; });
         return condition();
     }
 

@@ -107,7 +107,7 @@ TEST_F(Print_paper, the_preview_shows_all_pages_and_prints_none) {
               static_cast<int>(composed().size()));
     dialog->close();
     doubles.loop.wake();
-    doubles.loop.process_events();
+    doubles.loop.step();
     EXPECT_TRUE(keeper.empty());
     EXPECT_FALSE(QFile::exists(pdf));
 }

@@ -30,26 +30,7 @@ class Qt_event_loop_test : public ::testing::Test {
         made->set_enabled(true);
         return made;
     }
-    void wait_for_ticks(std::size_t count) {
-        while (ticks.size() < count) {
-            loop.process_events();
-        }
-    }
 };
-
-TEST_F(Qt_event_loop_test, timers_run_as_they_fall_due_also_while_a_handler_waits) {
-    const auto c = timer('c', 30);
-    const auto a = timer('a', 10, [](Timer& self) { self.set_enabled(false); });
-    const auto b = timer('b', 20, [&](Timer& self) {
-        self.set_enabled(false);
-        wait_for_ticks(4);
-        ticks += ')';
-    });
-    while (!ticks.ends_with(')')) {
-        loop.process_events();
-    }
-    EXPECT_EQ(ticks, "abcc)");
-}
 
 TEST_F(Qt_event_loop_test, timers_run_inside_a_dialogs_own_loop_that_a_handler_has_opened) {
     QEventLoop inner;
@@ -62,42 +43,6 @@ TEST_F(Qt_event_loop_test, timers_run_inside_a_dialogs_own_loop_that_a_handler_h
     });
     outer.exec();
     EXPECT_EQ(ticks, "(aa");
-}
-
-TEST_F(Qt_event_loop_test, a_wait_for_what_may_never_come_wakes_ten_times_a_second_at_most) {
-    QCoreApplication::processEvents();
-    int rounds = 0;
-    for (const Clock_time end = loop.now() + 1s; loop.now() < end; ++rounds) {
-        loop.process_events();
-    }
-    EXPECT_LE(rounds, 10) << "after each wake-up comes a round of the tasks";
-}
-
-TEST_F(Qt_event_loop_test, a_sleep_keeps_to_the_ports_limit_and_to_due_timers) {
-    const auto a = timer('a', 1000);
-    int asked = 0;
-    loop.sleep_limit = [&]() -> std::optional<Clock_time> {
-        ++asked;
-        return 300us;
-    };
-    QCoreApplication::processEvents();  // what is pending would end the sleep at once
-    const Clock_time start = loop.now();
-    loop.process_events();
-    EXPECT_EQ(asked, 1);
-    EXPECT_GE(loop.now() - start, 300us);
-    loop.sleep_limit = [] { return std::optional<Clock_time>(0); };
-    a->set_interval(1);
-    wait_for_ticks(1);
-}
-
-TEST_F(Qt_event_loop_test, a_working_loop_lets_timers_and_windows_have_their_turn) {
-    bool window_event = false;
-    QTimer::singleShot(0, [&] { window_event = true; });
-    const auto a = timer('a', 1);
-    while (ticks.empty() || !window_event) {
-        loop.process_pending();
-    }
-    EXPECT_TRUE(window_event);
 }
 
 /// Waits until `condition` holds; the loop's own rounds do the rest.
@@ -135,6 +80,15 @@ TEST_F(Qt_event_loop_test, tasks_sleep_no_longer_than_the_port_says_and_not_at_a
     QCoreApplication::exec();
     EXPECT_LE(ticks.size(), 30U) << "it has looked much more often than the port has said";
     EXPECT_TRUE(ticks.ends_with('T'));
+}
+
+TEST_F(Qt_event_loop_test, a_wait_for_what_may_never_come_wakes_ten_times_a_second_at_most) {
+    Task_keeper keeper(loop);
+    const auto end = timer('e', 1000);
+    keeper.start(wait_until(
+        loop, [this] { return ticks.find('e') != std::string::npos; }, ticks, 'T'));
+    QCoreApplication::exec();
+    EXPECT_LE(ticks.size(), 12U) << ticks;
 }
 
 TEST_F(Qt_event_loop_test, a_task_that_breathes_lets_timers_windows_and_other_tasks_in) {

@@ -46,7 +46,7 @@ class Resequencing : public ::testing::Test {
 
     kelvane::testing::Headless_platform shop;
     Kelvane_lite_form window{shop.platform};
-    resequence_form_lite form{shop.windows, shop.files, window.control};
+    resequence_form_lite form{shop.platform, window.control};
     Resequence_run run{shop.platform, window, window.control, window.state, form};
 
     const std::string options_file = shop.files.program_path("\\Reseqence data");

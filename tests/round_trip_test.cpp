@@ -128,11 +128,7 @@ class Real_line {
                    program_.window.control.state() == Transfer_state::waiting_for_data;
         });
     }
-    void run_until(const std::function<bool()>& condition) {
-        while (!condition()) {
-            loop_.process_events();
-        }
-    }
+    void run_until(const std::function<bool()>& condition) { wait_for(loop_, condition); }
 
     Pty_line line_;
     std::string tape_;
@@ -140,7 +136,7 @@ class Real_line {
     Virtual_loop no_windows_;
     Recorded_windows windows_{no_windows_};
     Scripted_message_box boxes_;
-    Scripted_file_dialog file_dialog_;
+    Scripted_file_dialog file_dialog_{loop_};
     Recording_printer printer_;
     Recorded_desktop desktop_;
     Memory_files files_;

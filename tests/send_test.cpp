@@ -349,6 +349,30 @@ TEST(Send, AModalFormLeavesItAloneAndStopAndSendWorkBesideIt) {
     }
 }
 
+// The command whose dialog is open has not been given yet.
+TEST(Send, AnOpenFileDialogLeavesItAloneAndCancellingItToo) {
+    Shop_floor shop({}, std::string(2000, 'A') + "\r\n");
+    std::size_t when_opened = 0;
+    shop.machine().after(500ms, [&] {
+        when_opened = shop.received().size();
+        shop.desk.file_dialog.stays_open = true;
+        shop.window().FileMenuItem[0].click();
+    });
+    shop.machine().after(1s, [&] { shop.window().Stop_button.click(); });
+    shop.machine().after(2s, [&] {
+        EXPECT_GT(shop.received().size(), when_opened + 400);
+        EXPECT_LT(shop.received().size(), 1200U);
+        shop.window().Send_button.click();
+    });
+    shop.machine().after(2500ms, [&] {
+        shop.desk.file_dialog.stays_open = false;
+        shop.desk.loop.wake();
+    });
+    shop.send();
+    EXPECT_EQ(shop.received(), std::string(2000, 'A') + "\r\n");
+    EXPECT_TRUE(shop.idle());
+}
+
 TEST(Send, AProgramSupplyRepeatsItAndAnAlarmEndsIt) {
     Shop_floor shop({{7, "%"}}, part);
     shop.start();

@@ -82,9 +82,7 @@ class Serial_line_test : public ::testing::Test {
         return port_.input(0);
     }
     void wait_for_input(std::size_t count) {
-        while (port_.in_buffer_count() < count) {
-            loop_.process_events();
-        }
+        wait_for(loop_, [&] { return port_.in_buffer_count() >= count; });
     }
 
     testing::Pty_line machine_;
@@ -133,13 +131,13 @@ TEST_F(Serial_line_test, output_counts_as_queued_as_long_as_the_line_needs_for_i
     EXPECT_DOUBLE_EQ(port_.characters_per_second(), 960);
     const Clock_time start = loop_.now();
     port_.output(std::string(50, 'x'));
-    for (std::size_t queued = 50; queued > 0;) {
-        queued = port_.out_buffer_count();
+    wait_for(loop_, [&] {
+        const std::size_t queued = port_.out_buffer_count();
         const auto gone = static_cast<double>((loop_.now() - start).count()) * 960e-6;
         EXPECT_GE(static_cast<double>(queued), 50 - gone);
         EXPECT_LE(queued, 50U);
-        loop_.process_events();
-    }
+        return queued == 0;
+    });
     EXPECT_EQ(machine_.receive(50, 5s), std::string(50, 'x'));
 }
 
@@ -168,15 +166,13 @@ TEST_F(Serial_line_test, held_output_stays_queued_until_xon_and_never_holds_the_
     machine_.send("\x13x");
     EXPECT_EQ(port_receives(1), "x");  // any character but Xon resumes nothing
     port_.output("abc");
-    for (int pass = 0; pass < 20; ++pass) {
-        loop_.process_events();
+    wait_for(loop_, [&, pass = 0]() mutable {
         EXPECT_EQ(port_.out_buffer_count(), 3U);
-    }
+        return ++pass == 20;
+    });
     EXPECT_EQ(machine_.receive(1, 0ms), "");
     machine_.send("\x11");
-    while (port_.out_buffer_count() > 0) {
-        loop_.process_events();
-    }
+    wait_for(loop_, [&] { return port_.out_buffer_count() == 0; });
     EXPECT_EQ(machine_.receive(3, 5s), "abc");
     machine_.send("\x13y");
     EXPECT_EQ(port_receives(1), "y");
@@ -190,9 +186,7 @@ TEST_F(Serial_line_test, a_line_that_hangs_up_is_closed_and_what_was_read_stays)
     machine_.send("kept");
     wait_for_input(4);
     machine_.hang_up();
-    while (!port_.lost()) {
-        loop_.process_events();
-    }
+    wait_for(loop_, [&] { return port_.lost(); });
     EXPECT_FALSE(port_.is_open());
     EXPECT_EQ(port_.error_text(),
               device_ + " has gone: the adapter was pulled out or the line hung up.");

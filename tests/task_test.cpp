@@ -126,7 +126,7 @@ TEST_F(Task_test, a_task_that_is_destroyed_ends_from_within_and_waits_no_more) {
         EXPECT_EQ(log, "");
     }
     EXPECT_EQ(log, "ion");
-    EXPECT_THROW(loop.process_events(), Waits_for_ever);
+    EXPECT_THROW(loop.step(), Waits_for_ever);
 }
 
 TEST_F(Task_test, a_task_may_end_its_keeper_and_no_task_goes_on_afterwards) {
@@ -135,7 +135,7 @@ TEST_F(Task_test, a_task_may_end_its_keeper_and_no_task_goes_on_afterwards) {
     keeper.start(follow("(", 'n'));
     pressed = true;
     loop.wake();
-    loop.process_events();
+    loop.step();
     EXPECT_EQ(log, "(e");
     EXPECT_FALSE(keeper.empty());
 }
@@ -176,10 +176,10 @@ TEST_F(Task_test, an_exception_comes_out_where_the_task_is_awaited_or_out_of_the
     Task_keeper keeper(loop);
     keeper.start(fail());
     keeper.start(wait_for_press());
-    EXPECT_THROW(loop.process_events(), std::runtime_error);
+    EXPECT_THROW(loop.step(), std::runtime_error);
     EXPECT_FALSE(keeper.empty());
     pressed = true;
-    loop.process_events();  // the others of the round go on
+    loop.step();  // the others of the round go on
     EXPECT_TRUE(keeper.empty());
 }
 

@@ -49,11 +49,11 @@ class Finished_program : public ::testing::Test {
         chosen_file = file.empty() ? QString() : folder.filePath(QString::fromStdString(file));
         item.click();
         const auto end = loop.now() + 20s;
-        while (
-            (shown.empty() || windows.modal_window() != nullptr || !program.window.tasks.empty()) &&
-            loop.now() < end) {
-            loop.process_events();
-        }
+        wait_for(loop, [&] {
+            return (!shown.empty() && windows.modal_window() == nullptr &&
+                    program.window.tasks.empty()) ||
+                   loop.now() >= end;
+        });
         return shown;
     }
 

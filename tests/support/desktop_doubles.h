@@ -41,13 +41,13 @@ class Scripted_message_box : public Message_box {
             ADD_FAILURE() << "no box has said \"" << left.part << "\"";
         }
     }
-    Message_answer show(const Message& message) override {
+    Task<Message_answer> ask(Message message) override {
         const std::string all = message.title + "\n" + message.text;
         shown_.push_back(message);
         if (expected_.empty()) {
             ADD_FAILURE() << "unexpected box \"" << all << '"';
-            return message.buttons == Message_buttons::yes_no ? Message_answer::no
-                                                              : Message_answer::ok;
+            co_return message.buttons == Message_buttons::yes_no ? Message_answer::no
+                                                                 : Message_answer::ok;
         }
         const Expectation expectation = std::move(expected_.front());
         expected_.pop_front();
@@ -55,9 +55,8 @@ class Scripted_message_box : public Message_box {
             << "expected \"" << expectation.part << "\", box says: " << all;
         EXPECT_TRUE(can_answer(message.buttons, expectation.answer)) << "no such button: " << all;
         expectation.meanwhile();
-        return expectation.answer;
+        co_return expectation.answer;
     }
-    Task<Message_answer> ask(Message message) override { co_return show(message); }
 
     /// The next box must hold `part` in its text or title, and is answered so; `meanwhile` runs
     /// while it is open.
@@ -114,26 +113,27 @@ class Recorded_windows : public Window_system {
     std::map<std::string, std::function<void()>> actions_;
 };
 
-/// Answers from its queues; an empty one is the operator's Cancel. A file dialog for another
-/// purpose than the answer is meant for fails the test.
+/// Answers from its queues once it does not stay open; an empty queue is the operator's Cancel. A
+/// file dialog for another purpose than the answer is meant for fails the test.
 class Scripted_file_dialog : public File_dialog {
   public:
     struct Answer {
         File_purpose purpose;
         std::string path;
     };
-    std::optional<std::string> choose_file(File_purpose purpose) override {
+    explicit Scripted_file_dialog(Event_loop& loop) : loop_(loop) {}
+    Task<std::optional<std::string>> ask_file(File_purpose purpose) override {
         shown_title = std::exchange(title, {});
+        while (stays_open) {
+            co_await loop_.next();
+        }
         if (answers.empty()) {
-            return std::nullopt;
+            co_return std::nullopt;
         }
         const Answer answer = std::move(answers.front());
         answers.pop_front();
         EXPECT_EQ(answer.purpose, purpose) << answer.path;
-        return answer.path;
-    }
-    Task<std::optional<std::string>> ask_file(File_purpose purpose) override {
-        co_return choose_file(purpose);
+        co_return answer.path;
     }
     Task<std::optional<std::string>> ask_folder(std::string) override {
         co_return std::exchange(folder, std::nullopt);
@@ -141,6 +141,10 @@ class Scripted_file_dialog : public File_dialog {
     std::deque<Answer> answers;
     std::string shown_title;  ///< of the last file dialog
     std::optional<std::string> folder;
+    bool stays_open = false;
+
+  private:
+    Event_loop& loop_;
 };
 
 /// A desktop with a fixed date, a command line and a count of beeps.

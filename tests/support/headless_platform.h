@@ -14,7 +14,7 @@ struct Headless_platform {
     Virtual_loop loop;
     Recorded_windows windows{loop};
     Scripted_message_box boxes;
-    Scripted_file_dialog file_dialog;
+    Scripted_file_dialog file_dialog{loop};
     Recording_printer printer;
     Scripted_machine machine{loop};
     Recorded_desktop desktop;

@@ -12,17 +12,18 @@
 
 namespace kelvane::testing {
 
-/// Thrown out of a yield when nothing can ever happen again, or after a virtual hour; it ends the
+/// Thrown by a step when nothing can ever happen again, or after a virtual hour; it ends the
 /// test as a failure.
 struct Waits_for_ever : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
 /// An event loop in virtual time: a wait costs nothing. Events and timers run in the order of their
-/// due times, then of posting; nested waits are fine.
+/// due times, then of posting.
 class Virtual_loop : public Event_loop {
   public:
-    void process_events() override {
+    /// What is due next, time going on to it if need be, and a round of the tasks.
+    void step() {
         const bool woken = std::exchange(woken_, false);
         if (!run_one_due() && !woken) {
             const Clock_time timer = timers().next_due().value_or(Clock_time::max());
@@ -35,11 +36,6 @@ class Virtual_loop : public Event_loop {
             run_one_due();
         }
         woken_ = resume_tasks() || woken_;
-    }
-    void process_pending() override {
-        do {
-            woken_ = resume_tasks() || woken_;
-        } while (run_one_due());
     }
     void wake() override { woken_ = true; }
     [[nodiscard]] Clock_time now() const override { return now_; }
@@ -58,7 +54,7 @@ class Virtual_loop : public Event_loop {
     /// Waits for a condition.
     void run_until(const std::function<bool()>& condition) {
         while (!condition()) {
-            process_events();
+            step();
         }
     }
     /// Runs a task to its end; what it returns.
