@@ -172,10 +172,10 @@ class Real_adapter : public ::testing::Test {
     /// As a sender does it: chunks of 5 whenever less than 3 are queued, then all must leave.
     void send(std::size_t count) {
         for (std::size_t at = 0; at < count; at += 5) {
-            wait_for(loop_, [&] { return port_.out_buffer_count() <= 2; });
+            testing::wait_for(loop_, [&] { return port_.out_buffer_count() <= 2; });
             port_.output("12345");
         }
-        wait_for(loop_, [&] { return port_.out_buffer_count() == 0; });
+        testing::wait_for(loop_, [&] { return port_.out_buffer_count() == 0; });
         port_.close();
     }
     [[nodiscard]] Departures departures() const {
@@ -303,7 +303,7 @@ TEST_F(Real_adapter, an_observer_sees_both_directions_and_what_is_thrown_away) {
     port_.output("out");
     EXPECT_EQ(machine_.receive(3, 20s), "out");
     machine_.send(std::string("i\0n", 3));
-    wait_for(loop_, [&] { return port_.in_buffer_count() >= 2; });
+    testing::wait_for(loop_, [&] { return port_.in_buffer_count() >= 2; });
     EXPECT_EQ(seen, std::string(">out<i\0n", 8));
     EXPECT_EQ(port_.input(0), "in");
 }

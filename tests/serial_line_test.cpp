@@ -82,7 +82,7 @@ class Serial_line_test : public ::testing::Test {
         return port_.input(0);
     }
     void wait_for_input(std::size_t count) {
-        wait_for(loop_, [&] { return port_.in_buffer_count() >= count; });
+        testing::wait_for(loop_, [&] { return port_.in_buffer_count() >= count; });
     }
 
     testing::Pty_line machine_;
@@ -131,7 +131,7 @@ TEST_F(Serial_line_test, output_counts_as_queued_as_long_as_the_line_needs_for_i
     EXPECT_DOUBLE_EQ(port_.characters_per_second(), 960);
     const Clock_time start = loop_.now();
     port_.output(std::string(50, 'x'));
-    wait_for(loop_, [&] {
+    testing::wait_for(loop_, [&] {
         const std::size_t queued = port_.out_buffer_count();
         const auto gone = static_cast<double>((loop_.now() - start).count()) * 960e-6;
         EXPECT_GE(static_cast<double>(queued), 50 - gone);
@@ -166,13 +166,13 @@ TEST_F(Serial_line_test, held_output_stays_queued_until_xon_and_never_holds_the_
     machine_.send("\x13x");
     EXPECT_EQ(port_receives(1), "x");  // any character but Xon resumes nothing
     port_.output("abc");
-    wait_for(loop_, [&, pass = 0]() mutable {
+    testing::wait_for(loop_, [&, pass = 0]() mutable {
         EXPECT_EQ(port_.out_buffer_count(), 3U);
         return ++pass == 20;
     });
     EXPECT_EQ(machine_.receive(1, 0ms), "");
     machine_.send("\x11");
-    wait_for(loop_, [&] { return port_.out_buffer_count() == 0; });
+    testing::wait_for(loop_, [&] { return port_.out_buffer_count() == 0; });
     EXPECT_EQ(machine_.receive(3, 5s), "abc");
     machine_.send("\x13y");
     EXPECT_EQ(port_receives(1), "y");
@@ -186,7 +186,7 @@ TEST_F(Serial_line_test, a_line_that_hangs_up_is_closed_and_what_was_read_stays)
     machine_.send("kept");
     wait_for_input(4);
     machine_.hang_up();
-    wait_for(loop_, [&] { return port_.lost(); });
+    testing::wait_for(loop_, [&] { return port_.lost(); });
     EXPECT_FALSE(port_.is_open());
     EXPECT_EQ(port_.error_text(),
               device_ + " has gone: the adapter was pulled out or the line hung up.");
