@@ -102,7 +102,7 @@ int main(int argc, char** argv) {
     Qt_message_box message_box(windows);
     Qt_file_dialog file_dialog(windows);
     Qt_printer printer(files, windows);
-    Qt_serial_port port(loop, files);
+    Qt_serial_port port(loop);
     Qt_desktop_services desktop(joined_arguments(argc, argv), files.program_directory());
     Platform platform{loop, windows, message_box, file_dialog, printer, port, desktop, files};
 

@@ -10,7 +10,6 @@
 
 #include "desktop/line_speed.h"
 #include "desktop/serial_line.h"
-#include "machines/port_wiring.h"
 
 namespace kelvane {
 
@@ -50,8 +49,7 @@ QSerialPort::Parity parity_of(char letter) {
 
 }  // namespace
 
-Qt_serial_port::Qt_serial_port(Qt_event_loop& loop, const Files& files)
-    : loop_(loop), files_(files) {
+Qt_serial_port::Qt_serial_port(Qt_event_loop& loop) : loop_(loop) {
     loop_.sleep_limit = [this] { return sleep_limit(); };
     // A line that has gone reports errors for ever. Closing it must wait until the report is over.
     look_again_.setSingleShot(true);
@@ -68,10 +66,6 @@ Qt_serial_port::~Qt_serial_port() {
     loop_.sleep_limit = nullptr;
 }
 
-std::string Qt_serial_port::device_of(int com_port) const {
-    return read_device(files_, com_port).value_or("unknown device");
-}
-
 Port_error Qt_serial_port::open(const Port_settings& settings) {
     close();
     lost_ = false;
@@ -83,21 +77,17 @@ Port_error Qt_serial_port::open(const Port_settings& settings) {
         error_text_ = "\"" + settings.settings + "\" is no setting of a serial line.";
         return Port_error::bad_settings;
     }
-    const auto device = read_device(files_, settings.com_port);
-    if (!device) {
-        error_text_ = "What the COM numbers are wired to cannot be read: " + device.reason();
-        return Port_error::other;
-    }
-    port_.setPortName(QFile::decodeName(device->c_str()));
+    const std::string& device = settings.device;
+    port_.setPortName(QFile::decodeName(device.c_str()));
     set_frame(*line);
     if (!port_.open(QIODevice::ReadWrite)) {
-        return open_failed(*device);
+        return open_failed(device);
     }
     const int actual = line_speed(handle()).value_or(line->baud);
-    if (std::string trouble = speed_trouble(*device, line->baud, actual); !trouble.empty()) {
+    if (std::string trouble = speed_trouble(device, line->baud, actual); !trouble.empty()) {
         return open_at_wrong_speed(std::move(trouble));
     }
-    prepare_open_line(*device);
+    prepare_open_line(device);
     start_clock(actual, line->bits_per_character());
     return Port_error::none;
 }
@@ -173,8 +163,7 @@ void Qt_serial_port::lose() {
     shut();
     received_ = kept;
     lost_ = true;
-    error_text_ = device_of(settings_.com_port) +
-                  " has gone: the adapter was pulled out or the line hung up.";
+    error_text_ = settings_.device + " has gone: the adapter was pulled out or the line hung up.";
 }
 
 Line_errors Qt_serial_port::line_errors() const {

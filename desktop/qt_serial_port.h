@@ -9,20 +9,18 @@
 #include "desktop/qt_event_loop.h"
 #include "desktop/urgent_thread.h"
 #include "desktop/wire_clock.h"
-#include "platform/files.h"
 #include "platform/serial_port.h"
 
 namespace kelvane {
 
 struct Line_settings;
 
-/// A serial port of this computer. Received bytes are taken without limit, so the buffer sizes of
-/// the settings are only the least that is kept.
+/// A serial port of this computer. Received bytes are taken without limit, so the buffer size of
+/// the settings is only the least that is kept.
 class Qt_serial_port : public Serial_comm {
   public:
-    /// `files` has the file that wires COM numbers to devices. The loop's sleeps end in time for
-    /// the port from now on; the loop lives longer.
-    Qt_serial_port(Qt_event_loop& loop, const Files& files);
+    /// The loop's sleeps end in time for the port from now on; the loop lives longer.
+    explicit Qt_serial_port(Qt_event_loop& loop);
     Qt_serial_port(const Qt_serial_port&) = delete;
     Qt_serial_port& operator=(const Qt_serial_port&) = delete;
     ~Qt_serial_port() override;
@@ -32,7 +30,6 @@ class Qt_serial_port : public Serial_comm {
     [[nodiscard]] bool is_open() const override { return port_.isOpen(); }
     [[nodiscard]] bool lost() const override { return lost_; }
     [[nodiscard]] std::string error_text() const override { return error_text_; }
-    [[nodiscard]] std::string device_of(int com_port) const override;
     [[nodiscard]] double characters_per_second() const override { return characters_per_second_; }
 
     [[nodiscard]] Line_errors line_errors() const override;
@@ -62,7 +59,6 @@ class Qt_serial_port : public Serial_comm {
     [[nodiscard]] std::optional<Clock_time> sleep_limit();
 
     Qt_event_loop& loop_;
-    const Files& files_;
     QSerialPort port_;
     QTimer look_again_;
     std::optional<Urgent_thread> urgent_;  ///< while the port is open

@@ -122,10 +122,7 @@ void Kelvane_lite_form::start_up() {
 void Kelvane_lite_form::show_machine() {
     const Loaded_options loaded = load_transfer_options(platform.files, state.IO_device_name);
     control.show_machine(state.IO_device_name);
-    control.set_summary(
-        loaded.unreadable.empty()
-            ? summary_of(loaded.options, platform.port.device_of(loaded.options.com_port))
-            : loaded.unreadable);
+    control.set_summary(loaded.unreadable.empty() ? summary_of(loaded.options) : loaded.unreadable);
 }
 
 void Kelvane_lite_form::keep_record(Transfer_record& record) {

@@ -4,6 +4,20 @@
 
 namespace kelvane {
 
+namespace {
+
+std::string trouble_of(const Loaded_options& loaded) {
+    if (!loaded.unreadable.empty()) {
+        return loaded.path + "\n" + loaded.unreadable;
+    }
+    if (loaded.fault) {
+        return std::string(fault_text(*loaded.fault));
+    }
+    return loaded.unknown_device;
+}
+
+}  // namespace
+
 Program::Program(Platform& platform)
     : window(platform),
       comm_form(platform.windows, platform.port),
@@ -77,11 +91,10 @@ Tested_line Program::selected_line() const {
     const Loaded_options loaded =
         load_transfer_options(window.platform.files, window.state.IO_device_name);
     const Transfer_options& options = loaded.options;
-    const std::string device = window.platform.port.device_of(options.com_port);
     Tested_line line;
-    line.name = options.machine + ": COM" + decimal(options.com_port) + " (" + device + "), " +
-                options.line_settings;
-    line.port.com_port = options.com_port;
+    line.name = options.machine + ": COM" + decimal(options.com_port) + " (" + options.device +
+                "), " + options.line_settings;
+    line.port.device = options.device;
     line.port.settings = options.line_settings;
     line.port.transparent = true;
     line.port.xon = options.Xon_char;
@@ -95,9 +108,7 @@ Tested_line Program::selected_line() const {
         }
         return bytes;
     };
-    line.trouble = !loaded.unreadable.empty() ? loaded.path + "\n" + loaded.unreadable
-                   : loaded.fault             ? std::string(fault_text(*loaded.fault))
-                                              : std::string();
+    line.trouble = trouble_of(loaded);
     return line;
 }
 

@@ -6,6 +6,7 @@
 #include "machines/machine_files.h"
 #include "machines/machine_settings.h"
 #include "machines/notation.h"
+#include "machines/port_wiring.h"
 #include "session/file_names.h"
 
 namespace kelvane {
@@ -158,10 +159,17 @@ Loaded_options load_transfer_options(const Files& files, const std::string& mach
     take_choices(record, loaded.options);
     loaded.fault = take_texts(record, loaded.options);
     read_exclamation_delay(files, loaded.options);
+    if (const auto device = read_device(files, record.com_port)) {
+        loaded.options.device = *device;
+    } else {
+        loaded.options.device = "unknown device";
+        loaded.unknown_device =
+            "What the COM numbers are wired to cannot be read: " + device.reason();
+    }
     return loaded;
 }
 
-std::string summary_of(const Transfer_options& options, const std::string& device) {
+std::string summary_of(const Transfer_options& options) {
     static constexpr const char* codes[tape_code_count] = {"ASCII even", "ASCII odd",
                                                            "ASCII no parity", "EIA"};
     const std::string dot = " \xb7 ";
@@ -169,7 +177,7 @@ std::string summary_of(const Transfer_options& options, const std::string& devic
     if (options.RTShs) {
         handshake += handshake.empty() ? "RTS/CTS" : " and RTS/CTS";
     }
-    return "COM" + decimal(options.com_port) + " (" + device + ")" + dot +
+    return "COM" + decimal(options.com_port) + " (" + options.device + ")" + dot +
            options.line_settings.substr(0, options.line_settings.find(',')) + dot +
            codes[static_cast<std::size_t>(options.TX_code)] + dot +
            (handshake.empty() ? "no handshake" : handshake);

@@ -16,6 +16,7 @@ struct Transfer_options {
 
     // --- The line
     int com_port = 1;
+    std::string device;  ///< that the number is wired to
     /// Baud rate, parity letter, data bits, stop bits: "9600,N,8,1". With 7 data bits the parity
     /// bit comes from the code table, so the line runs 8 bits without parity.
     std::string line_settings;
@@ -65,11 +66,12 @@ struct Loaded_options {
     bool complete = false;  ///< else the default port settings stand for what it lacks
     /// Why a file that is there cannot be read: another machine may stand at the default port.
     std::string unreadable;
-    Fault_or_ok fault;  ///< a text of the record cannot be decoded
+    std::string unknown_device;  ///< that the file that wires the COM numbers cannot be read, why
+    Fault_or_ok fault;           ///< a text of the record cannot be decoded
 };
 
 /// Port, device, rate, tape code and handshake in short, with middle dots between.
-[[nodiscard]] std::string summary_of(const Transfer_options& options, const std::string& device);
+[[nodiscard]] std::string summary_of(const Transfer_options& options);
 
 /// Reads the record of `machine`, and the pause of "!" lines.
 [[nodiscard]] Loaded_options load_transfer_options(const Files& files, const std::string& machine);

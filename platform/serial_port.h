@@ -12,7 +12,7 @@ namespace kelvane {
 
 /// All that is set before a port is opened.
 struct Port_settings {
-    int com_port = 1;      ///< 1..128
+    std::string device;    ///< "/dev/ttyUSB0"
     std::string settings;  ///< baud, parity letter, data bits, stop bits: "9600,N,8,1"
     Handshake handshake = Handshake::none;  ///< of the driver; for receiving only
     bool null_discard = false;              ///< NUL bytes that arrive are thrown away
@@ -20,7 +20,6 @@ struct Port_settings {
     /// takes nothing that the machine sends as a handshake.
     bool transparent = false;
     std::size_t in_buffer_size = 4096;
-    std::size_t out_buffer_size = 512;
     char xon = '\x11';  ///< what the driver sends and obeys under Xon/Xoff
     char xoff = '\x13';
 };
@@ -80,8 +79,6 @@ class Serial_comm {
     [[nodiscard]] virtual bool lost() const = 0;
     /// The system's words for the last failure and what may help; empty after a success.
     [[nodiscard]] virtual std::string error_text() const = 0;
-    /// The device that `com_port` is wired to: "/dev/ttyUSB0".
-    [[nodiscard]] virtual std::string device_of(int com_port) const = 0;
     /// Characters a second that the open line can carry: baud rate over bits of a character.
     [[nodiscard]] virtual double characters_per_second() const = 0;
 

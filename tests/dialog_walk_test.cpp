@@ -73,7 +73,7 @@ class Walk : public ::testing::Test {
     Disk_files files{folder.path().toStdString()};
     Qt_windows windows{loop};
     Qt_desktop_services desktop{"", folder.path().toStdString()};
-    Qt_serial_port port{loop, files};
+    Qt_serial_port port{loop};
     Platform platform{loop,          windows, house.boxes, house.file_dialog,
                       house.printer, port,    desktop,     files};
     Program program{platform};

@@ -139,7 +139,7 @@ class Test_line_test : public ::testing::Test {
 TEST_F(Test_line_test, shows_what_the_machine_does_and_sends_by_hand) {
     open();
     EXPECT_EQ(form.state_label.caption(), "The line is open.");
-    EXPECT_TRUE(form.machine_label.caption().starts_with("Mill: COM1 (/dev/test1), 9600,N,8,1"))
+    EXPECT_TRUE(form.machine_label.caption().starts_with("Mill: COM1 (/dev/ttyS0), 9600,N,8,1"))
         << form.machine_label.caption();
     EXPECT_EQ(form.cts_label.caption() + form.dsr_label.caption() + form.dcd_label.caption() +
                   form.ri_label.caption(),

@@ -164,7 +164,7 @@ class Real_adapter : public ::testing::Test {
     Real_adapter() {
         machine_.device().copy(lines_.device.data(), lines_.device.size() - 1);
         testing::emulate(&lines_);
-        files_.put("/kelvane/Serial port devices", "COM1=" + machine_.device() + "\n");
+        settings_.device = machine_.device();
         settings_.settings = "9600,N,8,1";
     }
     ~Real_adapter() override { testing::emulate(nullptr); }
@@ -184,10 +184,9 @@ class Real_adapter : public ::testing::Test {
 
     testing::Pty_line machine_;
     Modem_lines lines_;
-    testing::Memory_files files_;
     Qt_event_loop loop_;
     Port_settings settings_;
-    Qt_serial_port port_{loop_, files_};
+    Qt_serial_port port_{loop_};
 };
 
 TEST_F(Real_adapter, the_last_characters_leave_before_the_lines_fall_and_the_speed_is_restored) {

@@ -354,7 +354,7 @@ TEST(Receive, ALostAdapterOrAFullDiskKeepsWhatHadCome) {
         shop.receive();
         shop.machine().sends("%\r\nG0\r\n");
         shop.pass(500ms);
-        shop.boxes().expect(lost ? "COM1 (/dev/test1) is no longer there"
+        shop.boxes().expect(lost ? "COM1 (/dev/ttyS0) is no longer there"
                                  : "No space left on device");
         shop.desk.files.fail("append", "data 5", "No space left on device");
         if (!lost) {

@@ -140,7 +140,7 @@ class Real_line {
     Recording_printer printer_;
     Recorded_desktop desktop_;
     Memory_files files_;
-    Qt_serial_port port_{loop_, files_};
+    Qt_serial_port port_{loop_};
     Platform platform_{loop_, windows_, boxes_, file_dialog_, printer_, port_, desktop_, files_};
     Program program_{platform_};
     Timer machine_asks_{loop_, 2};

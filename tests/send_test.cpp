@@ -87,30 +87,33 @@ TEST(Send, DropsBlankLinesAndLooksAtTheHandshakeAsOftenAsTheRecordSays) {
 TEST(Port, OpensAsTheRecordSays) {
     const struct {
         Setting_lines lines;
-        int port;
+        const char* device;
         const char* settings;
         Handshake receives_with = Handshake::xon_xoff;
         const char* xon_and_xoff = "\x11\x13";
     } cases[] = {
-        {{}, 1, "9600,N,8,1"},
-        {{{1, "2"}, {2, "1"}}, 2, "9600,N,8,1"},  // an old file's port and baud
-        {{{1, "COM3"}, {2, "BAUD4"}, {3, " 0"}, {5, " 0"}}, 3, "4800,N,8,2", Handshake::none},
+        {{}, "/dev/ttyS0", "9600,N,8,1"},
+        {{{1, "2"}, {2, "1"}}, "/dev/ttyS1", "9600,N,8,1"},  // an old file's port and baud
+        {{{1, "COM3"}, {2, "BAUD4"}, {3, " 0"}, {5, " 0"}},
+         "/dev/ttyS2",
+         "4800,N,8,2",
+         Handshake::none},
         // 7 bits, even: the table makes it
-        {{{4, " 0"}, {5, " 2"}}, 1, "9600,N,8,1", Handshake::rts_cts, "\x11\x93"},
-        {{{4, " 0"}, {25, "True"}}, 1, "9600,E,8,1", Handshake::xon_xoff, "\x11\x93"},
+        {{{4, " 0"}, {5, " 2"}}, "/dev/ttyS0", "9600,N,8,1", Handshake::rts_cts, "\x11\x93"},
+        {{{4, " 0"}, {25, "True"}}, "/dev/ttyS0", "9600,E,8,1", Handshake::xon_xoff, "\x11\x93"},
         {{{4, " 1"}, {25, "TRUE"}, {3, " 1"}, {5, " 3"}},
-         1,
+         "/dev/ttyS0",
          "9600,O,8,1.5",
          Handshake::both,
          "\x91\x13"},
-        {{{4, " 3"}}, 1, "9600,N,8,1", Handshake::xon_xoff, "\x11\x93"},
+        {{{4, " 3"}}, "/dev/ttyS0", "9600,N,8,1", Handshake::xon_xoff, "\x11\x93"},
     };
     for (const auto& c : cases) {
         Shop_floor shop(c.lines, part);
         const Port_settings& port = shop.machine().settings();
         for (const bool receives : {false, true}) {
             receives ? shop.receive() : shop.send();
-            EXPECT_EQ(port.com_port, c.port);
+            EXPECT_EQ(port.device, c.device);
             EXPECT_EQ(port.settings, c.settings);
             EXPECT_EQ(port.handshake, receives ? c.receives_with : Handshake::none);
             EXPECT_EQ((std::string{port.xon, port.xoff}), c.xon_and_xoff);
@@ -228,11 +231,16 @@ TEST(Send, SelectCodesGoFirstInTheMachinesCode) {
 }
 
 TEST(Send, FilesOfTheMachineThatCannotBeReadEndTheSend) {
-    for (const char* file : {"Switchbox codes for Mill", "settings for Mill"}) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"Switchbox codes for Mill", "Input/output error"},
+        {"settings for Mill", "Input/output error"},
+        {"Serial port devices", "COM1 port is not available"}};
+    for (const auto& [file, box] : cases) {
         Shop_floor shop({}, "G0\r\n");
+        shop.desk.files.put("/kelvane/Serial port devices", "COM1=/dev/ttyUSB1\r\n");
         shop.desk.files.put("/kelvane/Switchbox codes for Mill", "A1\r\n");
         shop.desk.files.fail("read", file);
-        shop.boxes().expect("Input/output error");
+        shop.boxes().expect(box);
         shop.send();
         EXPECT_EQ(shop.received(), "") << "another machine would get it";
         EXPECT_TRUE(shop.idle()) << file;
@@ -309,7 +317,7 @@ TEST(Send, AnUnreadableOrCutSettingsFileIsToldAndTheSendGoesOn) {
         shop.boxes().expect("Using default COM port configuration");
         shop.send();
         EXPECT_EQ(shop.received(), even(part));
-        EXPECT_EQ(shop.machine().settings().com_port, exists ? 5 : 1);
+        EXPECT_EQ(shop.machine().settings().device, exists ? "/dev/ttyS4" : "/dev/ttyS0");
     }
 }
 
@@ -411,7 +419,7 @@ TEST(Desk, SaysBeforeDuringAndAfterASendWhatGoesOnAndKeepsALog) {
         return shop.status().find(text) != std::string::npos;
     };
     shop.start();
-    EXPECT_EQ(shop.status(), "Mill \xb7 COM1 (/dev/test1) \xb7 9600 \xb7 ASCII even \xb7 Xon/Xoff");
+    EXPECT_EQ(shop.status(), "Mill \xb7 COM1 (/dev/ttyS0) \xb7 9600 \xb7 ASCII even \xb7 Xon/Xoff");
     shop.window().Send_button.click();
     EXPECT_TRUE(says("Nothing waits to be sent"));
     shop.pick(0, "PART.NC");

@@ -67,8 +67,7 @@ TEST(Wire_clock_test, counts_what_the_line_cannot_have_carried_yet) {
 class Serial_line_test : public ::testing::Test {
   protected:
     Serial_line_test() {
-        files_.put("/kelvane/Serial port devices",
-                   "COM1=" + device_ + "\nCOM2=/dev/no-such-tty\nCOM3=/dev/null\n");
+        settings_.device = device_;
         settings_.settings = "115200,N,8,1";
     }
     ~Serial_line_test() override { ::close(slave_); }
@@ -89,10 +88,9 @@ class Serial_line_test : public ::testing::Test {
     const std::string device_ = machine_.device();
     /// Kept open, or the line would hang up whenever the port is closed.
     int slave_ = ::open(device_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
-    testing::Memory_files files_;
     Qt_event_loop loop_;
     Port_settings settings_;
-    Qt_serial_port port_{loop_, files_};
+    Qt_serial_port port_{loop_};
 };
 
 TEST_F(Serial_line_test, input_comes_in_order_but_for_nuls_that_are_thrown_away_on_demand) {
@@ -105,13 +103,6 @@ TEST_F(Serial_line_test, input_comes_in_order_but_for_nuls_that_are_thrown_away_
         machine_.send("gh");
         EXPECT_EQ(port_receives(discard ? 6 : 7), discard ? "cdefgh" : std::string("c\0defgh", 7));
     }
-}
-
-TEST_F(Serial_line_test, no_device_is_opened_when_it_cannot_be_read_which_one) {
-    files_.fail("read", "Serial port devices");
-    EXPECT_EQ(open(), Port_error::other);
-    EXPECT_THAT(port_.error_text(), ::testing::EndsWith("cannot be read: Input/output error"));
-    EXPECT_FALSE(port_.is_open());
 }
 
 TEST_F(Serial_line_test, old_input_is_thrown_away_at_opening) {
@@ -196,7 +187,7 @@ TEST_F(Serial_line_test, a_line_that_hangs_up_is_closed_and_what_was_read_stays)
 }
 
 TEST_F(Serial_line_test, failures_to_open_are_told_apart) {
-    Qt_serial_port other(loop_, files_);
+    Qt_serial_port other(loop_);
     ASSERT_EQ(other.open(settings_), Port_error::none);
     EXPECT_EQ(open(), Port_error::in_use);
     EXPECT_EQ(port_.error_text(), device_ + " is in use by another program.");
@@ -210,12 +201,12 @@ TEST_F(Serial_line_test, failures_to_open_are_told_apart) {
                   std::string::npos);
     }
     ::unlink(lock.c_str());
-    for (const int missing : {2, 3}) {
-        settings_.com_port = missing;
+    for (const char* missing : {"/dev/no-such-tty", "/dev/null"}) {
+        settings_.device = missing;
         EXPECT_EQ(open(), Port_error::no_such_device) << missing;
         EXPECT_NE(port_.error_text().find("There is no serial device"), std::string::npos);
     }
-    settings_.com_port = 1;
+    settings_.device = device_;
     EXPECT_EQ(open(",N,8,1"), Port_error::bad_settings);
     EXPECT_FALSE(port_.is_open());
 

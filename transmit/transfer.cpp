@@ -13,7 +13,7 @@ namespace {
 
 Port_settings port_settings(const Transfer_options& options, bool receives, bool binary) {
     Port_settings port;
-    port.com_port = options.com_port;
+    port.device = options.device;
     port.settings = options.line_settings;
     port.handshake = receives ? options.handshake : Handshake::none;
     port.transparent = binary;
@@ -25,6 +25,16 @@ Port_settings port_settings(const Transfer_options& options, bool receives, bool
 
 std::string com_name(const Transfer_options& options) {
     return "COM" + decimal(options.com_port);
+}
+
+Transfer_end port_refusal(const Transfer_options& options, const std::string& reason) {
+    const std::string fixed_text =
+        com_name(options) + " port is not available\nSelect a different COM port";
+    const std::string text = fixed_text + (reason.empty() ? "" : "\n\n" + reason);
+    Transfer_end refusal = end_with(Outcome::refused, warning_box(text, "Com port error"));
+    refusal.log = text;
+    refusal.remarks = reason;
+    return refusal;
 }
 
 }  // namespace
@@ -73,6 +83,9 @@ Task<Transfer_end> Transfer::run(Job job) {
         co_return end_with(*loaded.fault);
     }
     const Transfer_options& options = loaded.options;
+    if (!loaded.unknown_device.empty()) {
+        co_return port_refusal(options, loaded.unknown_device);
+    }
     if (auto refusal = open_port(job, options)) {
         co_return std::move(*refusal);
     }
@@ -83,17 +96,10 @@ Task<Transfer_end> Transfer::run(Job job) {
 }
 
 std::optional<Transfer_end> Transfer::open_port(const Job& job, const Transfer_options& options) {
-    const std::string com = com_name(options);
-    control_.use(options.machine, com + " (" + session_.port.device_of(options.com_port) + ")");
+    control_.use(options.machine, com_name(options) + " (" + options.device + ")");
     const Port_settings settings = port_settings(options, job.mode == receive, job.binary);
     if (session_.port.open(settings) != Port_error::none) {
-        const std::string fixed_text = com + " port is not available\nSelect a different COM port";
-        const std::string reason = session_.port.error_text();
-        const std::string text = fixed_text + (reason.empty() ? "" : "\n\n" + reason);
-        Transfer_end refusal = end_with(Outcome::refused, warning_box(text, "Com port error"));
-        refusal.log = text;
-        refusal.remarks = reason;
-        return refusal;
+        return port_refusal(options, session_.port.error_text());
     }
     control_.Timer6.set_interval(options.timeout_s * 1000);
     control_.Timer9.set_interval(options.Character_delay);

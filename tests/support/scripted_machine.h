@@ -46,7 +46,6 @@ class Scripted_machine : public Serial_comm {
     bool is_open() const override { return open_; }
     bool lost() const override { return lost_; }
     std::string error_text() const override { return error_text_; }
-    std::string device_of(int port) const override { return "/dev/test" + std::to_string(port); }
     double characters_per_second() const override {
         return Val(settings_.settings) / (settings_.settings.ends_with(",1") ? 10 : 11);
     }
