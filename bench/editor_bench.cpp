@@ -68,7 +68,7 @@ void write_program(const std::string& path, std::size_t size) {
 Figures measure_pane(const std::string& path) {
     Qt_event_loop loop;
     Disk_files files(folder_of(path));
-    kelvane::testing::Scripted_file_dialog dialog;
+    kelvane::testing::Scripted_file_dialog dialog{loop};
     kelvane::testing::Scripted_message_box boxes;
     kelvane::testing::Recorded_desktop desktop;
     Rich_text log("Text1");
@@ -85,7 +85,6 @@ Figures measure_pane(const std::string& path) {
     Seconds turn = start;
     tasks.start(program.open(path));
     while (figures.whole == 0) {
-        loop.process_pending();
         QApplication::processEvents();
         const Seconds end = now();
         figures.longest_wait = std::max(figures.longest_wait, end - turn);

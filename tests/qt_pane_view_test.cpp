@@ -44,7 +44,7 @@ class Pane_view_test : public ::testing::Test {
 
     Virtual_loop loop;
     Memory_files files;
-    Scripted_file_dialog dialog;
+    Scripted_file_dialog dialog{loop};
     Scripted_message_box boxes;
     Recorded_desktop desktop;
     Rich_text log{"Text1", "Program and messages"};
