@@ -6,10 +6,12 @@
 
 namespace kelvane {
 
-/// Sound, dates, arguments, devices, and the lock of the program directory.
+/// Sound, dates, arguments, devices, and the lock of the program directory: a second program on the
+/// same directory, whoever runs it, would write over the settings of the first.
 class Qt_desktop_services : public Desktop_services {
   public:
-    /// `command_line` has Qt's own arguments taken out already.
+    /// `program_directory` is where the lock file stands. `command_line` has Qt's own arguments
+    /// taken out already.
     Qt_desktop_services(std::string command_line, const std::string& program_directory);
     Qt_desktop_services(const Qt_desktop_services&) = delete;
     Qt_desktop_services& operator=(const Qt_desktop_services&) = delete;

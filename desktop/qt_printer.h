@@ -44,9 +44,11 @@ class Qt_printer : public Printer {
 
   private:
     struct Document;
+    /// Null when the system has no printer.
     [[nodiscard]] std::shared_ptr<QPrinter> system_printer() const;
     [[nodiscard]] Result<> start_painting(Document& document);
     [[nodiscard]] Result<> paint_page();
+    /// Nothing of it comes on paper, and no part of a PDF file stays behind.
     void drop_document();
     [[nodiscard]] Result<> finish_paper(Document& document);
 

@@ -15,8 +15,13 @@ namespace kelvane {
 
 struct Line_settings;
 
-/// A serial port of this computer. Received bytes are taken without limit, so the buffer size of
-/// the settings is only the least that is kept.
+/// A serial port of this computer: QSerialPort for what it offers, the kernel's own calls for the
+/// rest (the speed that a line really has, the empty transmitter, error counts, lines of the
+/// modem). Received bytes are taken without limit, so the buffer size of the settings is only the
+/// least that is kept.
+///
+/// A line that breaks off (adapter pulled out, hang-up) is closed by itself: `lost()` is true from
+/// then on, and what had come can still be taken.
 class Qt_serial_port : public Serial_comm {
   public:
     /// The loop's sleeps end in time for the port from now on; the loop lives longer.
@@ -45,17 +50,25 @@ class Qt_serial_port : public Serial_comm {
 
   private:
     void set_frame(const Line_settings& line);
+    /// Both say why in `error_text_` and leave the port closed.
     Port_error open_failed(const std::string& device);
     Port_error open_at_wrong_speed(std::string text);
+    /// What no setting of QSerialPort does: handshake characters, receive trigger, old input.
     void prepare_open_line(const std::string& device);
+    /// `baud` as the line really has it, `bits` a character with its start and stop bits.
     void start_clock(int baud, int bits);
     void receive();
+    /// Keeps what has come, without NULs where they are thrown away.
     void store(std::string_view bytes);
+    /// To whoever watches the line.
     void tell(Line_direction direction, std::string_view bytes) const;
+    /// True when neither driver nor adapter can have a character left.
     [[nodiscard]] bool at_rest(Clock_time now);
     [[nodiscard]] int handle() const { return static_cast<int>(port_.handle()); }
+    /// Closes without losing what was read.
     void shut();
     void lose();
+    /// How long the loop may sleep before the port has to be looked at; nothing: any time.
     [[nodiscard]] std::optional<Clock_time> sleep_limit();
 
     Qt_event_loop& loop_;
@@ -68,7 +81,7 @@ class Qt_serial_port : public Serial_comm {
     Line_errors errors_at_open_;
     Line_errors errors_at_close_;
     double characters_per_second_ = 0;
-    std::string received_;
+    std::string received_;  ///< and not yet taken
     std::string error_text_;
     std::size_t driver_count_ = 0;  ///< as last asked for
     bool waits_for_cts_ = false;    ///< CTS was low when last asked for

@@ -16,6 +16,7 @@ class Edit_commands {
     /// `tasks` keeps what the commands begin and is ended with the window.
     Edit_commands(Task_keeper& tasks, Program_pane& pane, Find_bar& find_bar);
 
+    /// In the order of the menu.
     enum Item {
         new_program,
         open,
@@ -31,13 +32,14 @@ class Edit_commands {
         find_next,
         find_previous,
         go_to,
-        other_content,
-        follow,
+        other_content,  ///< the log instead of the program, or back
+        follow,         ///< the block that is sent stays in sight
         larger,
         smaller,
         usual_size,
         item_count
     };
+    /// Enabled as `refresh` says; Undo and Redo while there is something to take back.
     std::array<Button, item_count> EditMenuItem;
     /// The programs opened last; as many are visible as there are.
     std::array<Button, Recent_programs::most> RecentMenuItem;

@@ -34,9 +34,11 @@ namespace kelvane {
 /// what is decided here and nowhere else.
 class Program {
   public:
+    /// `platform` outlives the program.
     explicit Program(Platform& platform);
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
+    /// Ends all long work first: it holds references to what goes next.
     ~Program() { window.tasks.end_all(); }
 
     /// Start-up: loads the main window and, unless it has refused, shows it.
