@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "support/program_process.h"
+
+namespace kelvane::testing {
+
+/// A screen that nobody sees (Xvfb), for the finished program in its real windows, with keys and a
+/// mouse from outside (xdotool). No window manager runs on it: the main window stands in the
+/// corner, and nobody but `type` gives a window the focus.
+class Display {
+  public:
+    /// `folder` takes the server's messages.
+    explicit Display(const Program_directory& folder);
+
+    /// For the program that shall use it. Waits until the server answers; throws when it does not
+    /// within half a minute.
+    [[nodiscard]] std::vector<std::string> environment() const;
+    /// True when a window of just that title is there now.
+    [[nodiscard]] bool is_shown(const std::string& title) const;
+    /// Likewise, within half a minute.
+    [[nodiscard]] bool shows(const std::string& title) const;
+    [[nodiscard]] bool closes(const std::string& title) const;
+    /// Keys as xdotool names them, with blanks between; false when there is no such window.
+    bool type(const std::string& title, const std::string& keys) const;
+    /// The n-th item of a menu of the main window, from 0.
+    bool pick(const std::string& menu_letter, int item) const;
+    /// The mouse, in pixels of the screen.
+    bool click(int x, int y) const;
+
+  private:
+    [[nodiscard]] std::string name() const;
+    [[nodiscard]] bool desk(const std::string& command) const;
+
+    const Program_directory& folder_;
+    Process server_;
+};
+
+}  // namespace kelvane::testing
