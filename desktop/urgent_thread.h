@@ -13,8 +13,6 @@ class Urgent_thread {
     Urgent_thread& operator=(const Urgent_thread&) = delete;
     ~Urgent_thread();
 
-    [[nodiscard]] bool granted() const { return granted_; }
-
   private:
     bool granted_ = false;
 };

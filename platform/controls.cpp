@@ -99,12 +99,6 @@ void Text_box::set_text(std::string text) {
     run(on_change);
 }
 
-void Text_box::type_key(char key) {
-    if (enabled() && (!accepts_key || accepts_key(key))) {
-        set_text(text_ + key);
-    }
-}
-
 void Text_box::press_enter() {
     if (enabled()) {
         run(on_enter);

@@ -98,13 +98,10 @@ class Text_box : public Control {
     [[nodiscard]] const std::string& text() const { return text_; }
     /// Runs `on_change` when the text differs.
     void set_text(std::string text);
-    /// One typed character, as the operator's keyboard gives it: appended unless `accepts_key`
-    /// refuses it. (The window layer asks `accepts_key` itself and sets the whole text.)
-    void type_key(char key);
     /// Enter pressed in the field.
     void press_enter();
 
-    /// Which typed characters are taken; empty: all. Pasted text is not filtered.
+    /// Which typed characters the window layer takes; empty: all. Pasted text is not filtered.
     std::function<bool(char)> accepts_key;
     std::function<void()> on_change;
     std::function<void()> on_enter;

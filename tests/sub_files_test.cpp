@@ -157,14 +157,14 @@ TEST_F(Sub_files, a_name_neither_closes_the_seam_comment_nor_leads_to_the_curren
     EXPECT_EQ(expansion(), "[/nc/MAIN.NC\nLine 1\nThe sub-file \"A.NC\" was not found.]");
 }
 
-TEST_F(Sub_files, are_read_once_and_beyond_what_is_kept_compared_with_what_was_checked) {
+TEST_F(Sub_files, are_read_once_and_compared_with_what_was_checked) {
     files.put("/nc/KEPT", std::string(kept_sub_file_bytes - 3, 'X'));
     files.put("/nc/LARGE", "L1\n\n");
     files.put("/nc/SMALL", "S1\n");
     program("CALL KEPT\nCALL SMALL\nCALL LARGE\n");
     ASSERT_FALSE(reader.check());
     files.fail("read", "KEPT");
-    files.put("/nc/SMALL", "S2\n");
+    files.put("/nc/SMALL", "S1\n");
     EXPECT_NE(lines().find("|S1|(END OF SUB FILE SMALL)|(BEGINNING OF SUB FILE LARGE)|L1|"),
               std::string::npos);
     files.put("/nc/LARGE", "L2\n\n");
@@ -172,6 +172,12 @@ TEST_F(Sub_files, are_read_once_and_beyond_what_is_kept_compared_with_what_was_c
         "[/nc/MAIN.NC\nLine 3\nThe sub-file \"LARGE\" has changed since the transfer began.]"));
     files.fail("read", "LARGE");
     EXPECT_TRUE(lines().ends_with("\"LARGE\" can no longer be read. Input/output error]"));
+    files.put("/nc/SMALL", "S2\n");
+    EXPECT_TRUE(
+        lines().ends_with("Line 2\nThe sub-file \"SMALL\" has changed since the "
+                          "transfer began.]"));
+    files.remove("/nc/SMALL");
+    EXPECT_TRUE(lines().ends_with("\"SMALL\" can no longer be read. No such file or directory]"));
 }
 
 TEST_F(Sub_files, what_cannot_be_expanded_is_refused_before_the_first_line) {

@@ -90,6 +90,15 @@ std::optional<Expansion_error> Sub_file_reader::check() {
     return error_;
 }
 
+Result<Sub_file_reader::Version> Sub_file_reader::version_of(const std::string& path) const {
+    const auto length = files_.length(path);
+    const auto stamp = files_.stamp(path);
+    if (!length || !stamp) {
+        return length ? stamp.failure() : length.failure();
+    }
+    return Version{*length, *stamp};
+}
+
 Result<Sub_file_reader::Content> Sub_file_reader::sub_content(const std::string& path) const {
     auto content = files_.read(path);
     if (!content) {
@@ -119,6 +128,7 @@ Sub_file_reader::Program_file& Sub_file_reader::index(const std::string& path,
                                                       const Content& content, bool is_main) {
     Program_file& file = known_[path];
     file = {.path = path,
+            .version = {},
             .length = content->size(),
             .hash = std::hash<std::string>()(*content),
             .kept = is_main || keeps(content->size()) ? content : nullptr,
@@ -167,12 +177,15 @@ Sub_file_reader::Program_file* Sub_file_reader::target_of(const Program_file& ca
     if (const auto found = known_.find(path); found != known_.end()) {
         return &found->second;
     }
+    const auto version = version_of(path);
     const auto content = sub_content(path);
     if (!content) {
         fail(caller, site.line, sub_file + " cannot be read. " + content.reason());
         return nullptr;
     }
-    return &index(path, *content, false);
+    Program_file& file = index(path, *content, false);
+    file.version = version.value_or(Version());
+    return &file;
 }
 
 std::optional<std::uint64_t> Sub_file_reader::measure(Program_file& file) {
@@ -285,7 +298,7 @@ bool Sub_file_reader::next_of_level(std::string& line) {
 }
 
 bool Sub_file_reader::enter(const Call_site& site, std::string& line) {
-    Content content = site.target->kept != nullptr ? site.target->kept : unchanged_content(site);
+    Content content = unchanged_content(site);
     if (content == nullptr) {
         return false;
     }
@@ -294,9 +307,18 @@ bool Sub_file_reader::enter(const Call_site& site, std::string& line) {
     return true;
 }
 
-/// The called file read once more; null, with an error, when it is not what it was.
+bool Sub_file_reader::may_have_changed(const Program_file& file) const {
+    const auto version = version_of(file.path);
+    return version.missing() || (version && !(*version == file.version));
+}
+
+/// What the called file holds, read once more unless it is kept; null, with an error, when it is
+/// not what it was.
 Sub_file_reader::Content Sub_file_reader::unchanged_content(const Call_site& site) {
     const Program_file& target = *site.target;
+    if (target.kept != nullptr && !may_have_changed(target)) {
+        return target.kept;
+    }
     const auto content = sub_content(target.path);
     const std::string sub_file = the_sub_file(site.call.name);
     std::string fault;

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <ctime>
 #include <map>
 #include <memory>
 #include <optional>
@@ -87,13 +88,23 @@ class Sub_file_reader {
     /// of called files, for seam comments and before the first line.
     [[nodiscard]] std::optional<std::size_t> main_offset() const { return main_offset_; }
 
-    /// Why lines ended before the program did: a called file that is not kept in memory has gone,
-    /// or has changed since `check()` (two versions must not be mixed in one part).
+    /// Why lines ended before the program did: a called file has gone, or has changed since
+    /// `check()` (two versions must not be mixed in one part). One that is kept in memory is looked
+    /// at, and read again only if its length or its time of change is another; where the system
+    /// cannot look, what is kept is sent.
     [[nodiscard]] const std::optional<Expansion_error>& error() const { return error_; }
 
   private:
     using Content = std::shared_ptr<const std::string>;
     struct Program_file;
+
+    /// Tells versions of a file apart without reading it.
+    struct Version {
+        std::uint64_t length = 0;
+        std::time_t stamp = 0;
+
+        bool operator==(const Version&) const = default;
+    };
 
     struct Call_site {
         std::size_t offset = 0;  ///< where its line begins
@@ -104,6 +115,7 @@ class Sub_file_reader {
 
     struct Program_file {
         std::string path;
+        Version version;  ///< on the disk, before it was read; of called files
         std::size_t length = 0;
         std::size_t hash = 0;
         Content kept;                             ///< null: read again at every call
@@ -132,6 +144,7 @@ class Sub_file_reader {
         bool pass_gave_lines = false;
     };
 
+    [[nodiscard]] Result<Version> version_of(const std::string& path) const;
     [[nodiscard]] Result<Content> sub_content(const std::string& path) const;
     [[nodiscard]] std::string find(const std::string& name, const std::string& caller) const;
     Program_file& index(const std::string& path, const Content& content, bool is_main);
@@ -144,6 +157,7 @@ class Sub_file_reader {
 
     void begin_again();
     [[nodiscard]] bool enter(const Call_site& site, std::string& line);
+    [[nodiscard]] bool may_have_changed(const Program_file& file) const;
     [[nodiscard]] Content unchanged_content(const Call_site& site);
     [[nodiscard]] bool leave_pass(std::string& line);
     [[nodiscard]] bool say_end_of_main(std::string& line);

@@ -79,12 +79,16 @@ class Memory_files : public Files {
     Result<std::uint64_t> length(const std::string& path) const override {
         return exists(path) ? Result<std::uint64_t>(files_.at(path).size()) : missing;
     }
+    /// A second more at every change.
     Result<std::time_t> stamp(const std::string& path) const override {
-        return exists(path) ? Result<std::time_t>(1'000'000'000) : missing;
+        return exists(path) ? Result<std::time_t>(1'000'000'000 + changes_.at(path)) : missing;
     }
 
     /// A file that is just there.
-    void put(const std::string& path, std::string content) { files_[path] = std::move(content); }
+    void put(const std::string& path, std::string content) {
+        files_[path] = std::move(content);
+        ++changes_[path];
+    }
     /// Its content, or "(missing)".
     [[nodiscard]] std::string content(const std::string& path) const {
         return exists(path) ? files_.at(path) : "(missing)";
@@ -120,12 +124,13 @@ class Memory_files : public Files {
         return fate == fates_.end() ? Result<>() : Failure{fate->why};
     }
     Result<> store(const std::string& path, std::string_view content) {
-        files_[path] = content;
+        put(path, std::string(content));
         return {};
     }
 
     std::string directory_;
     std::map<std::string, std::string> files_;
+    std::map<std::string, int> changes_;
     std::vector<Fate> fates_;
 };
 
