@@ -15,6 +15,8 @@
 #include "desktop/code39_bars.h"
 #include "desktop/print_preview.h"
 #include "desktop/qt_text.h"
+#include "platform/basic_text.h"
+#include "session/file_names.h"
 
 namespace kelvane {
 
@@ -51,6 +53,20 @@ bool is_complete_pdf(const std::string& content) {
     constexpr std::size_t tail = 16;
     const std::size_t start = content.size() - std::min(content.size(), tail);
     return content.find("%%EOF", start) != std::string::npos;
+}
+
+std::shared_ptr<QPrinter> with_margins(std::shared_ptr<QPrinter> printer) {
+    printer->setPageMargins(
+        QMarginsF(page_margin_mm, page_margin_mm, page_margin_mm, page_margin_mm),
+        QPageLayout::Millimeter);
+    return printer;
+}
+
+std::shared_ptr<QPrinter> printer_without_service(const Files& files) {
+    auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
+    printer->setOutputFormat(QPrinter::PdfFormat);
+    printer->setOutputFileName(QFile::decodeName(files.program_path(stand_in_file).c_str()));
+    return with_margins(std::move(printer));
 }
 
 Result<> done_or_failed(bool done, std::string reason) {
@@ -101,22 +117,38 @@ std::vector<std::string> Qt_printer::fixed_fonts() const {
     return names;
 }
 
-std::shared_ptr<QPrinter> Qt_printer::system_printer() const {
-    const QPrinterInfo info = QPrinterInfo::defaultPrinter();
-    auto printer = info.isNull() ? std::make_shared<QPrinter>(QPrinter::HighResolution)
-                                 : std::make_shared<QPrinter>(info, QPrinter::HighResolution);
-    if (info.isNull()) {
-        printer->setOutputFormat(QPrinter::PdfFormat);
-        printer->setOutputFileName(QFile::decodeName(files_.program_path(stand_in_file).c_str()));
+std::string Qt_printer::kept_name() const {
+    std::string name;
+    Text_reader(files_.read(files_.program_path(file_names::printer))).line(name);
+    return name;
+}
+
+/// A file that the operator has chosen in the place of a printer is for this run only. A name that
+/// cannot be kept costs another choice after the next start.
+void Qt_printer::keep_name(const QPrinter& printer) {
+    if (printer.outputFormat() == QPrinter::NativeFormat) {
+        const std::string name = from_screen(printer.printerName());
+        static_cast<void>(files_.replace(files_.program_path(file_names::printer),
+                                         Text_writer().line(name).text()));
     }
-    printer->setPageMargins(
-        QMarginsF(page_margin_mm, page_margin_mm, page_margin_mm, page_margin_mm),
-        QPageLayout::Millimeter);
-    return printer;
+}
+
+std::shared_ptr<QPrinter> Qt_printer::usual_printer() const {
+    const std::string kept = kept_name();
+    const QPrinterInfo info =
+        kept.empty() ? QPrinterInfo::defaultPrinter() : QPrinterInfo::printerInfo(to_screen(kept));
+    if (info.isNull() && !kept.empty()) {
+        return nullptr;
+    }
+    return info.isNull() ? printer_without_service(files_)
+                         : with_margins(std::make_shared<QPrinter>(info, QPrinter::HighResolution));
 }
 
 Task<> Qt_printer::select_printer() {
-    const auto printer = system_printer();
+    auto printer = usual_printer();
+    if (!printer) {
+        printer = with_margins(std::make_shared<QPrinter>(QPrinter::HighResolution));
+    }
     if (chosen_ && chosen_->outputFormat() == QPrinter::NativeFormat) {
         printer->setPrinterName(chosen_->printerName());
         printer->setPageLayout(chosen_->pageLayout());
@@ -127,6 +159,7 @@ Task<> Qt_printer::select_printer() {
     QObject::connect(&*dialog, &QObject::destroyed, [printer] {});  // it ends after its dialog
     if (co_await windows_.run(*dialog)) {
         chosen_ = printer;
+        keep_name(*printer);
     }
 }
 
@@ -135,7 +168,11 @@ Result<> Qt_printer::begin_document(const std::string& title, Print_destination 
     destination_.clear();
     auto document = std::make_unique<Document>();
     document->destination = destination;
-    document->printer = chosen_ ? chosen_ : system_printer();
+    document->printer = chosen_ ? chosen_ : usual_printer();
+    if (!document->printer) {
+        return Failure{"The printer " + kept_name() +
+                       " is not there; another can be chosen with Select printer"};
+    }
     document->printer->setDocName(to_screen(title));
     if (destination == Print_destination::paper) {
         if (const auto started = start_painting(*document); !started) {

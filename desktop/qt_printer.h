@@ -14,9 +14,10 @@ class QPrinter;
 
 namespace kelvane {
 
-/// The printer on the system's printing service: the one chosen with `select_printer`, else the
-/// system's default, else the file "Program listing.pdf" in the program directory. A PDF file is
-/// written aside and takes its place when it is complete. Needs the application object.
+/// The printer on the system's printing service: the one chosen with `select_printer`, in this run
+/// or an earlier one, else the system's default, else the file "Program listing.pdf" in the program
+/// directory. A PDF file is written aside and takes its place when it is complete. Needs the
+/// application object.
 class Qt_printer : public Printer {
   public:
     Qt_printer(Files& files, Qt_windows& windows);
@@ -44,8 +45,12 @@ class Qt_printer : public Printer {
 
   private:
     struct Document;
-    /// Null when the system has no printer.
-    [[nodiscard]] std::shared_ptr<QPrinter> system_printer() const;
+    /// Of the printer that was chosen last; empty when none was.
+    [[nodiscard]] std::string kept_name() const;
+    void keep_name(const QPrinter& printer);
+    /// The one chosen in an earlier run, else the system's; null when the chosen one is not there,
+    /// in whose place no other may print.
+    [[nodiscard]] std::shared_ptr<QPrinter> usual_printer() const;
     [[nodiscard]] Result<> start_painting(Document& document);
     [[nodiscard]] Result<> paint_page();
     /// Nothing of it comes on paper, and no part of a PDF file stays behind.
@@ -55,7 +60,7 @@ class Qt_printer : public Printer {
     Files& files_;
     Qt_windows& windows_;
     Print_font font_;
-    std::shared_ptr<QPrinter> chosen_;  ///< what Select printer chose; null until it did
+    std::shared_ptr<QPrinter> chosen_;  ///< with Select printer in this run; null until then
     std::unique_ptr<Document> document_;
     std::string destination_;
 };

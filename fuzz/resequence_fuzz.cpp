@@ -28,6 +28,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                           options.n_character.find_first_of(cr_lf) != std::string::npos,
                       "no line is lost or added");
     }
-    static_cast<void>(preview_resequencing(program, options));
+    static_cast<void>(at_once(preview_resequencing(program, options, {})));
     return 0;
 }

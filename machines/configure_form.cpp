@@ -145,17 +145,18 @@ void configure_IO_lite::load_record(Result<std::string> content, int port) {
     settings.com_port = port;
     settings.skip_up_to = advanced_.skip_upto_txt.text();
     settings.separate_files = advanced_.Chk_Separate_files.value();
-    show_fields(settings, settings_line_count);
+    show_fields(settings, machine_fields);
     Text_reader reader(std::move(content));
-    show_fields(settings, read_machine_settings(reader, Old_port_form::list_position, settings));
+    const std::size_t lines = read_machine_settings(reader, Old_port_form::list_position, settings);
+    show_fields(settings, machine_fields.first(lines));
     wiring.show();
 }
 
-/// The first `count` fields. What the boxes' handlers bring about stays where the file had no line
-/// of its own for it.
-void configure_IO_lite::show_fields(const MachineSettings& settings, int count) {
-    for (int line = 0; line < count; ++line) {
-        machine_fields[static_cast<std::size_t>(line)].control.show({*this, advanced_}, settings);
+/// What the boxes' handlers bring about stays where the file had no line of its own for it.
+void configure_IO_lite::show_fields(const MachineSettings& settings,
+                                    std::span<const Machine_field> fields) {
+    for (const Machine_field& field : fields) {
+        field.control.show({*this, advanced_}, settings);
     }
 }
 

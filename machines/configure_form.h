@@ -1,9 +1,11 @@
 #pragma once
 
+#include <span>
 #include <string>
 
 #include "machines/advanced_form.h"
 #include "machines/box_groups.h"
+#include "machines/machine_fields.h"
 #include "machines/machine_settings.h"
 #include "machines/wiring_panel.h"
 #include "platform/controls.h"
@@ -86,7 +88,7 @@ class configure_IO_lite : public Form {
     void machine_clicked();
     void load_machine(Result<std::string> content, int port);
     void load_record(Result<std::string> content, int port);
-    void show_fields(const MachineSettings& settings, int count);
+    void show_fields(const MachineSettings& settings, std::span<const Machine_field> fields);
     [[nodiscard]] MachineSettings shown_settings();
 
     /// Opens a box over the form, once that is shown.

@@ -237,10 +237,8 @@ constexpr Machine_field yes_no_row(std::string_view name) {
     return {name, "`YES` or `NO`", yes_no_text<Member>(), check_box<Member, Box>()};
 }
 
-}  // namespace
-
 // clang-format off: a row is read across
-constexpr std::array<Machine_field, settings_line_count> machine_fields = {{
+constexpr Machine_field rows[] = {
     {"COM port", "`COM3`; 1 to 128", port_text, port_list},
     {"baud rate",
      "`BAUD` and a number with its sign or a blank: -2 115200, -1 57600, 0 38400, 1 28800, "
@@ -283,7 +281,11 @@ constexpr std::array<Machine_field, settings_line_count> machine_fields = {{
     text_row<&Record::receive_mask, &Advanced::Input_mask_txt>("characters never stored"),
     text_row<&Record::skip_lines_containing, &Advanced::Skip_lines_txt>("skip lines that contain"),
     {"eight data bits", "`True` or `False`", data_bits_text, data_bits_buttons},
-}};
+};
 // clang-format on
+
+}  // namespace
+
+constexpr std::span<const Machine_field> machine_fields = rows;
 
 }  // namespace kelvane

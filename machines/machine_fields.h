@@ -1,6 +1,6 @@
 #pragma once
 
-#include <array>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -44,6 +44,6 @@ struct Machine_field {
 /// The fields in the order of their lines, line 1 first. A new setting is one row here, beside its
 /// member in `MachineSettings`, its control in one of the forms and that control's place in the
 /// dialog.
-extern const std::array<Machine_field, settings_line_count> machine_fields;
+extern const std::span<const Machine_field> machine_fields;
 
 }  // namespace kelvane

@@ -10,8 +10,9 @@ constexpr int longest_timeout = 65;
 
 }  // namespace
 
-int read_machine_settings(Text_reader& reader, Old_port_form old_form, MachineSettings& settings) {
-    int count = 0;
+std::size_t read_machine_settings(Text_reader& reader, Old_port_form old_form,
+                                  MachineSettings& settings) {
+    std::size_t count = 0;
     std::string text;
     for (const Machine_field& field : machine_fields) {
         if (!reader.line(text)) {

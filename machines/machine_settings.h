@@ -40,10 +40,9 @@ constexpr std::string_view choice(const std::array<std::string_view, Size>& choi
     return exists ? choices[static_cast<std::size_t>(index)] : std::string_view();
 }
 
-/// One machine's record: what its settings file of 25 lines holds, each described in
-/// `machine_fields`. The start values are those of a
-/// new machine. Texts are kept as the file has them; who uses one takes its number or decodes its
-/// control characters.
+/// One machine's record: what the lines of its settings file hold, each described in
+/// `machine_fields`. The start values are those of a new machine. Texts are kept as the file has
+/// them; who uses one takes its number or decodes its control characters.
 struct MachineSettings {
     int com_port = lowest_com_port;  ///< as read: may lie outside 1..128
     int baud_index = 3;              ///< in `baud_rates`; as read: may lie outside
@@ -76,8 +75,6 @@ struct MachineSettings {
     bool eight_data_bits = false;
 };
 
-inline constexpr int settings_line_count = 25;
-
 /// What the bare number v of an old file's first line stands for. The two readers have never agreed
 /// and old files rely on either.
 enum class Old_port_form {
@@ -85,12 +82,13 @@ enum class Old_port_form {
     from_four,      ///< a transfer's: port 4 - v
 };
 
-/// Takes the lines of a settings file in order and returns how many there were, 25 at most. What
-/// has no line, or a line that says nothing valid (a tape code of 7), keeps its value in
+/// Takes the lines of a settings file in order and returns how many there were. What has
+/// no line, or a line that says nothing valid (a tape code of 7), keeps its value in
 /// `settings`. Any bytes are safe to read.
-int read_machine_settings(Text_reader& reader, Old_port_form old_form, MachineSettings& settings);
+std::size_t read_machine_settings(Text_reader& reader, Old_port_form old_form,
+                                  MachineSettings& settings);
 
-/// The 25 lines. Line ends inside a text cannot be stored and are left out.
+/// All lines. Line ends inside a text cannot be stored and are left out.
 [[nodiscard]] std::string machine_settings_text(const MachineSettings& settings);
 
 /// The time-out as it is stored: "3" for an empty text, "65" for a value above 65, else the text.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "machines/machine_fields.h"
 #include "machines/machine_files.h"
 #include "machines/machine_settings.h"
 #include "machines/notation.h"
@@ -153,7 +154,7 @@ Loaded_options load_transfer_options(const Files& files, const std::string& mach
     Text_reader reader(std::move(content));
     MachineSettings record = without_file();
     loaded.complete =
-        read_machine_settings(reader, Old_port_form::from_four, record) == settings_line_count;
+        read_machine_settings(reader, Old_port_form::from_four, record) == machine_fields.size();
     loaded.options.machine = machine;
     take_port(record, loaded.options);
     take_choices(record, loaded.options);

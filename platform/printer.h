@@ -86,7 +86,8 @@ class Printer {
     /// after one that was previewed only.
     [[nodiscard]] virtual std::string destination_name() const = 0;
 
-    /// The system's dialog to choose the printer of the documents to come (until the program ends).
+    /// The system's dialog to choose the printer of the documents to come (kept for later
+    /// runs).
     /// A cancelled or failed dialog changes nothing and says nothing.
     virtual Task<> select_printer() = 0;
 };

@@ -73,34 +73,45 @@ void note_open_bracket(const Resequenced& done, Notes& notes) {
     }
 }
 
+/// The options for a part of a program, or for one whose jumps cannot follow.
+Resequence_options numbers_only(Resequence_options options) {
+    options.maximum = options.gotos ? 0 : options.maximum;
+    options.gotos = false;
+    return options;
+}
+
+Resequence_preview preview_of(std::string_view program, const Resequence_result& result,
+                              const Notes& notes) {
+    const auto* done = std::get_if<Resequenced>(&result);
+    return {shown_lines(without_end_mark(program)),
+            done != nullptr ? shown_lines(done->text) : std::vector<std::string>(), notes.text()};
+}
+
 }  // namespace
 
-Resequence_preview preview_resequencing(std::string_view program_start,
-                                        const Resequence_options& options) {
-    const bool whole = program_start.size() <= whole_preview_length;
-    const std::string_view text = whole ? program_start : first_lines(program_start);
-    Resequence_options numbers_only = options;
-    numbers_only.gotos = false;
-    numbers_only.maximum = options.gotos ? 0 : options.maximum;
+Task<Resequence_preview> preview_resequencing(std::string_view program, Resequence_options options,
+                                              Resequence_progress progress) {
     Notes notes;
     note_standing_number(options, notes);
-    Resequence_result result = resequence(text, whole ? options : numbers_only);
+    const Task<Resequence_result> as_asked = resequence(program, options, progress);
+    Resequence_result result = co_await as_asked;
     if (!std::holds_alternative<Resequenced>(result)) {
         note_refusal(result, notes);
-        result = resequence(text, numbers_only);
-    } else if (!whole && options.gotos) {
-        notes.add("GOTOs are rewritten, too, but not shown for a program of this size.");
+        const Task<Resequence_result> numbered =
+            resequence(program, numbers_only(options), progress);
+        result = co_await numbered;
     }
-    Resequence_preview preview;
-    preview.before = shown_lines(without_end_mark(program_start));
     if (const auto* done = std::get_if<Resequenced>(&result)) {
-        preview.after = shown_lines(done->text);
-        if (whole) {
-            note_open_bracket(*done, notes);
-        }
+        note_open_bracket(*done, notes);
     }
-    preview.note = notes.text();
-    return preview;
+    co_return preview_of(program, result, notes);
+}
+
+Resequence_preview preview_start(std::string_view program, const Resequence_options& options) {
+    Notes notes;
+    note_standing_number(options, notes);
+    notes.add("The whole program is still being looked at.");
+    return preview_of(program, resequence(first_lines(program), numbers_only(options)), notes);
 }
 
 }  // namespace kelvane

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "platform/basic_text.h"
-#include "resequence/preview.h"
 #include "session/file_names.h"
 
 namespace kelvane {
@@ -41,8 +41,10 @@ void read(Text_reader& reader, Scroll_bar& bar) {
 resequence_form_lite::resequence_form_lite(Platform& platform, Transfer_control& control)
     : Form(platform.windows, "resequence_form_lite", "Resequence"),
       tasks(platform.loop),
+      loop_(platform.loop),
       files_(platform.files),
-      control_(control) {
+      control_(control),
+      looking_(platform.loop) {
     preview_note.plain = true;
     attach_handlers();
 }
@@ -96,14 +98,15 @@ void resequence_form_lite::on_load() {
     read_options_file();
     settling_ = false;
     const std::string copy = files_.program_path(file_names::scratch);
-    program_start_ = files_.read_start(copy, whole_preview_length + 1).value_or(std::string());
+    program_ = files_.read(copy).value_or(std::string());
     update_preview();
 }
 
 void resequence_form_lite::on_unload() {
     tasks.end_all();
     write_options_file();
-    program_start_ = std::string();
+    looking_.end_all();
+    program_ = std::string();
 }
 
 void resequence_form_lite::set_defaults() {
@@ -199,7 +202,32 @@ void resequence_form_lite::update_preview() {
     if (settling_) {
         return;
     }
-    const Resequence_preview preview = preview_resequencing(program_start_, options());
+    looking_.end_all();
+    if (program_.size() > quick_preview_length) {
+        show_preview(preview_start(program_, options()));
+        looking_.start(look_at_whole_program(options()));
+    } else {
+        show_preview(at_once(preview_resequencing(program_, options(), {})));
+    }
+}
+
+Task<> resequence_form_lite::look_at_whole_program(Resequence_options options) {
+    Resequence_progress progress = [this](int /*percent*/) { return let_others_go_first(); };
+    const Task<Resequence_preview> work =
+        preview_resequencing(program_, std::move(options), std::move(progress));
+    const Resequence_preview preview = co_await work;
+    show_preview(preview);
+}
+
+Task<bool> resequence_form_lite::let_others_go_first() {
+    co_await loop_.breath();
+    while (running == 1 || control_.busy() == 1) {
+        co_await loop_.next();
+    }
+    co_return true;
+}
+
+void resequence_form_lite::show_preview(const Resequence_preview& preview) {
     preview_before.set_items(preview.before);
     preview_after.set_items(preview.after);
     preview_note.set_caption(preview.note);

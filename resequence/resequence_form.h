@@ -4,11 +4,11 @@
 #include <string>
 
 #include "platform/controls.h"
-#include "platform/files.h"
 #include "platform/form.h"
 #include "platform/platform.h"
 #include "platform/task_keeper.h"
 #include "resequence/engine.h"
+#include "resequence/preview.h"
 #include "session/transfer_control.h"
 
 namespace kelvane {
@@ -71,11 +71,16 @@ class resequence_form_lite : public Form {
     void read_options_file();
     void write_options_file();
     void update_preview();
+    Task<> look_at_whole_program(Resequence_options options);
+    Task<bool> let_others_go_first();
+    void show_preview(const Resequence_preview& preview);
 
+    Event_loop& loop_;
     Files& files_;
     Transfer_control& control_;
-    std::string program_start_;  ///< what the preview shows; empty while the form is not loaded
-    bool settling_ = false;      ///< the controls are being loaded: they do not move each other
+    std::string program_;    ///< that the preview is about; empty while the form is not loaded
+    bool settling_ = false;  ///< the controls are being loaded: they do not move each other
+    Task_keeper looking_;    ///< at a long program, with the options as they are now
 };
 
 }  // namespace kelvane

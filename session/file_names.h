@@ -14,6 +14,8 @@ inline constexpr std::string_view default_directories = "\\default directories";
 inline constexpr std::string_view default_file_types = "\\default file types";
 /// The thirteen values of the page layout.
 inline constexpr std::string_view page_layout = "\\Editor page layout settings";
+/// The printer chosen for listings.
+inline constexpr std::string_view printer = "\\Selected printer";
 /// Machine names, one a line, without "(default)".
 inline constexpr std::string_view machine_list = "\\Editor IO device list";
 /// Scratch copy of the machine list while a machine is deleted.

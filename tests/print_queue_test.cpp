@@ -56,5 +56,21 @@ TEST_F(Print_queue, the_default_printer_gets_the_listing_but_nothing_of_a_stoppe
     EXPECT_EQ(pages_of(paper()), composed());
 }
 
+TEST_F(Print_queue, the_printer_chosen_last_is_kept_and_no_other_takes_its_place) {
+    const std::string kept = files.program_path("\\Selected printer");
+    ASSERT_TRUE(files.replace(kept, "Old\r\n"));
+    doubles.boxes.expect("The printer Old is not there");
+    print("part.nc", "M30\r\n");
+    Task_keeper keeper(doubles.loop);
+    keeper.start(printer.select_printer());
+    auto* const dialog = qobject_cast<QDialog*>(windows.active_window());
+    ASSERT_NE(dialog, nullptr);
+    dialog->accept();
+    doubles.loop.wake();
+    doubles.loop.process_events();
+    EXPECT_TRUE(keeper.empty());
+    EXPECT_EQ(files.read(kept), std::string("Shop\r\n"));
+}
+
 }  // namespace
 }  // namespace kelvane

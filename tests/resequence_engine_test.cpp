@@ -123,7 +123,8 @@ TEST(Engine, renumbers) {
 }
 
 TEST(Preview, splits_lines_as_the_renumbering_does) {
-    const Resequence_preview preview = preview_resequencing("X\rY\n\rZ\r\n\x1A", options(""));
+    const Resequence_preview preview =
+        at_once(preview_resequencing("X\rY\n\rZ\r\n\x1A", options(""), {}));
     EXPECT_EQ(preview.before, (std::vector<std::string>{"X", "Y", "Z"}));
     EXPECT_EQ(preview.after, (std::vector<std::string>{"N10X", "N20Y", "N30Z"}));
 }

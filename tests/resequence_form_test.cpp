@@ -135,10 +135,17 @@ TEST_F(Resequencing, shows_what_will_become) {
     EXPECT_EQ(form.preview_note.caption(), "");
     form.unload();
 
-    open("GOTO5\n" + std::string(whole_preview_length, 'X') + "\nY\n");
-    EXPECT_THAT(form.preview_after.items(), ElementsAre("N010GOTO5", HasSubstr("XXX...")));
+    open("GOTO5\n" + std::string(quick_preview_length, 'X') + "\nN5Y\n");
+    EXPECT_THAT(form.preview_after.items(), ElementsAre("N010GOTO5", HasSubstr("XXX..."), "N030Y"));
     form.chk_gotos.click();
-    EXPECT_THAT(form.preview_note.caption(), HasSubstr("not shown"));
+    EXPECT_THAT(form.preview_note.caption(), HasSubstr("still being looked at"));
+    form.chk_add_space.click();
+    shop.loop.run_until([this] { return form.preview_note.caption().empty(); });
+    EXPECT_THAT(form.preview_after.items(),
+                ElementsAre("N010 GOTO030 ", HasSubstr("XXX..."), "N030 Y"));
+    form.chk_gotos.click();
+    form.close();
+    shop.loop.run_for(std::chrono::seconds(1));
 }
 
 TEST_F(Resequencing, warns_before_the_button_is_pressed) {
@@ -156,18 +163,23 @@ TEST_F(Resequencing, warns_before_the_button_is_pressed) {
         {"10", "1", "", false, "[X]\nN1\n\nN2[A]B\nN3", R"(Line 4: this "[" is never closed: )"},
         {"10", "0", "", true, "[\nGOTO9", "never"},
     };
-    for (const auto& c : cases) {
-        open(c.program);
+    const std::string long_line = "\n(" + std::string(quick_preview_length, 'X') + ")";
+    for (std::size_t row = 0; row < 2 * std::size(cases); ++row) {
+        const auto& c = cases[row / 2];
+        open(c.program + (row % 2 == 0 ? "" : long_line));
         form.chk_gotos.set_checked(c.gotos);
         form.start_txt.set_text(c.start);
         form.increment_txt.set_text(c.increment);
         form.Maximum_txt.set_text(c.maximum);
         const std::string& note = form.preview_note.caption();
+        const auto looked_at = [&note] { return note.find("looked at") == std::string::npos; };
+        shop.loop.run_until(looked_at);
         EXPECT_THAT(note, HasSubstr(c.note)) << c.program;
         EXPECT_EQ(note.empty(), *c.note == '\0') << note;
         EXPECT_EQ(std::count(note.begin(), note.end(), '\n'),
                   c.program[0] == '[' && c.gotos ? 2 : 0);
         form.chk_comments2.set_checked(true);
+        shop.loop.run_until(looked_at);
         EXPECT_EQ(note.find("never"), std::string::npos);
         form.unload();
         shop.files.remove(options_file);
