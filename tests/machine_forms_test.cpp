@@ -117,6 +117,8 @@ TEST_F(Machine_forms, a_click_resets_all_but_two_fields_and_reads_the_file) {
 
 TEST_F(Machine_forms, reading_then_apply_changes_no_byte) {
     list("Mill\r\n");
+    put("Switchbox codes", "A1\r\n");
+    put("Switchbox codes for Mill", "B2\r\n");
     state.IO_device_name = "Mill";
     const std::map<int, std::string> files[] = {
         {},
@@ -133,6 +135,7 @@ TEST_F(Machine_forms, reading_then_apply_changes_no_byte) {
         form.apply_button.click();
         EXPECT_FALSE(form.loaded());
         EXPECT_EQ(settings_of("Mill"), before);
+        EXPECT_EQ(file("Switchbox codes for Mill"), "B2\r\n");
     }
 }
 
@@ -314,18 +317,6 @@ TEST_F(Machine_forms, what_cannot_be_read_is_told_and_never_written_over) {
     house.boxes.expect("Cannot read the list of machines.\nInput/output error");
     selection.show();
     EXPECT_FALSE(selection.visible());
-}
-
-TEST_F(Machine_forms, load_shows_the_selected_machines_own_switchbox_codes) {
-    list("Mill\r\n");
-    machine_file("Mill");
-    put("Switchbox codes", "A1\r\n");
-    put("Switchbox codes for Mill", "B2\r\n");
-    state.IO_device_name = "Mill";
-    form.show();
-    EXPECT_EQ(advanced.Switchbox_txt.text(), "B2");
-    form.apply_button.click();
-    EXPECT_EQ(file("Switchbox codes for Mill"), "B2\r\n");
 }
 
 TEST_F(Machine_forms, delete_takes_the_machine_and_leaves_its_switchbox_codes) {

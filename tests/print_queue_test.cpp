@@ -67,8 +67,7 @@ TEST_F(Print_queue, the_printer_chosen_last_is_kept_and_no_other_takes_its_place
     ASSERT_NE(dialog, nullptr);
     dialog->accept();
     doubles.loop.wake();
-    doubles.loop.process_events();
-    EXPECT_TRUE(keeper.empty());
+    doubles.loop.run_until([&keeper] { return keeper.empty(); });
     EXPECT_EQ(files.read(kept), std::string("Shop\r\n"));
 }
 

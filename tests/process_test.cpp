@@ -179,17 +179,6 @@ TEST_F(Workshop, a_machine_that_stops_the_line_with_its_percent_ends_the_send) {
     EXPECT_EQ(folder.content("memory"), "%\r\n" + part_program(3) + "%");
 }
 
-TEST_F(Workshop, a_machine_that_never_asks_gets_nothing) {
-    machine({"--silent", "--read", folder.path("memory"), "--raw", folder.path("wire")});
-    folder.put("PART.NC", part_program(3));
-    start_job(send, "PART.NC");
-    expect_armed();
-    expect_calm();
-    expect_orderly_end();
-    EXPECT_EQ(folder.content("wire"), "");
-    EXPECT_FALSE(folder.exists(staging));
-}
-
 // --- Every state of a transfer
 
 struct State_row {
@@ -227,6 +216,10 @@ class Every_state : public Workshop, public ::testing::WithParamInterface<State_
 };
 
 TEST_P(Every_state, ends_in_time_when_told_to) {
+    if (*GetParam().from_machine == '\0') {
+        expect_calm();
+        EXPECT_EQ(line.receive(1, 0ms), "") << "nobody has asked for anything";
+    }
     expect_orderly_end();
     EXPECT_EQ(folder.content(staging), GetParam().kept);
     EXPECT_EQ(folder.content(settings_file), std::string("1\r\n") + test_machine + "\r\n");
@@ -343,12 +336,6 @@ TEST_F(Workshop, a_port_that_cannot_be_opened_is_told_and_the_box_does_not_hold_
         expect_box("Com port error: COM1 port is not available\nSelect a different COM port");
         expect_orderly_end();
     }
-}
-
-TEST_F(Workshop, a_job_without_its_file_says_so) {
-    start_job(send, "MISSING.NC");
-    expect_box("MISSING.NC does not exist");
-    expect_orderly_end();
 }
 
 TEST_F(Workshop, a_standard_error_that_takes_nothing_neither_ends_nor_blocks_the_program) {

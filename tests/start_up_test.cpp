@@ -244,20 +244,6 @@ TEST(StatusBar, KeepsTheMachineOfATransferAndTheWarningOfAJob) {
     EXPECT_NE(shop.desk.desktop.told.find("Machine New could not be added"), std::string::npos);
 }
 
-TEST(FileMenu, RefusesWhatIsMissingOrABackup) {
-    Shop_floor shop;
-    shop.boxes().expect("File /nc/NONE does not exist");
-    shop.menu(0, "NONE");
-    EXPECT_FALSE(shop.window().Send_button.enabled());
-    for (const char* name : {"A.bak", "A.BAK", "a.BaK"}) {
-        shop.program(name, "G0");
-        shop.boxes().expect("Can't resequence files with a .BAK extension");
-        shop.menu(3, name);
-    }
-    shop.window().FileMenuItem[0].click();
-    EXPECT_EQ(shop.boxes().shown().size(), 4U) << "a cancelled dialog says nothing";
-}
-
 TEST(FileMenu, CompletesNamesWithTheFiltersExtension) {
     const struct {
         const char *path, *filter, *completed;

@@ -125,7 +125,7 @@ TEST_F(Finished_program, every_menu_item_shows_its_form_or_dialog) {
         {0, 1, "", save("Receive")},
         {0, 1, "PART.NC", save("Receive") + overwrite + save("Receive")},
         {0, 2, "NONE.NC", open("Print") + missing},
-        {0, 3, "PART.BAK", open("Resequence") + "message_box|Can't resequence|modal|OK,\n"},
+        {0, 3, "PART.BaK", open("Resequence") + "message_box|Can't resequence|modal|OK,\n"},
         {0, 3, "PART.NC",
          open("Resequence") + "resequence_form_lite|Resequence|modal|Resequence,Cancel,\n"},
         {0, 4, "NONE.NC", open("Binary send to (default)") + missing},
@@ -146,7 +146,7 @@ TEST_F(Finished_program, every_menu_item_shows_its_form_or_dialog) {
         {4, 3, "", information + "Command line|modeless|OK,\n"},
         {4, 4, "", information + "Trouble on the line|modeless|OK,\n"},
     };
-    for (const char* name : {"PART.NC", "PART.BAK"}) {
+    for (const char* name : {"PART.NC", "PART.BaK"}) {
         ASSERT_TRUE(files.replace(folder.filePath(name).toStdString(), "N1G0\r\n"));
     }
     for (const auto& c : cases) {
