@@ -23,6 +23,8 @@ QCheckBox* check_box_of(Check_box& control, char key = 0);
 QRadioButton* option_of(Option_button& control, char key = 0);
 QPushButton* button_of(Button& control, char key = 0);
 
+inline constexpr int number_width = 6;  ///< characters of a field for a number
+
 /// A field wide enough for `characters` of its font.
 QLineEdit* field_of(Text_box& control, int characters, Text_form form = Text_form::latin1);
 

@@ -9,6 +9,7 @@
 #include <algorithm>
 
 #include "desktop/dialog_parts.h"
+#include "desktop/print_page.h"
 
 namespace kelvane {
 
@@ -18,7 +19,6 @@ namespace {
 /// width.
 constexpr QSizeF sheet(595, 842);
 constexpr double sheet_margin = 28;
-constexpr double row_per_point = 1.2;
 constexpr double column_per_point = 0.6;
 
 /// Draws the page in small: paper is white whatever the desktop's colours, words are grey strokes.

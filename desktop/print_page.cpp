@@ -18,8 +18,6 @@ namespace {
 
 constexpr double points_per_inch = 72;
 constexpr double millimetres_per_inch = 25.4;
-/// Height of a row in heights of its letters; leaves every usual typeface its strokes.
-constexpr double row_per_point = 1.2;
 /// Width of a bar code's narrow bars: readable at arm's length, and still readable at all.
 constexpr double module_mm = 0.33;
 constexpr double finest_module_mm = 0.19;

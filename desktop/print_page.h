@@ -11,6 +11,9 @@ class QPrinter;
 
 namespace kelvane {
 
+/// Height of a row in heights of its letters; leaves every usual typeface its strokes.
+inline constexpr double row_per_point = 1.2;
+
 /// A font as the program asks for it.
 struct Print_font {
     QString name;

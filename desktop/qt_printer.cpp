@@ -175,7 +175,7 @@ Result<> Qt_printer::begin_document(const std::string& title, Print_destination 
     }
     document->printer->setDocName(to_screen(title));
     if (destination == Print_destination::paper) {
-        if (const auto started = start_painting(*document); !started) {
+        if (auto started = start_painting(*document); !started) {
             return started;
         }
     }

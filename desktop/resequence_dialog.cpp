@@ -15,9 +15,7 @@ namespace kelvane {
 
 namespace {
 
-constexpr int number_width = 6;
-
-void add_field(QGridLayout& grid, Text_box& control, char key) {
+void add_number(QGridLayout& grid, Text_box& control, char key) {
     const int row = grid.rowCount();
     auto* edit = field_of(control, number_width);
     grid.addWidget(label_of(control, *edit, key), row, 0);
@@ -53,11 +51,11 @@ void add_added_text(QGridLayout& grid, resequence_form_lite& form) {
 
 QGroupBox* numbers(resequence_form_lite& form) {
     auto* grid = new QGridLayout;
-    add_field(*grid, form.start_txt, 'S');
-    add_field(*grid, form.increment_txt, 'I');
-    add_field(*grid, form.Maximum_txt, 'M');
+    add_number(*grid, form.start_txt, 'S');
+    add_number(*grid, form.increment_txt, 'I');
+    add_number(*grid, form.Maximum_txt, 'M');
     add_digits(*grid, form);
-    add_field(*grid, form.N_character_txt, 'C');
+    add_number(*grid, form.N_character_txt, 'C');
     grid->addWidget(check_box_of(form.chk_add_space, 'e'), grid->rowCount(), 0, 1, 3);
     add_added_text(*grid, form);
     return group_of("Numbers", grid);

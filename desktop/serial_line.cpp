@@ -16,6 +16,7 @@
 #include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace kelvane {
@@ -82,10 +83,12 @@ Open_failure locked(const std::string& device) {
         const std::string file = std::string(folder) + "/LCK.." + name;
         struct stat found {};
         if (::stat(file.c_str(), &found) == 0 && !owner_may_run(file)) {
-            return {Port_error::in_use, device + " is locked by the file " + file +
-                                            " of the user \"" + user_name(found.st_uid) +
-                                            "\". When no program uses the line any more, have that "
-                                            "file deleted, then try again."};
+            std::string text = device;
+            text += " is locked by the file " + file + " of the user \"" + user_name(found.st_uid);
+            text +=
+                "\". When no program uses the line any more, have that file deleted, then try "
+                "again.";
+            return {Port_error::in_use, std::move(text)};
         }
     }
     return {Port_error::in_use, device + " is in use by another program."};

@@ -26,7 +26,8 @@ void fill_gap(int stream) {
 /// opened anew (a socket, another user's terminal) stays.
 void stop_waiting_on(int stream) {
     struct stat kind {};
-    if (::fstat(stream, &kind) != 0 || !(S_ISFIFO(kind.st_mode) || S_ISCHR(kind.st_mode))) {
+    const bool known = ::fstat(stream, &kind) == 0;
+    if (!known || (!S_ISFIFO(kind.st_mode) && !S_ISCHR(kind.st_mode))) {
         return;
     }
     const std::string link = "/proc/self/fd/" + std::to_string(stream);

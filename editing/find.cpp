@@ -12,9 +12,9 @@ namespace kelvane {
 
 namespace {
 
-bool is_letter(char c) {
+bool is_word_letter(char c) {
     const auto byte = static_cast<unsigned char>(c);
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || byte >= 0x80;
+    return is_letter(c) || c == '_' || byte >= 0x80;
 }
 
 bool is_number_part(char c) {
@@ -23,7 +23,7 @@ bool is_number_part(char c) {
 
 /// True when two neighbours belong to one word: "X1", "12", "AB", "1.5", but not "1X".
 bool are_joined(char left, char right) {
-    return (is_letter(left) && (is_letter(right) || is_digit(right))) ||
+    return (is_word_letter(left) && (is_word_letter(right) || is_digit(right))) ||
            (is_number_part(left) && is_number_part(right));
 }
 

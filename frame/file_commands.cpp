@@ -112,7 +112,7 @@ Task<bool> File_commands::allowed(int item) {
     const bool exists = window_.platform.files.exists(name);
     if (takes_new_file(item)) {
         if (const auto refusal = Try_target_folder(window_.platform.files, name)) {
-            const Message box = *refusal;
+            const Message& box = *refusal;
             co_await window_.ask(box);
             co_return false;
         }

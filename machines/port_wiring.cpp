@@ -46,7 +46,7 @@ Result<> Port_wiring::store() {
         }
     }
     if (text != old_text.value_or("")) {
-        if (const auto written = files_.replace(path, text); !written) {
+        if (auto written = files_.replace(path, text); !written) {
             return written;
         }
     }

@@ -95,6 +95,10 @@ bool is_digit(char c) {
     return c >= '0' && c <= '9';
 }
 
+bool is_letter(char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
 std::string_view trimmed(std::string_view text) {
     constexpr std::string_view blanks = " \t\r\n";
     const std::size_t first = text.find_first_not_of(blanks);

@@ -36,6 +36,9 @@ int whole_number(std::string_view text);
 /// True for "0" to "9".
 bool is_digit(char c);
 
+/// True for the letters of ASCII, capital and small: those of word addresses and commands.
+bool is_letter(char c);
+
 /// `text` without the blanks, tabs and line ends at both its ends.
 std::string_view trimmed(std::string_view text);
 

@@ -14,10 +14,6 @@ constexpr std::string_view blanks = " \t";
 constexpr std::string_view call_word = "CALL ";
 constexpr std::string_view times_word = "TIMES";
 
-bool is_letter(char c) {
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-}
-
 void skip_blanks(std::string_view& text) {
     text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
 }

@@ -11,7 +11,7 @@ namespace kelvane {
 
 namespace {
 
-constexpr std::uint64_t line_end_length = 2;
+constexpr std::uint64_t written_line_end = 2;
 constexpr std::string_view end_of_main = "(END OF MAIN PROGRAM)";
 
 /// `name` as it can stand in a comment, which a bracket would close early; and a tape mark would
@@ -31,7 +31,7 @@ std::string end_of(const std::string& name) {
 }
 
 std::uint64_t counted(std::string_view line) {
-    return line.size() + line_end_length;
+    return line.size() + written_line_end;
 }
 
 bool is_blank(std::string_view line) {
