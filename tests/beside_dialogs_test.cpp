@@ -82,7 +82,7 @@ TEST_F(Beside_dialogs, a_send_goes_on_and_stop_and_send_work) {
     for (const auto& dialog : dialogs) {
         SCOPED_TRACE(dialog.title);
         EXPECT_TRUE(display.pick(dialog.menu, dialog.item));
-        ASSERT_TRUE(display.shows(dialog.title));
+        ASSERT_TRUE(display.shows(dialog.title) && display.put_aside(dialog.title));
         expect_it_goes_on();
         press_button(stop_button);
         expect_it_pauses();

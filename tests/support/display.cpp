@@ -45,8 +45,16 @@ bool Display::desk(const std::string& command) const {
     return std::system(all.c_str()) == 0;
 }
 
+bool Display::with(const std::string& title, const std::string& command) const {
+    return desk("search --onlyvisible --name '^" + title + "$' " + command);
+}
+
 bool Display::is_shown(const std::string& title) const {
-    return desk("search --onlyvisible --name '^" + title + "$'");
+    return with(title, "");
+}
+
+bool Display::put_aside(const std::string& title) const {
+    return with(title, "windowmove 900 0");
 }
 
 bool Display::shows(const std::string& title) const {
@@ -58,8 +66,7 @@ bool Display::closes(const std::string& title) const {
 }
 
 bool Display::type(const std::string& title, const std::string& keys) const {
-    return desk("search --onlyvisible --name '^" + title + "$' windowfocus") &&
-           desk("key --delay 50 " + keys);
+    return with(title, "windowfocus") && desk("key --delay 50 " + keys);
 }
 
 bool Display::pick(const std::string& menu_letter, int item) const {

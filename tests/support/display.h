@@ -27,12 +27,15 @@ class Display {
     bool type(const std::string& title, const std::string& keys) const;
     /// The n-th item of a menu of the main window, from 0.
     bool pick(const std::string& menu_letter, int item) const;
+    /// Puts a window beside the main one, of which it would cover more where fonts are large.
+    [[nodiscard]] bool put_aside(const std::string& title) const;
     /// The mouse, in pixels of the screen.
     bool click(int x, int y) const;
 
   private:
     [[nodiscard]] std::string name() const;
     [[nodiscard]] bool desk(const std::string& command) const;
+    [[nodiscard]] bool with(const std::string& title, const std::string& command) const;
 
     const Program_directory& folder_;
     Process server_;
