@@ -117,25 +117,36 @@ void Find_bar::select(std::size_t from, std::size_t to) {
     pane_.moved();
 }
 
-Task<> Find_bar::find(bool backwards) {
+/// How a search ends; `running` when the program has been changed under it.
+template <typename Search>
+Task<Search_state> Find_bar::run(Search& search) {
     const Searching searching(stop_button);
-    const std::string wanted = bytes_of(find_text);
     const std::uint64_t revision = pane_.revision();
-    const Caret& caret = pane_.caret();
-    Find search(wanted, options(backwards), pane_.text().encoding,
-                backwards ? caret.begin() : caret.end());
     Search_state state = Search_state::running;
     while ((state = search.step(pane_.text().bytes, slice)) == Search_state::running) {
         co_await loop_.breath();
         if (pane_.revision() != revision) {
-            co_return;
+            break;
         }
+    }
+    co_return state;
+}
+
+Task<> Find_bar::find(bool backwards) {
+    const std::string wanted = bytes_of(find_text);
+    const Caret& caret = pane_.caret();
+    Find search(wanted, options(backwards), pane_.text().encoding,
+                backwards ? caret.begin() : caret.end());
+    const Task<Search_state> work = run(search);
+    const Search_state state = co_await work;
+    if (state == Search_state::running) {
+        co_return;
     }
     if (state == Search_state::not_found) {
         result.set_caption("Not found");
         co_return;
     }
-    match_ = {search.found_at(), wanted.size(), revision};
+    match_ = {search.found_at(), wanted.size(), pane_.revision()};
     select(match_->at, match_->at + match_->length);
     result.set_caption(!search.wrapped() ? "Found"
                        : backwards       ? "Found, searching on from the end"
@@ -164,18 +175,14 @@ Task<> Find_bar::replace_all() {
         result.set_caption(std::string(read_only_now));
         co_return;
     }
-    const Searching searching(stop_button);
-    const std::uint64_t revision = pane_.revision();
     const std::string wanted = bytes_of(find_text);
     const std::string replacement = bytes_of(replace_text);
     Replace_all search(wanted, replacement, options(false), pane_.text().encoding,
                        Program_document::max_grown);
-    Search_state state = Search_state::running;
-    while ((state = search.step(pane_.text().bytes, slice)) == Search_state::running) {
-        co_await loop_.breath();
-        if (pane_.revision() != revision) {
-            co_return;
-        }
+    const Task<Search_state> work = run(search);
+    const Search_state state = co_await work;
+    if (state == Search_state::running) {
+        co_return;
     }
     if (state == Search_state::not_found) {
         result.set_caption(search.too_long() ? "The program would become too long" : "Not found");
@@ -204,16 +211,12 @@ Task<> Find_bar::go_to() {
 }
 
 Task<> Find_bar::go_to_block(std::string number) {
-    const Searching searching(stop_button);
-    const std::uint64_t revision = pane_.revision();
     const std::size_t from_line = pane_.text().line_at(pane_.caret().place());
     Find_block search(number, pane_.text().line_start(from_line), from_line);
-    Search_state state = Search_state::running;
-    while ((state = search.step(pane_.text().bytes, slice)) == Search_state::running) {
-        co_await loop_.breath();
-        if (pane_.revision() != revision) {
-            co_return;
-        }
+    const Task<Search_state> work = run(search);
+    const Search_state state = co_await work;
+    if (state == Search_state::running) {
+        co_return;
     }
     if (state == Search_state::found) {
         select(search.found_at(), pane_.text().line_end(search.found_line()));

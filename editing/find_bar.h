@@ -57,6 +57,8 @@ class Find_bar {
     void open(Control& frame, Text_box& field);
     void start(Task<> task);
     void start_find(bool backwards);
+    template <typename Search>
+    Task<Search_state> run(Search& search);
     Task<> find(bool backwards);
     Task<> replace_one();
     Task<> replace_all();
