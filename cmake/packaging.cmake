@@ -45,6 +45,30 @@ kelvane_install_packed(${PROJECT_SOURCE_DIR}/CHANGELOG.md ${KELVANE_DOC_DIR})
 get_property(packed GLOBAL PROPERTY KELVANE_PACKED)
 add_custom_target(packed_documents ALL DEPENDS ${packed})
 
+# The manual as HTML, where the converter is installed.
+find_program(CMARK_GFM cmark-gfm)
+if(CMARK_GFM)
+  set(KELVANE_HTML_DIR ${CMAKE_INSTALL_FULL_DATAROOTDIR}/doc/kelvane-lite/html)
+  set(html_template ${KELVANE_PACKAGING}/manual.html.in)
+  set(html_script ${PROJECT_SOURCE_DIR}/cmake/manual_page.cmake)
+  file(GLOB pages CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/docs/manual/*.md)
+  foreach(page ${pages})
+    get_filename_component(name ${page} NAME_WE)
+    set(html ${PROJECT_BINARY_DIR}/manual/${name}.html)
+    add_custom_command(OUTPUT ${html}
+      COMMAND ${CMAKE_COMMAND} -DCMARK=${CMARK_GFM} -DPAGE=${page} -DTEMPLATE=${html_template}
+              -DOUTPUT=${html} -P ${html_script}
+      DEPENDS ${page} ${html_template} ${html_script} VERBATIM)
+    list(APPEND html_pages ${html})
+  endforeach()
+  add_custom_target(html_manual ALL DEPENDS ${html_pages})
+  install(FILES ${html_pages} DESTINATION ${KELVANE_DOC_DIR}/html)
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/manual/images DESTINATION ${KELVANE_DOC_DIR}/html)
+  configure_file(${KELVANE_PACKAGING}/doc-base.in ${PROJECT_BINARY_DIR}/doc-base @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/doc-base
+          DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc-base RENAME kelvane-lite)
+endif()
+
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME kelvane-lite)
 set(CPACK_PACKAGE_VENDOR "Kelvane Lite developers")

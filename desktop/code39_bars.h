@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -9,5 +10,8 @@ namespace kelvane {
 /// included, quiet zones not: true is a bar. Empty when a character has none in Code 39 or the text
 /// is too long for one code.
 std::vector<bool> code39_modules(std::string_view text);
+
+/// Version of the library that makes them: "2.12.2".
+std::string barcode_library_version();
 
 }  // namespace kelvane

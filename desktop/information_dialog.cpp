@@ -1,37 +1,25 @@
 #include "desktop/information_dialog.h"
 
+#include <QFileInfo>
 #include <QPushButton>
 #include <QTextBrowser>
-#include <QTextDocument>
-#include <QTextFrame>
-#include <QTextTable>
 
 #include "desktop/dialog_parts.h"
+#include "desktop/markdown_look.h"
 
 namespace kelvane {
 
 namespace {
 
-/// Markdown has no room around texts and in cells.
-void give_room(QTextDocument& document) {
-    const QFontMetricsF metrics(document.defaultFont());
-    document.setDocumentMargin(metrics.lineSpacing());
-    for (QTextFrame* frame : document.rootFrame()->childFrames()) {
-        if (auto* table = qobject_cast<QTextTable*>(frame)) {
-            QTextTableFormat format = table->format();
-            format.setCellPadding(metrics.lineSpacing() / 4);
-            format.setCellSpacing(0);
-            format.setBorderCollapse(true);
-            table->setFormat(format);
-        }
-    }
-}
-
-QTextBrowser* text_of(Label& control) {
+QTextBrowser* text_of(Thank_you_form_lite& form) {
+    Label& control = form.text;
     auto* browser = new QTextBrowser;
     browser->setObjectName(to_screen(control.name()));
     browser->setAccessibleName("Information");
-    browser->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    browser->setOpenLinks(false);
+    QObject::connect(browser, &QTextBrowser::anchorClicked, [&form](const QUrl& link) {
+        form.on_link(QFileInfo(link.path()).completeBaseName().toStdString());
+    });
     const auto refresh = [&control, browser] {
         browser->setMarkdown(to_screen(control.caption()));
         give_room(*browser->document());
@@ -51,7 +39,7 @@ QTextBrowser* text_of(Label& control) {
 std::unique_ptr<QDialog> make_information_dialog(Thank_you_form_lite& form) {
     auto dialog = std::make_unique<QDialog>();
     auto* column = new QVBoxLayout(dialog.get());
-    column->addWidget(text_of(form.text), 1);
+    column->addWidget(text_of(form), 1);
     column->addWidget(foot_of({button_of(form.OK_button)}));
     finish_dialog(*dialog);
     return dialog;

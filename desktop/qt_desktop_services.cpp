@@ -10,11 +10,13 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <gnu/libc-version.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 
+#include "desktop/code39_bars.h"
 #include "desktop/qt_text.h"
 #include "desktop/serial_line.h"
 #include "desktop/serial_names.h"
@@ -130,6 +132,10 @@ std::vector<Serial_device> Qt_desktop_services::serial_devices() const {
         return by_number.compare(to_screen(a.path), to_screen(b.path)) < 0;
     });
     return devices;
+}
+
+std::vector<Library> Qt_desktop_services::libraries() const {
+    return {{"Qt", qVersion()}, {"Zint", barcode_library_version()}, {"C library", gnu_get_libc_version()}};
 }
 
 void Qt_desktop_services::tell_standard_error(const std::string& text) {

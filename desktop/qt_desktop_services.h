@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "desktop/sleep_inhibitor.h"
 #include "platform/desktop_services.h"
 
 namespace kelvane {
@@ -18,6 +19,7 @@ class Qt_desktop_services : public Desktop_services {
     ~Qt_desktop_services() override;
 
     void beep() override;
+    void keep_awake(bool on) override { sleep_.set(on); }
     [[nodiscard]] std::string date_text() const override;
     [[nodiscard]] std::string time_text() const override;
     [[nodiscard]] std::string stamp_text(std::time_t stamp) const override;
@@ -28,6 +30,7 @@ class Qt_desktop_services : public Desktop_services {
     void copy_text(std::u16string text) override;
     [[nodiscard]] std::u16string copied_text() const override;
     [[nodiscard]] std::vector<Serial_device> serial_devices() const override;
+    [[nodiscard]] std::vector<Library> libraries() const override;
     void tell_standard_error(const std::string& text) override;
 
   private:
@@ -35,6 +38,7 @@ class Qt_desktop_services : public Desktop_services {
     std::string lock_path_;
     std::string lock_trouble_;
     int lock_ = -1;
+    Sleep_inhibitor sleep_;
 };
 
 }  // namespace kelvane

@@ -1,11 +1,12 @@
 #include "frame/information.h"
 
 #include <string>
+#include <utility>
 
 namespace kelvane {
 
-Thank_you_form_lite::Thank_you_form_lite(Window_system& windows)
-    : Form(windows, "Thank_you_form_lite", "Kelvane Lite") {
+Thank_you_form_lite::Thank_you_form_lite(const Platform& platform)
+    : Form(platform.windows, "Thank_you_form_lite", "Kelvane Lite"), platform_(platform) {
     text.plain = true;
     OK_button.on_click = [this] { unload(); };
 }
@@ -18,11 +19,22 @@ void Thank_you_form_lite::show_information(int item) {
     const Information_text& chosen = texts[static_cast<std::size_t>(item)];
     std::string body(chosen.body);
     if (item == 0) {
-        body.insert(body.find('\n'), "\n\nVersion " + std::string(program_version()));
+        body = about_text(std::move(body));
     }
     set_caption(std::string(chosen.title));
     text.set_caption(std::move(body));
     show();
+}
+
+/// The version under the heading; at the end what somebody who is asked for help wants to know.
+std::string Thank_you_form_lite::about_text(std::string body) const {
+    body.insert(body.find('\n'), "\n\nVersion " + std::string(program_version()) + ", built " +
+                                     std::string(build_date()));
+    body += "\n## On this computer\n\n| | |\n|---|---|\n";
+    for (const Library& library : platform_.desktop.libraries()) {
+        body += "| " + library.name + " | " + library.version + " |\n";
+    }
+    return body + "\nProgram directory:\n\n    " + platform_.files.program_directory() + "\n";
 }
 
 }  // namespace kelvane

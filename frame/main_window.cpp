@@ -26,7 +26,7 @@ Kelvane_lite_form::Kelvane_lite_form(Platform& the_platform)
           Button("ConfigMenuItem2", "&Select printer"), Button("ConfigMenuItem3", "&Page layout"),
           Button("ConfigMenuItem4", "&Files && directories")},
       ToolsMenuItem{Button("ToolsMenuItem0", "Line &monitor"),
-                    Button("ToolsMenuItem1", "&Test line")},
+                    Button("ToolsMenuItem1", "&Test line"), Button("ToolsMenuItem2", "Ma&nual")},
       AboutMenuItem{Button("AboutMenuItem0", "&Kelvane Lite"),
                     Button("AboutMenuItem1", "&Getting started"),
                     Button("AboutMenuItem2", "&Tape codes and handshakes"),
@@ -36,6 +36,7 @@ Kelvane_lite_form::Kelvane_lite_form(Platform& the_platform)
       control(the_platform.loop, the_platform.port, *this, Send_button, Stop_button, status_label),
       tasks(the_platform.loop) {
     status_label.plain = true;
+    control.on_running = [this](bool on) { platform.desktop.keep_awake(on); };
     control.on_ended = [this](Transfer_record& record) { keep_record(record); };
 }
 

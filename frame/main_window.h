@@ -47,7 +47,7 @@ class Kelvane_lite_form : public Form, public Operator {
 
     std::array<Button, 6> FileMenuItem;
     std::array<Button, 5> ConfigMenuItem;
-    std::array<Button, 2> ToolsMenuItem;
+    std::array<Button, 3> ToolsMenuItem;
     std::array<Button, 5> AboutMenuItem;
     /// The Edit menu, which is joined on from above.
     std::optional<Menu> edit_menu;

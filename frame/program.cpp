@@ -31,7 +31,8 @@ Program::Program(Platform& platform)
       set_directory_form(platform),
       directories_form(platform, window.state, set_directory_form),
       page_layout_form(platform, window, window.state, listing),
-      information_form(platform.windows),
+      information_form(platform),
+      help_form(platform.windows),
       resequence_form(platform, window.control),
       resequence_run(platform, window, window.control, window.state, resequence_form),
       line_watch(platform.port),
@@ -48,7 +49,7 @@ Program::Program(Platform& platform)
     select_device_form.on_selected = [this] { window.show_machine(); };
     window.other_forms = {&comm_form,          &advanced_form,    &configure_form,
                           &directories_form,   &page_layout_form, &select_device_form,
-                          &set_directory_form, &information_form, &resequence_form,
+                          &set_directory_form, &information_form, &help_form, &resequence_form,
                           &line_monitor_form,  &test_line_form};
     window.edit_menu = Menu{"EditMenu",
                             "&Edit",
@@ -79,6 +80,8 @@ void Program::join_menus() {
     };
     window.ToolsMenuItem[0].on_click = [this] { line_monitor_form.show(); };
     window.ToolsMenuItem[1].on_click = [this] { test_line_form.show(); };
+    window.ToolsMenuItem[2].on_click = [this] { help_form.show_page(help_contents); };
+    information_form.on_link = [this](const std::string& page) { help_form.show_page(page); };
     for (int item = 0; item < static_cast<int>(window.AboutMenuItem.size()); ++item) {
         window.AboutMenuItem[static_cast<std::size_t>(item)].on_click = [this, item] {
             information_form.show_information(item);

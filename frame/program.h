@@ -11,6 +11,7 @@
 #include "frame/commands.h"
 #include "frame/directories_form.h"
 #include "frame/file_commands.h"
+#include "frame/help_form.h"
 #include "frame/information.h"
 #include "frame/main_window.h"
 #include "line/line_monitor_form.h"
@@ -60,6 +61,7 @@ class Program {
     directories_form_lite directories_form;
     Page_layout_form_lite page_layout_form;
     Thank_you_form_lite information_form;
+    Help_form help_form;
     resequence_form_lite resequence_form;
     Resequence_run resequence_run;
     Line_watch line_watch;

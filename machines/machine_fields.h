@@ -32,11 +32,11 @@ struct Field_control {
     void (*take)(Record_forms, MachineSettings&);
 };
 
-/// One field of a machine's record: all that reading, writing, the forms and docs/formats.md know
+/// One field of a machine's record: all that reading, writing, the forms and docs/manual/files.md know
 /// of it.
 struct Machine_field {
-    std::string_view name;  ///< as docs/formats.md has it
-    std::string_view form;  ///< of its line, as docs/formats.md has it
+    std::string_view name;  ///< as docs/manual/files.md has it
+    std::string_view form;  ///< of its line, as docs/manual/files.md has it
     Field_text text;
     Field_control control;
 };

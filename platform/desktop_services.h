@@ -16,11 +16,20 @@ struct Serial_device {
     int xoff_delay = 0;
 };
 
+/// A library that the program runs with.
+struct Library {
+    std::string name;
+    std::string version;
+};
+
 /// Odds and ends of the desktop.
 class Desktop_services {
   public:
     virtual ~Desktop_services() = default;
     virtual void beep() = 0;
+    /// While it is on, the computer does not fall asleep of itself, as far as the system lets itself
+    /// be asked; without a word where it does not. Off at first.
+    virtual void keep_awake(bool on) = 0;
     /// Now, in the system's short date and time formats.
     [[nodiscard]] virtual std::string date_text() const = 0;
     [[nodiscard]] virtual std::string time_text() const = 0;
@@ -39,6 +48,8 @@ class Desktop_services {
     [[nodiscard]] virtual std::u16string copied_text() const = 0;
     /// The serial devices found now, in a stable order.
     [[nodiscard]] virtual std::vector<Serial_device> serial_devices() const = 0;
+    /// The libraries that the program has found on this computer.
+    [[nodiscard]] virtual std::vector<Library> libraries() const = 0;
     /// Writes `text` as lines to standard error, for whoever has started a job by a command line.
     virtual void tell_standard_error(const std::string& text) = 0;
 };

@@ -38,6 +38,7 @@ bool Transfer_control::begin(Direction direction, std::string path) {
     status_.begin_record();
     clear_flags();
     busy_ = 1;
+    on_running(true);
     Timer5.set_enabled(false);
     Timer6.set_enabled(false);
     return true;
@@ -179,6 +180,7 @@ void Transfer_control::rest() {
     busy_ = 0;
     sending_ = 0;
     receiving_ = 0;
+    on_running(false);
 }
 
 Transfer_control::Running::~Running() {

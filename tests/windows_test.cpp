@@ -3,7 +3,9 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QFile>
 #include <QFileDialog>
+#include <QKeyEvent>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -13,6 +15,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <regex>
+#include <set>
+#include <sstream>
 
 #include "desktop/disk_files.h"
 #include "desktop/program_windows.h"
@@ -56,6 +60,9 @@ class Finished_program : public ::testing::Test {
         });
         return shown;
     }
+
+    /// Dialogs are left to the test.
+    void stay_open() { watch.stop(); }
 
     QTemporaryDir folder;
     Headless_platform house;
@@ -140,6 +147,7 @@ TEST_F(Finished_program, every_menu_item_shows_its_form_or_dialog) {
         {2, 4, "", "directories_form_lite|Files and directories|modal|"},
         {3, 0, "", "Line_monitor_form|Line monitor|modeless|"},
         {3, 1, "", "Test_line_form|Test line|modeless|"},
+        {3, 2, "", "Help_form|Manual|modeless|"},
         {4, 0, "", information + "Kelvane Lite|modeless|OK,\n"},
         {4, 1, "", information + "Getting started|modeless|OK,\n"},
         {4, 2, "", information + "Tape codes and handshakes|modeless|OK,\n"},
@@ -186,7 +194,7 @@ TEST_F(Finished_program, every_control_of_every_form_has_a_widget_of_its_name) {
              &program.window, &program.configure_form, &program.advanced_form,
              &program.select_device_form, &program.directories_form, &program.set_directory_form,
              &program.information_form, &program.page_layout_form, &program.resequence_form,
-             &program.line_monitor_form, &program.test_line_form}) {
+             &program.line_monitor_form, &program.test_line_form, &program.help_form}) {
         const QWidget& window = *windows.window_of(*form);
         const auto [first, last] = controls.equal_range(form->name());
         for (auto control = first; control != last; ++control, ++walked) {
@@ -202,6 +210,70 @@ TEST_F(Finished_program, every_control_of_every_form_has_a_widget_of_its_name) {
                           ->findChild<QAction*>(QString::fromStdString(item.name())),
                       nullptr);
         }
+    }
+}
+
+std::string read_whole(const std::string& path) {
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    return text.str();
+}
+
+/// Names of the pages and pictures that a page of the manual leads to.
+std::vector<std::string> targets_of(const std::string& page) {
+    const std::string text = read_whole(std::string(SOURCE_FOLDER) + "/docs/manual/" + page);
+    const std::regex link(R"(\]\(([^)]+)\))");
+    std::vector<std::string> targets;
+    for (std::sregex_iterator found(text.begin(), text.end(), link), end; found != end; ++found) {
+        targets.push_back((*found)[1]);
+    }
+    return targets;
+}
+
+TEST_F(Finished_program, every_page_of_the_manual_can_be_reached_from_the_contents) {
+    static_cast<void>(windows.window_of(program.help_form));
+    std::set<std::string> reached = {std::string(help_contents) + ".md"};
+    std::vector<std::string> to_follow(reached.begin(), reached.end());
+    while (!to_follow.empty()) {
+        const std::string page = to_follow.back();
+        to_follow.pop_back();
+        EXPECT_TRUE(QFile::exists(QString::fromStdString(":/manual/" + page))) << page;
+        for (const std::string& target : targets_of(page)) {
+            if (reached.insert(target).second) {
+                to_follow.push_back(target);
+            }
+        }
+    }
+    for (const auto& file : std::filesystem::directory_iterator(SOURCE_FOLDER "/docs/manual")) {
+        EXPECT_TRUE(file.is_directory() || reached.contains(file.path().filename())) << file.path();
+    }
+}
+
+void press(QWidget& widget, Qt::Key key) {
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        QKeyEvent event(type, key, Qt::NoModifier);
+        QCoreApplication::sendEvent(&widget, &event);
+    }
+}
+
+TEST_F(Finished_program, f1_opens_the_page_of_the_window_in_front_beside_a_modal_one_too) {
+    stay_open();
+    for (Form* form : program.window.other_forms) {
+        QWidget* window = windows.window_of(*form);
+        if (window == nullptr || form == &program.help_form) {
+            continue;
+        }
+        windows.show(*form, true);
+        wait_for(loop, [window] { return QApplication::activeWindow() == window; });
+        press(*window, Qt::Key_F1);
+        const std::string page = program.help_form.page.caption();
+        EXPECT_EQ(page, help_page_of(form->name()));
+        EXPECT_TRUE(QFile::exists(QString::fromStdString(":/manual/" + page + ".md"))) << page;
+        press(*windows.window_of(program.help_form)->findChild<QWidget*>("contents"),
+              Qt::Key_Space);
+        EXPECT_EQ(program.help_form.page.caption(), help_contents) << form->name();
+        program.help_form.close();
+        window->hide();
     }
 }
 

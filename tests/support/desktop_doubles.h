@@ -147,16 +147,20 @@ class Scripted_file_dialog : public File_dialog {
     Event_loop& loop_;
 };
 
-/// A desktop with a fixed date, a command line and a count of beeps.
+/// A desktop with a fixed date, a command line and a count of beeps. One that is kept awake beyond
+/// the program's end fails the test.
 class Recorded_desktop : public Desktop_services {
   public:
+    ~Recorded_desktop() override { EXPECT_FALSE(awake); }
     void beep() override { ++beeps; }
+    void keep_awake(bool on) override { awake = on; }
     std::string date_text() const override { return "21.11.26"; }
     std::string time_text() const override { return "10:30"; }
     std::string stamp_text(std::time_t) const override { return "09.09.01 03:46"; }
     std::string command_line() const override { return command; }
     bool another_instance_runs() override { return another_runs; }
     std::string lock_trouble() const override { return trouble; }
+    std::vector<Library> libraries() const override { return {{"Toolkit", "6.5.4"}}; }
     std::vector<Serial_device> serial_devices() const override { return devices; }
     void copy_text(std::u16string text) override { clipboard = std::move(text); }
     std::u16string copied_text() const override { return clipboard; }
@@ -164,6 +168,7 @@ class Recorded_desktop : public Desktop_services {
     void tell_standard_error(const std::string& text) override { told += text + "\n"; }
 
     int beeps = 0;
+    bool awake = false;
     std::string told;  ///< on standard error
     std::string command;
     std::u16string clipboard;

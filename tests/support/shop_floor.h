@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <utility>
 
@@ -64,7 +65,7 @@ class Shop_floor {
     /// Lets time pass.
     void pass(Clock_time span) { desk.loop.run_for(span); }
     void wait_until_idle() {
-        desk.loop.run_until([this] { return idle(); });
+        run_until([this] { return idle(); });
     }
 
     /// File > Send of NAME in /nc, or another item; the machine asks with DC1 after 100 ms.
@@ -75,7 +76,7 @@ class Shop_floor {
     /// Returns when the command has ended, or waits for the machine's data.
     void menu(std::size_t file_item, const std::string& name = "PART.NC") {
         pick(file_item, name);
-        desk.loop.run_until([this] {
+        run_until([this] {
             const Transfer_control& control = program_.window.control;
             return program_.window.tasks.empty() ||
                    (control.state() == Transfer_state::waiting_for_data && control.escape() == 0);
@@ -95,7 +96,7 @@ class Shop_floor {
     void receive_from_machine(const std::string& name, const std::string& bytes) {
         receive(name);
         machine().sends(bytes);
-        desk.loop.run_until([this] { return program_.window.tasks.empty(); });
+        run_until([this] { return program_.window.tasks.empty(); });
     }
 
     [[nodiscard]] std::string file(const std::string& name) const {
@@ -121,6 +122,11 @@ class Shop_floor {
     Headless_platform desk;
 
   private:
+    /// Whatever has been waited for: the computer may sleep again unless a transfer is on.
+    void run_until(const std::function<bool()>& true_at_last) {
+        desk.loop.run_until(true_at_last);
+        EXPECT_EQ(desk.desktop.awake, window().control.busy() != 0) << status();
+    }
     void own_file(std::string_view name, const std::string& content) {
         desk.files.put(desk.files.program_path(name), content);
     }

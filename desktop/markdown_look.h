@@ -1,0 +1,11 @@
+#pragma once
+
+class QTextDocument;
+
+namespace kelvane {
+
+/// Room around the text and in the cells of tables, of which a document read from Markdown has
+/// none.
+void give_room(QTextDocument& document);
+
+}  // namespace kelvane
