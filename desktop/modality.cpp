@@ -48,6 +48,13 @@ const QWidget* widget_of(const QObject& object) {
     return widget != nullptr ? widget : qobject_cast<const QWidget*>(object.parent());
 }
 
+/// What a field proposes while something is typed into it pops up without a parent, and hands the
+/// keys on to its field. Pop-ups of windows that are blocked now have closed.
+bool is_proposal(const QWidget& widget) {
+    const QWidget& window = *widget.window();
+    return window.windowType() == Qt::Popup && window.parentWidget() == nullptr;
+}
+
 QWidget* first_live(const QWidget& window) {
     for (QWidget* widget : window.findChildren<QWidget*>()) {
         if (widget->property(live_property).toBool() && widget->isEnabled()) {
@@ -83,7 +90,7 @@ void Modality::keep_live(QWidget& widget) {
 bool Modality::blocks(const QObject& watched) const {
     const QWidget* const modal = top();
     const QWidget* widget = modal == nullptr ? nullptr : widget_of(watched);
-    if (widget == nullptr) {
+    if (widget == nullptr || is_proposal(*widget)) {
         return false;
     }
     // What a window opens (a list that drops down, a question) has it among its parents.

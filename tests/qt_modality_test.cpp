@@ -1,7 +1,9 @@
 // Windows that are modal to all but the buttons of a running transfer.
 
+#include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
+#include <QCompleter>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMainWindow>
@@ -76,6 +78,22 @@ class Modality_test : public ::testing::Test {
     Qt_message_box boxes{windows};
     Task_keeper keeper{loop};
 };
+
+TEST_F(Modality_test, what_a_field_proposes_hands_on_the_keys) {
+    QDialog dialog(&main);
+    QLineEdit field(&dialog);
+    QCompleter names(QStringList{"PART.NC"});
+    field.setCompleter(&names);
+    const auto run = [](Qt_windows& its_windows, QDialog& shown) -> Task<> {
+        co_await its_windows.run(shown);
+    };
+    keeper.start(run(windows, dialog));
+    press_key(field, Qt::Key_P, "P");
+    ASSERT_TRUE(names.popup()->isVisible());
+    press_key(*names.popup(), Qt::Key_A, "A");
+    EXPECT_EQ(field.text(), "PA");
+    dialog.close();
+}
 
 TEST_F(Modality_test, a_box_blocks_all_but_send_stop_and_the_close_button) {
     ASSERT_EQ(taken_elsewhere(), "oia");
