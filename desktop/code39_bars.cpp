@@ -28,8 +28,8 @@ std::vector<bool> code39_modules(std::string_view text) {
 // 21202 is 2.12.2.
 std::string barcode_library_version() {
     const int version = ZBarcode_Version();
-    return std::to_string(version / 10000) + "." + std::to_string(version / 100 % 100) +
-           "." + std::to_string(version % 100);
+    return std::to_string(version / 10000) + "." + std::to_string(version / 100 % 100) + "." +
+           std::to_string(version % 100);
 }
 
 }  // namespace kelvane

@@ -7,8 +7,8 @@
 
 namespace kelvane {
 
-/// An event filter made of a function, owned by the object it watches or another. The function answers true
-/// for an event that goes no further.
+/// An event filter made of a function, owned by the object it watches or another. The function
+/// answers true for an event that goes no further.
 class Event_filter : public QObject {
   public:
     using Handler = std::function<bool(QEvent&)>;
@@ -24,8 +24,7 @@ class Event_filter : public QObject {
     bool eventFilter(QObject* /*watched*/, QEvent* event) override { return handler_(*event); }
 
   private:
-    Event_filter(QObject& owner, Handler handler)
-        : QObject(&owner), handler_(std::move(handler)) {}
+    Event_filter(QObject& owner, Handler handler) : QObject(&owner), handler_(std::move(handler)) {}
 
     Handler handler_;
 };

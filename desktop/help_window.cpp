@@ -21,9 +21,9 @@ namespace kelvane {
 
 namespace {
 
-constexpr QSize first_size(900, 700);
+constexpr QSize help_window_size(900, 700);
 
-QUrl address_of(const std::string& page) {
+QUrl page_address(const std::string& page) {
     return {"qrc:/manual/" + to_screen(page) + ".md"};
 }
 
@@ -36,7 +36,7 @@ QTextBrowser* pages_of(Help_form& form) {
         form.page.set_caption(QFileInfo(shown.path()).completeBaseName().toStdString());
     });
     const auto refresh = [&form, browser] {
-        const QUrl wanted = address_of(form.page.caption());
+        const QUrl wanted = page_address(form.page.caption());
         if (browser->source() != wanted) {
             browser->setSource(wanted);
         }
@@ -47,7 +47,7 @@ QTextBrowser* pages_of(Help_form& form) {
     return browser;
 }
 
-QPushButton* button(const QString& caption) {
+QPushButton* push_button(const QString& caption) {
     auto* made = new QPushButton(caption);
     made->setAutoDefault(false);
     return made;
@@ -61,11 +61,11 @@ std::unique_ptr<QDialog> make_help_window(Help_form& form) {
     window->setWindowFlags(Qt::Window);
     Modality::keep_live(*window);
     auto* pages = pages_of(form);
-    auto* back = button("&Back");
-    auto* forward = button("&Forward");
-    auto* contents = button("&Contents");
+    auto* back = push_button("&Back");
+    auto* forward = push_button("&Forward");
+    auto* contents = push_button("&Contents");
     contents->setObjectName("contents");
-    auto* close = button("Close");
+    auto* close = push_button("Close");
     back->setEnabled(false);
     forward->setEnabled(false);
     QObject::connect(pages, &QTextBrowser::backwardAvailable, back, &QWidget::setEnabled);
@@ -84,7 +84,7 @@ std::unique_ptr<QDialog> make_help_window(Help_form& form) {
     row->addWidget(close);
     column->addLayout(row);
     column->addWidget(pages, 1);
-    window->resize(first_size);
+    window->resize(help_window_size);
     pages->setFocus();
     return window;
 }

@@ -135,7 +135,9 @@ std::vector<Serial_device> Qt_desktop_services::serial_devices() const {
 }
 
 std::vector<Library> Qt_desktop_services::libraries() const {
-    return {{"Qt", qVersion()}, {"Zint", barcode_library_version()}, {"C library", gnu_get_libc_version()}};
+    return {{"Qt", qVersion()},
+            {"Zint", barcode_library_version()},
+            {"C library", gnu_get_libc_version()}};
 }
 
 void Qt_desktop_services::tell_standard_error(const std::string& text) {

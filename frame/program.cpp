@@ -47,10 +47,10 @@ Program::Program(Platform& platform)
       file_commands(window, commands, open_program),
       command_job(window, commands) {
     select_device_form.on_selected = [this] { window.show_machine(); };
-    window.other_forms = {&comm_form,          &advanced_form,    &configure_form,
-                          &directories_form,   &page_layout_form, &select_device_form,
-                          &set_directory_form, &information_form, &help_form, &resequence_form,
-                          &line_monitor_form,  &test_line_form};
+    window.other_forms = {&comm_form,          &advanced_form,     &configure_form,
+                          &directories_form,   &page_layout_form,  &select_device_form,
+                          &set_directory_form, &information_form,  &help_form,
+                          &resequence_form,    &line_monitor_form, &test_line_form};
     window.edit_menu = Menu{"EditMenu",
                             "&Edit",
                             edit_commands.EditMenuItem,

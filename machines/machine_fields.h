@@ -32,8 +32,8 @@ struct Field_control {
     void (*take)(Record_forms, MachineSettings&);
 };
 
-/// One field of a machine's record: all that reading, writing, the forms and docs/manual/files.md know
-/// of it.
+/// One field of a machine's record: all that reading, writing, the forms and docs/manual/files.md
+/// know of it.
 struct Machine_field {
     std::string_view name;  ///< as docs/manual/files.md has it
     std::string_view form;  ///< of its line, as docs/manual/files.md has it

@@ -27,8 +27,8 @@ class Desktop_services {
   public:
     virtual ~Desktop_services() = default;
     virtual void beep() = 0;
-    /// While it is on, the computer does not fall asleep of itself, as far as the system lets itself
-    /// be asked; without a word where it does not. Off at first.
+    /// While it is on, the computer does not fall asleep of itself, as far as the system lets
+    /// itself be asked; without a word where it does not. Off at first.
     virtual void keep_awake(bool on) = 0;
     /// Now, in the system's short date and time formats.
     [[nodiscard]] virtual std::string date_text() const = 0;

@@ -93,8 +93,8 @@ class Transfer_control {
     /// Called when a transfer has ended and the port is closed, before its box: fills in the time
     /// and keeps the record.
     std::function<void(Transfer_record&)> on_ended;
-    /// Called with true when a transfer begins, and with false when none is on any more, whatever has
-    /// ended it; the latter also without one.
+    /// Called with true when a transfer begins, and with false when none is on any more, whatever
+    /// has ended it; the latter also without one.
     std::function<void(bool)> on_running = [](bool) {};
     /// Of the last transfer.
     [[nodiscard]] Outcome outcome() const { return outcome_; }
