@@ -259,7 +259,7 @@ void Qt_serial_port::output(std::string_view bytes) {
     if (!port_.isOpen() || bytes.empty()) {
         return;
     }
-    wire_.sent(bytes.size(), loop_.now());
+    const std::size_t count = bytes.size();
     at_rest_ = false;
     tell(Line_direction::to_machine, bytes);
     if (port_.bytesToWrite() == 0) {
@@ -270,6 +270,9 @@ void Qt_serial_port::output(std::string_view bytes) {
     if (!bytes.empty()) {
         port_.write(bytes.data(), static_cast<qint64>(bytes.size()));
     }
+    // Not before: a computer that does something else in between would have the clock run ahead of
+    // the adapter, which would then keep more than is reckoned.
+    wire_.sent(count, loop_.now());
 }
 
 bool Qt_serial_port::cts_holding() {

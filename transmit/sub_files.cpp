@@ -35,8 +35,8 @@ std::uint64_t counted(std::string_view line) {
 }
 
 bool is_blank(std::string_view line) {
-    constexpr std::string_view blanks("\0 \t", 3);
-    return line.find_first_not_of(blanks) == std::string_view::npos;
+    constexpr std::string_view nothing_seen("\0 \t", 3);
+    return line.find_first_not_of(nothing_seen) == std::string_view::npos;
 }
 
 bool is_tape_mark(std::string_view line) {
