@@ -229,13 +229,14 @@ Result<> Disk_files::append(const std::string& path, std::string_view content) {
     if (!handle.ok()) {
         return failed();
     }
-    if (write_all(handle.get(), content)) {
-        return handle.close() ? Result<>() : failed();
+    if (write_all(handle.get(), content) && handle.close()) {
+        return {};
     }
     const Failure failure = failed();
-    if (!old_length) {
+    // Only what is certainly new goes: of a file that could not be looked at nothing is known.
+    if (old_length.missing()) {
         ::unlink(path.c_str());
-    } else if (::ftruncate(handle.get(), static_cast<off_t>(*old_length)) != 0) {
+    } else if (old_length && ::truncate(path.c_str(), static_cast<off_t>(*old_length)) != 0) {
         return failed();
     }
     return failure;

@@ -283,6 +283,9 @@ Task<bool> Open_program::save_as() {
 Task<bool> Open_program::may_be_lost() {
     const std::string text = title() + unsaved + "\nSave them?";
     const bool may = co_await saved_or_discarded(text);
+    if (may) {
+        forget_kept();
+    }
     co_return may;
 }
 
@@ -323,21 +326,35 @@ Task<> Open_program::look_at_file() {
 }
 
 void Open_program::keep_for_next_run() {
-    if (changed()) {
-        static_cast<void>(files_.replace(files_.program_path(file_names::unsaved_program),
-                                         path_ + "\n" + document_.text()));
+    if (!changed()) {
+        return;
+    }
+    const std::string kept = files_.program_path(file_names::unsaved_program);
+    const bool not_taken_up = !kept_ && files_.exists(kept);
+    const auto free = not_taken_up ? files_.rename(kept, kept + " (earlier)") : Result<>();
+    static_cast<void>(
+        free.and_then([&] { return files_.replace(kept, path_ + "\n" + document_.text()); }));
+}
+
+Task<> Open_program::take_up_from_last_run() {
+    const std::string kept = files_.program_path(file_names::unsaved_program);
+    auto text = files_.read(kept);
+    if (text.unreadable()) {
+        const std::string trouble =
+            "The changes that were not saved in the last run cannot be read: " + text.reason() +
+            "\nThey are in " + kept;
+        co_await tell(trouble);
+    }
+    const std::size_t end = text ? text->find('\n') : std::string::npos;
+    if (end != std::string::npos) {
+        take_up(*text, end);
     }
 }
 
-void Open_program::take_up_from_last_run() {
-    auto text = files_.read(files_.program_path(file_names::unsaved_program));
-    const std::size_t end = text ? text->find('\n') : std::string::npos;
-    if (end == std::string::npos) {
-        return;
-    }
-    std::string path = text->substr(0, end);
+void Open_program::take_up(const std::string& kept_text, std::size_t path_end) {
+    std::string path = kept_text.substr(0, path_end);
     Program_document kept;
-    kept.load(text->substr(end + 1));
+    kept.load(kept_text.substr(path_end + 1));
     kept.prepare();
     kept.mark_changed();
     become(std::move(path), std::move(kept));

@@ -69,11 +69,12 @@ class Open_program {
     /// Reads the file again when others have changed it and the operator has not.
     Task<> look_at_file();
 
-    /// For an end of the program that nobody can be asked about.
+    /// For an end of the program that nobody can be asked about. What an earlier run has kept and
+    /// this one could not read is put aside, not lost.
     void keep_for_next_run();
     /// The program that was kept so, with its changes; the file goes once they are saved or
-    /// discarded.
-    void take_up_from_last_run();
+    /// discarded. One that cannot be read is told.
+    Task<> take_up_from_last_run();
 
     /// Called after every change of anything above.
     std::function<void()> on_change;
@@ -93,6 +94,7 @@ class Open_program {
     [[nodiscard]] File_state file_state() const;
     Task<bool> may_overwrite(std::string path);
     Task<bool> write(std::string path);
+    void take_up(const std::string& kept_text, std::size_t path_end);
     void forget_kept();
     void become(std::string path, Program_document document);
     bool edited(std::size_t tail);

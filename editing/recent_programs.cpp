@@ -8,8 +8,9 @@
 namespace kelvane {
 
 Recent_programs::Recent_programs(Files& files) : files_(files) {
-    const std::string list =
-        files.read(files.program_path(file_names::recent_programs)).value_or(std::string());
+    const auto read = files.read(files.program_path(file_names::recent_programs));
+    unread_ = read.unreadable();
+    const std::string list = read.value_or(std::string());
     Lines lines(list);
     while (!lines.at_end() && paths_.size() < most) {
         if (const std::string_view path = lines.take(); !path.empty()) {
@@ -29,8 +30,8 @@ void Recent_programs::add(const std::string& path) {
     for (const std::string& each : paths_) {
         list += each + "\r\n";
     }
-    if (!files_.replace(files_.program_path(file_names::recent_programs), list)) {
-        return;
+    if (!unread_) {
+        static_cast<void>(files_.replace(files_.program_path(file_names::recent_programs), list));
     }
 }
 

@@ -15,12 +15,14 @@ class Recent_programs {
 
     explicit Recent_programs(Files& files);
     [[nodiscard]] const std::vector<std::string>& paths() const { return paths_; }
-    /// Puts a path first. A list that cannot be written is only kept for this run.
+    /// Puts a path first. A list that cannot be written is only kept for this run, and one that
+    /// could not be read is not written over.
     void add(const std::string& path);
 
   private:
     Files& files_;
     std::vector<std::string> paths_;
+    bool unread_ = false;
 };
 
 }  // namespace kelvane

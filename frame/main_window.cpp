@@ -5,6 +5,7 @@
 #include "frame/command_line.h"
 #include "frame/settings_files.h"
 #include "machines/transfer_options.h"
+#include "session/file_names.h"
 
 namespace kelvane {
 
@@ -111,6 +112,10 @@ void Kelvane_lite_form::start_up() {
     read_default_file_types(platform.files, state, platform.file_dialog);
     read_page_layout(platform.files, state);
     show_machine();
+    if (state.unread_files.contains(file_names::settings)) {
+        control.set_warning("Which machine was selected could not be read: it is " +
+                            state.IO_device_name + " now");
+    }
     if (state.Command_line == 0 || !state.Command_line_open.empty()) {
         return;
     }

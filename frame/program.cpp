@@ -121,7 +121,7 @@ void Program::start() {
         return;
     }
     window.show();
-    open_program.take_up_from_last_run();
+    window.tasks.start(open_program.take_up_from_last_run());
     if (!window.state.Command_line_open.empty()) {
         edit_commands.open_file(window.state.Command_line_open);
     }

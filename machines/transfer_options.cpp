@@ -129,11 +129,18 @@ Fault_or_ok take_texts(const MachineSettings& record, Transfer_options& options)
     return take_block_end(record, options);
 }
 
-void read_exclamation_delay(const Files& files, Transfer_options& options) {
-    const auto file = files.read(files.program_path(file_names::exclamation_delay));
+/// Without the file such lines are sent; whether it is there must be known for certain.
+void read_exclamation_delay(const Files& files, Loaded_options& loaded) {
+    const std::string path = files.program_path(file_names::exclamation_delay);
+    const auto file = files.read(path);
+    if (file.unreadable()) {
+        loaded.path = path;
+        loaded.unreadable = file.reason();
+    }
     if (!file) {
         return;
     }
+    Transfer_options& options = loaded.options;
     Text_reader reader(*file);
     reader.line_number(options.exclamation_delay_ms);
     options.exclamation_delay_ms = std::clamp(options.exclamation_delay_ms, 0, longest_delay_ms);
@@ -159,7 +166,7 @@ Loaded_options load_transfer_options(const Files& files, const std::string& mach
     take_port(record, loaded.options);
     take_choices(record, loaded.options);
     loaded.fault = take_texts(record, loaded.options);
-    read_exclamation_delay(files, loaded.options);
+    read_exclamation_delay(files, loaded);
     if (const auto device = read_device(files, record.com_port)) {
         loaded.options.device = *device;
     } else {

@@ -62,7 +62,7 @@ struct Transfer_options {
 /// What came of reading a machine's record.
 struct Loaded_options {
     Transfer_options options;
-    std::string path;       ///< of the settings file
+    std::string path;       ///< of the settings file; of the one that is unreadable
     bool complete = false;  ///< else the default port settings stand for what it lacks
     /// Why a file that is there cannot be read: another machine may stand at the default port.
     std::string unreadable;
@@ -73,7 +73,8 @@ struct Loaded_options {
 /// Port, device, rate, tape code and handshake in short, with middle dots between.
 [[nodiscard]] std::string summary_of(const Transfer_options& options);
 
-/// Reads the record of `machine`, and the pause of "!" lines.
+/// Reads the record of `machine`, and the pause of "!" lines, which counts as part of it: a machine
+/// that gets such lines though they are pauses stops on them.
 [[nodiscard]] Loaded_options load_transfer_options(const Files& files, const std::string& machine);
 
 }  // namespace kelvane

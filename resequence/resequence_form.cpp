@@ -130,7 +130,9 @@ void resequence_form_lite::set_defaults() {
 }
 
 void resequence_form_lite::read_options_file() {
-    Text_reader reader(files_.read(files_.program_path(file_names::resequence_options)));
+    auto content = files_.read(files_.program_path(file_names::resequence_options));
+    unread_ = content.unreadable();
+    Text_reader reader(std::move(content));
     std::string reserved;
     reader.field(reserved);
     reader.field(reserved);
@@ -157,6 +159,9 @@ void resequence_form_lite::read_options_file() {
 }
 
 void resequence_form_lite::write_options_file() {
+    if (unread_) {
+        return;
+    }
     Text_writer writer;
     writer.line("0").line("0");
     for (const Check_box* box : {&chk_t_codes, &chk_comments, &chk_comments2, &chk_blanks,

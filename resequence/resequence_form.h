@@ -79,6 +79,7 @@ class resequence_form_lite : public Form {
     Files& files_;
     Transfer_control& control_;
     std::string program_;    ///< that the preview is about; empty while the form is not loaded
+    bool unread_ = false;    ///< the options file is there and is not written over
     bool settling_ = false;  ///< the controls are being loaded: they do not move each other
     Task_keeper looking_;    ///< at a long program, with the options as they are now
 };

@@ -199,19 +199,24 @@ TEST_F(Pane, ChangesOutliveAnEndThatNobodyIsAskedAbout) {
     type(u"X");
     shop.all().end_unasked();
     EXPECT_FALSE(shop.window().loaded());
-    Shop_floor next;
-    next.program("PART.NC", shop.file("PART.NC"));
-    next.desk.files.put("/kelvane/Unsaved program",
-                        shop.desk.files.content("/kelvane/Unsaved program"));
-    next.start();
-    Open_program& program = next.all().open_program;
-    EXPECT_EQ(program.document().text(), "XN1 G0\r\nN2 M30\r\n");
-    EXPECT_TRUE(program.changed());
-    next.boxes().expect("PART.NC has changes", Message_answer::save);
-    next.boxes().expect("has been changed by another program", Message_answer::yes);
-    next.window().close();
-    EXPECT_EQ(next.file("PART.NC"), "XN1 G0\r\nN2 M30\r\n");
-    EXPECT_EQ(next.desk.files.content("/kelvane/Unsaved program"), "(missing)");
+    for (const Message_answer answer : {Message_answer::save, Message_answer::discard}) {
+        const bool saves = answer == Message_answer::save;
+        Shop_floor next;
+        next.program("PART.NC", shop.file("PART.NC"));
+        next.desk.files.put("/kelvane/Unsaved program",
+                            shop.desk.files.content("/kelvane/Unsaved program"));
+        next.start();
+        Open_program& program = next.all().open_program;
+        EXPECT_EQ(program.document().text(), "XN1 G0\r\nN2 M30\r\n");
+        EXPECT_TRUE(program.changed());
+        next.boxes().expect("PART.NC has changes", answer);
+        if (saves) {
+            next.boxes().expect("has been changed by another program", Message_answer::yes);
+        }
+        next.window().close();
+        EXPECT_EQ(next.file("PART.NC"), (saves ? "X" : "") + shop.file("PART.NC"));
+        EXPECT_EQ(next.desk.files.content("/kelvane/Unsaved program"), "(missing)");
+    }
 }
 
 TEST_F(Pane, WhatIsNotEditedIsSavedByteForByte) {

@@ -1,15 +1,64 @@
+#include <cerrno>
 #include <csignal>
 #include <filesystem>
+#include <fstream>
+#include <functional>
 #include <gtest/gtest.h>
+#include <iterator>
+#include <map>
 #include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
+#include <utility>
 
 #include "desktop/disk_files.h"
 #include "desktop/qt_desktop_services.h"
 #include "session/file_names.h"
 #include "support/memory_files.h"
+
+/// The system calls that change files, as the program makes them.
+struct System_calls {
+    static inline int count = 0;
+    /// Told of each before it is made, with its descriptor if it has one; false lets it fail.
+    static inline std::function<bool(const char* call, int descriptor)> before;
+    static bool fail(const char* call, int descriptor = -1) {
+        if (!before) {
+            return false;
+        }
+        ++count;
+        const auto asked = std::exchange(before, nullptr);  // it may make such calls itself
+        const bool made = asked(call, descriptor);
+        before = asked;
+        errno = EIO;
+        return !made;
+    }
+};
+
+extern "C" {
+int fsync(int descriptor) {
+    return System_calls::fail("fsync", descriptor) ? -1 : int(::syscall(SYS_fsync, descriptor));
+}
+int fchmod(int descriptor, mode_t mode) noexcept {
+    return System_calls::fail("fchmod") ? -1 : int(::syscall(SYS_fchmod, descriptor, mode));
+}
+int rename(const char* from, const char* to) noexcept {
+    return System_calls::fail("rename") ? -1 : int(::syscall(SYS_rename, from, to));
+}
+ssize_t write(int descriptor, const void* bytes, size_t count) {
+    // Half of what is asked for is written, then nothing.
+    const bool fails = System_calls::fail("write");
+    const ssize_t written = ::syscall(SYS_write, descriptor, bytes, fails ? count / 2 : count);
+    errno = fails ? ENOSPC : errno;
+    return fails ? -1 : written;
+}
+int close(int descriptor) {
+    const bool fails = System_calls::fail("close");
+    const int closed = int(::syscall(SYS_close, descriptor));
+    return fails ? -1 : closed;
+}
+}
 
 namespace kelvane {
 namespace {
@@ -98,22 +147,113 @@ TEST_P(Files_test, tells_files_folders_and_nothing_apart) {
     EXPECT_TRUE(files.read(folder + "/no folder/a").missing());
 }
 
-TEST_F(Disk_files_test, a_full_disk_leaves_the_old_content_and_nothing_beside_it) {
-    const std::string large(100'000, 'x');
-    ASSERT_TRUE(disk.replace(a, "old") && disk.replace(b, large));
-    rlimit old{};
-    ::getrlimit(RLIMIT_FSIZE, &old);
-    const rlimit full{4096, old.rlim_max};
-    const auto old_handler = std::signal(SIGXFSZ, SIG_IGN);
-    ::setrlimit(RLIMIT_FSIZE, &full);
-    EXPECT_FALSE(disk.replace(a, large));
-    EXPECT_FALSE(disk.append(a, large));
-    EXPECT_FALSE(disk.append(folder + "/new", large));
-    EXPECT_EQ(disk.copy(b, a).reason(), "File too large");
-    ::setrlimit(RLIMIT_FSIZE, &old);
-    std::signal(SIGXFSZ, old_handler);
-    EXPECT_EQ(disk.read(a), "old");
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 2);
+/// What the system is asked to do to the files of a folder.
+struct Change {
+    const char* what;
+    std::function<Result<>(Files& files, const std::string& a, const std::string& b)> make;
+    std::string after;  ///< content of "a"; before it was "old"
+};
+const std::string large(200'000, 'x');
+const Change changes[] = {
+    {"replace", [](Files& f, auto& a, auto&) { return f.replace(a, large); }, large},
+    {"append", [](Files& f, auto& a, auto&) { return f.append(a, "new"); }, "oldnew"},
+    {"copy", [](Files& f, auto& a, auto& b) { return f.copy(b, a); }, large},
+    {"rename", [](Files& f, auto& a, auto& b) { return f.rename(b, a); }, large},
+    {"try out", [](Files& f, auto& a, auto&) { return f.try_out(a + "2"); }, "old"},
+};
+
+TEST_F(Disk_files_test, whatever_system_call_fails_the_file_is_the_old_one_or_the_new_one) {
+    for (const Change& change : changes) {
+        System_calls::count = 0;
+        for (int at = 1; System_calls::count >= at - 1; ++at) {
+            SCOPED_TRACE(change.what + (" fails at call " + std::to_string(at)));
+            ASSERT_TRUE(disk.replace(a, "old") && disk.replace(b, large));
+            System_calls::count = 0;
+            System_calls::before = [&](const char*, int) { return System_calls::count != at; };
+            const Result<> done = change.make(disk, a, b);
+            System_calls::before = nullptr;
+            EXPECT_EQ(disk.read(a), done ? change.after : "old");
+            EXPECT_TRUE(disk.read(a) == large || disk.read(b) == large);
+            disk.remove_left_behind();
+            EXPECT_LE(std::distance(fs::directory_iterator(folder), {}), 2);
+        }
+    }
+}
+
+/// What a power cut leaves of a folder: of each file what has been synced, under the names that the
+/// folder had when it was synced, or has now.
+class Power_cut {
+  public:
+    explicit Power_cut(std::string folder) : folder_(std::move(folder)), names_(names_now()) {
+        for (const auto& [name, inode] : names_) {
+            safe_[inode] = content(name);
+        }
+    }
+    void synced(int descriptor) {
+        struct stat file {};
+        ::fstat(descriptor, &file);
+        for (const auto& [name, inode] : names_now()) {
+            if (inode == file.st_ino) {
+                safe_[inode] = content(name);
+            }
+        }
+        names_ = S_ISDIR(file.st_mode) ? names_now() : names_;
+    }
+    [[nodiscard]] std::string under_safe_name(const std::string& name) {
+        return safe(names_, name);
+    }
+    [[nodiscard]] std::string under_name_now(const std::string& name) {
+        return safe(names_now(), name);
+    }
+
+  private:
+    using Names = std::map<std::string, ino_t>;
+    [[nodiscard]] Names names_now() const {
+        Names names;
+        for (const auto& entry : fs::directory_iterator(folder_)) {
+            struct stat file {};
+            ::stat(entry.path().c_str(), &file);
+            names[entry.path().filename()] = file.st_ino;
+        }
+        return names;
+    }
+    [[nodiscard]] std::string content(const std::string& name) const {
+        std::ifstream file(folder_ + "/" + name, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    std::string safe(const Names& names, const std::string& name) {
+        return names.contains(name) ? safe_[names.at(name)] : "(missing)";
+    }
+    std::string folder_;
+    Names names_;
+    std::map<ino_t, std::string> safe_;
+};
+
+TEST_F(Disk_files_test, a_power_cut_at_any_system_call_leaves_the_old_file_or_the_new_one) {
+    for (const Change& change : changes) {
+        SCOPED_TRACE(change.what);
+        ASSERT_TRUE(disk.replace(a, "old") && disk.replace(b, large));
+        Power_cut cut(folder);
+        const auto look = [&] {
+            for (const std::string& left : {cut.under_safe_name("a"), cut.under_name_now("a")}) {
+                EXPECT_TRUE(left == "old" || left == change.after) << left.substr(0, 20);
+            }
+        };
+        System_calls::before = [&](const char* call, int descriptor) {
+            look();
+            if (call == std::string("fsync")) {
+                cut.synced(descriptor);
+            }
+            return true;
+        };
+        const Result<> done = change.make(disk, a, b);
+        System_calls::before = nullptr;
+        EXPECT_TRUE(done);
+        look();
+        if (change.what != std::string("append")) {
+            EXPECT_EQ(cut.under_safe_name("a"), change.after) << "what is done stays done";
+        }
+    }
 }
 
 TEST_F(Disk_files_test, what_a_killed_run_leaves_behind_goes_at_the_next_start_and_nothing_else) {

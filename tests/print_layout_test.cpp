@@ -91,17 +91,6 @@ TEST_F(Print_layout, a_file_that_cannot_be_written_keeps_layout_and_dialog) {
     EXPECT_TRUE(form.loaded() && window.state.page_layout.margin == 0);
 }
 
-TEST_F(Print_layout, a_file_that_could_not_be_read_is_not_written_over) {
-    put("60");
-    system.files.fail("read", "page layout settings");
-    read_page_layout(system.files, window.state);
-    system.files.repair();
-    form.show();
-    system.boxes.expect("It is not written over");
-    form.OK_button.click();
-    EXPECT_EQ(system.files.content(file), "60");
-}
-
 TEST_F(Print_layout, the_picture_follows_the_fields) {
     form.load();
     const std::size_t rows = form.picture.page().rows.size();

@@ -158,17 +158,6 @@ TEST(Receive, SplitsProgramsIntoFiles) {
     }
 }
 
-TEST(Receive, ASecondSeparateFileThatFailsIsSaidAndAllStaysStaged) {
-    Shop_floor shop({{18, "1"}}, "");
-    shop.desk.files.fail("replace", "P.NC O 2");
-    shop.boxes().expect("P.NC O 2");
-    shop.receive_from_machine("P.NC", "%\r\nO1\r\nG0\r\nO2\r\nG1\r\n");
-    EXPECT_EQ(shop.file("P.NC O 1"), "O1\r\nG0\r\n\r\n");
-    EXPECT_EQ(shop.file("P.NC O 2"), "(missing)");
-    EXPECT_EQ(shop.scratch(), "%\r\nO1\r\nG0\r\nO2\r\nG1\r\n");
-    EXPECT_TRUE(shop.idle());
-}
-
 TEST(Receive, KeepsTheOldFileOfAProgramNumberAndCountsFiles) {
     Shop_floor shop({{18, "1"}}, "");
     shop.program("P.NC O 1", "another O1");
@@ -179,14 +168,6 @@ TEST(Receive, KeepsTheOldFileOfAProgramNumberAndCountsFiles) {
     EXPECT_EQ(shop.file("P.NC O 2.bak"), "(missing)") << "the same as before";
     EXPECT_NE(shop.status().find("Saved 2 programs"), std::string::npos);
     EXPECT_NE(shop.status().find("3 were received"), std::string::npos);
-
-    Shop_floor no_backup({{18, "1"}}, "");
-    no_backup.program("P.NC O 1", "another O1");
-    no_backup.desk.files.fail("copy", ".bak");
-    no_backup.boxes().expect("P.NC O 1");
-    no_backup.receive_from_machine("P.NC", "O1\r\n");
-    EXPECT_EQ(no_backup.file("P.NC O 1"), "another O1");
-    EXPECT_EQ(no_backup.scratch(), "O1\r\n");
 }
 
 TEST(Receive, StopEndsTheSelectCodesToo) {
@@ -328,9 +309,6 @@ TEST(Receive, WhatCannotBeSavedStaysStagedAndIsSaid) {
         const char* skip_up_to = "";
     } cases[] = {
         {[](Memory_files& files) { files.folders.erase("/nc"); }, "/nc/PART.NC"},
-        {[](Memory_files& files) { files.fail("replace", "PART.NC"); }, "/nc/PART.NC"},
-        {[](Memory_files& files) { files.fail("replace", "data 5b"); }, "data 5b"},
-        {[](Memory_files& files) { files.fail("rename", "data 5"); }, "data 5"},
         {[](Memory_files&) {}, "Nothing was received after", "G0<13><10>"},
     };
     for (const auto& c : cases) {

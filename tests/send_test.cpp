@@ -230,23 +230,6 @@ TEST(Send, SelectCodesGoFirstInTheMachinesCode) {
     EXPECT_EQ(shop.desk.desktop.beeps, 2) << "at the start and at the end";
 }
 
-TEST(Send, FilesOfTheMachineThatCannotBeReadEndTheSend) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"Switchbox codes for Mill", "Input/output error"},
-        {"settings for Mill", "Input/output error"},
-        {"Serial port devices", "COM1 port is not available"}};
-    for (const auto& [file, box] : cases) {
-        Shop_floor shop({}, "G0\r\n");
-        shop.desk.files.put("/kelvane/Serial port devices", "COM1=/dev/ttyUSB1\r\n");
-        shop.desk.files.put("/kelvane/Switchbox codes for Mill", "A1\r\n");
-        shop.desk.files.fail("read", file);
-        shop.boxes().expect(box);
-        shop.send();
-        EXPECT_EQ(shop.received(), "") << "another machine would get it";
-        EXPECT_TRUE(shop.idle()) << file;
-    }
-}
-
 TEST(Send, AProgramThatCannotBeExpandedSendsNothing) {
     Shop_floor shop({}, "G0\r\nCALL MISSING.NC\r\n");
     shop.desk.files.put("/kelvane/Switchbox codes for Mill", "A1\r\n");

@@ -78,7 +78,14 @@ std::optional<Transfer_end> Text_send::prepare() {
     if (auto trouble = Make_scratchpad_copy(session_.files, path_)) {
         return end_with(Outcome::refused, std::move(*trouble));
     }
-    program_ = session_.files.read(copy_).value_or(std::string());
+    auto program = session_.files.read(copy_);
+    if (!program) {
+        session_.files.remove(copy_);
+        return end_with(Outcome::refused,
+                        critical_box("Cannot access file\n" + copy_ + "\n" + program.reason(),
+                                     "Disk read error"));
+    }
+    program_ = *std::move(program);
     session_.op.show_text(program_);
     control_.set_hold(false);
     lines_.open(copy_, path_, session_.state.default_path);

@@ -44,6 +44,9 @@ class Scripted_message_box : public Message_box {
     Task<Message_answer> ask(Message message) override {
         const std::string all = message.title + "\n" + message.text;
         shown_.push_back(message);
+        if (expected_.empty() && otherwise) {
+            co_return otherwise(message);
+        }
         if (expected_.empty()) {
             ADD_FAILURE() << "unexpected box \"" << all << '"';
             co_return message.buttons == Message_buttons::yes_no ? Message_answer::no
@@ -65,6 +68,8 @@ class Scripted_message_box : public Message_box {
         std::function<void()> meanwhile = [] {}) {
         expected_.push_back({std::move(part), answer, std::move(meanwhile)});
     }
+    /// Answers boxes that nobody expects, where they are no failure.
+    std::function<Message_answer(const Message&)> otherwise;
     [[nodiscard]] const std::vector<Message>& shown() const { return shown_; }
 
   private:

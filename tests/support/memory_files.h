@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -35,16 +36,12 @@ class Memory_files : public Files {
         return from < content.size() ? content.substr(from, most) : std::string();
     }
     Result<> replace(const std::string& path, std::string_view content) override {
-        const std::string folder = folder_of(path);
-        if (!folder.empty() && !folders.contains(folder)) {
-            return missing;
-        }
-        return works("replace", path).and_then([&] { return store(path, content); });
+        return works("replace", path).and_then([&] { return put_down(path, content); });
     }
     Result<> append(const std::string& path, std::string_view content) override {
         const std::string old = exists(path) ? files_[path] : "";
         return works("append", path).and_then([&] {
-            return replace(path, old + std::string(content));
+            return put_down(path, old + std::string(content));
         });
     }
     Result<> sync(const std::string& path) override {
@@ -56,14 +53,14 @@ class Memory_files : public Files {
         if (!content) {
             return content.failure();
         }
-        return works("copy", to).and_then([&] { return replace(to, *content); });
+        return works("copy", to).and_then([&] { return put_down(to, *content); });
     }
     Result<> rename(const std::string& from, const std::string& to) override {
         if (!exists(from)) {
             return missing;
         }
         return works("rename", to).and_then([&] {
-            return store(to, files_.extract(from).mapped());
+            return put_down(to, files_.extract(from).mapped());
         });
     }
     Result<> try_out(const std::string& path) override {
@@ -77,10 +74,16 @@ class Memory_files : public Files {
         });
     }
     Result<std::uint64_t> length(const std::string& path) const override {
+        if (const auto state = works("length", path); !state) {
+            return state.failure();
+        }
         return exists(path) ? Result<std::uint64_t>(files_.at(path).size()) : missing;
     }
     /// A second more at every change.
     Result<std::time_t> stamp(const std::string& path) const override {
+        if (const auto state = works("stamp", path); !state) {
+            return state.failure();
+        }
         return exists(path) ? Result<std::time_t>(1'000'000'000 + changes_.at(path)) : missing;
     }
 
@@ -99,6 +102,9 @@ class Memory_files : public Files {
               const std::string& why = "Input/output error") {
         fates_.push_back({operation, path_end, why});
     }
+    /// Told of every operation before it is done, and may refuse it.
+    std::function<Result<>(const std::string& operation, const std::string& path)> on_operation;
+    [[nodiscard]] const std::map<std::string, std::string>& all() const { return files_; }
     /// What the file synced last held then.
     std::string synced;
     void repair() { fates_.clear(); }
@@ -121,9 +127,16 @@ class Memory_files : public Files {
         const auto fate = std::ranges::find_if(fates_, [&](const Fate& f) {
             return f.operation == operation && path.ends_with(f.path_end);
         });
-        return fate == fates_.end() ? Result<>() : Failure{fate->why};
+        if (fate != fates_.end()) {
+            return Failure{fate->why};
+        }
+        return on_operation ? on_operation(operation, path) : Result<>();
     }
-    Result<> store(const std::string& path, std::string_view content) {
+    Result<> put_down(const std::string& path, std::string_view content) {
+        const std::string folder = folder_of(path);
+        if (!folder.empty() && !folders.contains(folder)) {
+            return missing;
+        }
         put(path, std::string(content));
         return {};
     }
