@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFileInfo>
+#include <QImage>
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QTextBrowser>
@@ -21,14 +22,29 @@ namespace kelvane {
 
 namespace {
 
-constexpr QSize help_window_size(900, 700);
+constexpr QSize help_window_size(860, 700);
+constexpr int widest_picture = 760;
 
 QUrl page_address(const std::string& page) {
     return {"qrc:/manual/" + to_screen(page) + ".md"};
 }
 
+/// Pictures are made to fit the window as it is first shown.
+class Manual_pages : public QTextBrowser {
+  protected:
+    QVariant loadResource(int type, const QUrl& name) override {
+        const QVariant resource = QTextBrowser::loadResource(type, name);
+        const QImage picture = type == QTextDocument::ImageResource
+                                   ? QImage::fromData(resource.toByteArray())
+                                   : QImage();
+        return picture.width() > widest_picture
+                   ? picture.scaledToWidth(widest_picture, Qt::SmoothTransformation)
+                   : resource;
+    }
+};
+
 QTextBrowser* pages_of(Help_form& form) {
-    auto* browser = new QTextBrowser;
+    auto* browser = new Manual_pages;
     browser->setObjectName(to_screen(form.page.name()));
     browser->setAccessibleName("Manual");
     QObject::connect(browser, &QTextBrowser::sourceChanged, [&form, browser](const QUrl& shown) {

@@ -16,6 +16,8 @@ void give_room(QTextDocument& document) {
             format.setCellPadding(metrics.lineSpacing() / 4);
             format.setCellSpacing(0);
             format.setBorderCollapse(true);
+            format.setTopMargin(metrics.lineSpacing() / 2);
+            format.setBottomMargin(metrics.lineSpacing() / 2);
             table->setFormat(format);
         }
     }

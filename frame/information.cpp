@@ -30,7 +30,7 @@ void Thank_you_form_lite::show_information(int item) {
 std::string Thank_you_form_lite::about_text(std::string body) const {
     body.insert(body.find('\n'), "\n\nVersion " + std::string(program_version()) + ", built " +
                                      std::string(build_date()));
-    body += "\n## On this computer\n\n| | |\n|---|---|\n";
+    body += "\n## On this computer\n\n| Library | Version |\n|---|---|\n";
     for (const Library& library : platform_.desktop.libraries()) {
         body += "| " + library.name + " | " + library.version + " |\n";
     }
