@@ -52,23 +52,22 @@ void Open_program::tell_change() const {
     }
 }
 
-/// After an edit before the last `tail` bytes; true when there was one.
-bool Open_program::edited(std::size_t tail) {
-    const std::size_t place = document_.text().size() - std::min(tail, document_.text().size());
-    // Line ends that have met may be one now.
-    caret.put(document_.offset_of(document_.position_of(place)));
+/// The caret goes to `place`, or to the start of what now stands there as one: line ends that have
+/// met may be one.
+void Open_program::edited(std::size_t place) {
+    const Text_view text = document_.view();
+    caret.put(text.offset_of(text.position_of(place)));
     tell_change();
-    return true;
 }
 
 bool Open_program::type(std::u16string_view text) {
-    const std::uint64_t before = document_.revision();
     const std::size_t tail = document_.text().size() - caret.end();
-    const std::size_t position = document_.position_of(caret.begin());
-    if (editable()) {
-        document_.typed(position, document_.position_of(caret.end()) - position, text);
+    const bool done =
+        editable() && document_.typed(caret.begin(), caret.end() - caret.begin(), text);
+    if (done) {
+        edited(document_.text().size() - tail);
     }
-    return document_.revision() != before && edited(tail);
+    return done;
 }
 
 bool Open_program::erase(bool backwards) {
@@ -84,21 +83,22 @@ bool Open_program::replace(std::size_t at, std::size_t removed, const std::strin
     if (loading() || at + removed > document_.text().size()) {
         return false;
     }
-    const std::size_t tail = document_.text().size() - at - removed;
-    return document_.replace(at, removed, added).has_value() && edited(tail);
+    const bool done = document_.replace(at, removed, added);
+    if (done) {
+        edited(at + added.size());
+    }
+    return done;
 }
 
 void Open_program::undo() {
-    if (const auto change = document_.undo()) {
-        caret.put(document_.offset_of(change->position + change->added.size()));
-        tell_change();
+    if (const auto place = document_.undo()) {
+        edited(*place);
     }
 }
 
 void Open_program::redo() {
-    if (const auto change = document_.redo()) {
-        caret.put(document_.offset_of(change->position + change->added.size()));
-        tell_change();
+    if (const auto place = document_.redo()) {
+        edited(*place);
     }
 }
 

@@ -97,7 +97,7 @@ class Open_program {
     void take_up(const std::string& kept_text, std::size_t path_end);
     void forget_kept();
     void become(std::string path, Program_document document);
-    bool edited(std::size_t tail);
+    void edited(std::size_t place);
     void tell_change() const;
 
     Event_loop& loop_;

@@ -10,26 +10,7 @@ namespace kelvane {
 namespace {
 
 constexpr std::string_view line_end_bytes = "\r\n";
-/// So many bytes before an edit may form a line end with what comes behind them.
-constexpr std::size_t line_end_reach = 2;
 constexpr std::size_t max_undo_bytes = std::size_t{128} << 20;
-
-bool is_half_pair(char16_t c, char16_t first_of_kind) {
-    return (c & 0xFC00U) == first_of_kind;
-}
-
-/// Units that both texts begin with, whole characters only.
-std::size_t common_start(std::u16string_view one, std::u16string_view other) {
-    const auto split = std::mismatch(one.begin(), one.end(), other.begin(), other.end()).first;
-    auto same = static_cast<std::size_t>(split - one.begin());
-    return same > 0 && is_half_pair(one[same - 1], 0xD800) ? same - 1 : same;
-}
-
-std::size_t common_end(std::u16string_view one, std::u16string_view other) {
-    const auto split = std::mismatch(one.rbegin(), one.rend(), other.rbegin(), other.rend()).first;
-    auto same = static_cast<std::size_t>(split - one.rbegin());
-    return same > 0 && is_half_pair(one[one.size() - same], 0xDC00) ? same - 1 : same;
-}
 
 }  // namespace
 
@@ -77,18 +58,6 @@ std::string_view Program_document::line(std::size_t line) const {
     return view().line(line);
 }
 
-std::size_t Program_document::position_of(std::size_t offset) const {
-    return index_.unit_at(text_, offset);
-}
-
-std::size_t Program_document::offset_of(std::size_t position) const {
-    return index_.offset_of_unit(text_, position);
-}
-
-std::u16string Program_document::shown(std::size_t from, std::size_t to) const {
-    return shown_text(std::string_view(text_).substr(from, to - from), encoding());
-}
-
 std::string_view Program_document::line_end_at(std::size_t offset) const {
     const auto end_of = [this](std::size_t number) {
         const std::size_t begin = line_start(number) + line(number).size();
@@ -107,90 +76,36 @@ bool Program_document::allowed(std::size_t at, std::size_t removed, std::size_t 
            (added <= removed || text_.size() - removed + added <= max_grown);
 }
 
-/// Where a character or a line end begins before `at` with nothing in front that an edit at `at`
-/// could alter.
-std::size_t Program_document::run_begin(std::size_t at) const {
-    std::size_t begin = at - std::min(at, line_end_reach);
-    while (begin > 0 && is_inside_character(begin)) {
-        --begin;
-    }
-    return offset_of(position_of(begin));
-}
-
-/// The first byte at or behind `at` that begins a character, whatever stands before it.
-std::size_t Program_document::run_end(std::size_t at) const {
-    std::size_t end = at;
-    while (end < text_.size() && (line_end_bytes.find(text_[end]) != std::string_view::npos ||
-                                  is_inside_character(end))) {
-        ++end;
-    }
-    return end;
-}
-
-bool Program_document::is_inside_character(std::size_t at) const {
-    return encoding() == Text_encoding::utf8 && is_continuation(text_[at]);
-}
-
 /// Changes the text and what is known of its lines, and nothing else.
-Program_document::Exchange Program_document::exchange(std::size_t at, std::size_t removed,
-                                                      std::string_view added) {
-    const std::size_t behind = text_.size() - run_end(at + removed);
-    const std::size_t from = run_begin(at);
-    const std::size_t position = position_of(from);
-    std::u16string before = shown(from, text_.size() - behind);
+void Program_document::exchange(std::size_t at, std::size_t removed, std::string_view added) {
     text_.replace(at, removed, added);
     index_.edited(text_, at, removed, added.size());
     ++revision_;
-    return {position, std::move(before), shown(from, text_.size() - behind)};
 }
 
-/// Without what is the same before and after.
-Shown_change Program_document::change_of(const Exchange& exchange) {
-    const std::u16string_view before = exchange.before;
-    const std::u16string_view after = exchange.after;
-    const std::size_t same = common_start(before, after);
-    const std::size_t same_end = common_end(before.substr(same), after.substr(same));
-    return {exchange.position + same, before.size() - same - same_end,
-            std::u16string(after.substr(same, after.size() - same - same_end))};
-}
-
-std::optional<Shown_change> Program_document::replace(std::size_t at, std::size_t removed,
-                                                      std::string_view added) {
+bool Program_document::replace(std::size_t at, std::size_t removed, std::string_view added) {
     if (!allowed(at, removed, added.size())) {
-        return std::nullopt;
+        return false;
     }
     end_step();
     remember({at, text_.substr(at, removed), std::string(added)});
     end_step();
-    return change_of(exchange(at, removed, added));
+    exchange(at, removed, added);
+    return true;
 }
 
-Shown_change Program_document::typed(std::size_t position, std::size_t removed,
-                                     std::u16string_view added) {
-    // Widgets count an end of the last line that no text has.
-    position = std::min(position, index_.unit_count());
-    removed = std::min(removed, index_.unit_count() - position);
-    const std::u16string old = shown(offset_of(position), offset_of(position + removed));
-    const std::size_t same = common_start(old, added);
-    const std::size_t same_end =
-        common_end(std::u16string_view(old).substr(same), added.substr(same));
-    added = added.substr(same, added.size() - same - same_end);
-
-    const std::size_t at = offset_of(position + same);
-    const std::size_t end = offset_of(position + old.size() - same_end);
+bool Program_document::typed(std::size_t at, std::size_t removed, std::u16string_view added) {
+    if (!allowed(at, removed, 0)) {
+        return false;
+    }
     const std::string bytes = typed_bytes(added, encoding(), line_end_at(at));
-    if (at == end && bytes.empty()) {
-        return {position, 0, {}};
+    std::string old = text_.substr(at, removed);
+    if (old == bytes || !allowed(at, removed, bytes.size())) {
+        return false;
     }
-    if (!allowed(at, end - at, bytes.size())) {
-        return {position + same, added.size(), shown(at, end)};
-    }
-    std::u16string in_widget =
-        shown(run_begin(at), at) + std::u16string(added) + shown(end, run_end(end));
-    remember({at, text_.substr(at, end - at), bytes});
-    Exchange done = exchange(at, end - at, bytes);
-    done.before = std::move(in_widget);
-    return change_of(done);
+    remember({at, std::move(old), bytes});
+    exchange(at, removed, bytes);
+    return true;
 }
 
 /// Joins an edit to the step before it, as when a word is typed letter by letter.
@@ -245,22 +160,24 @@ void Program_document::forget_beyond_limit() {
     }
 }
 
-std::optional<Shown_change> Program_document::undo() {
+std::optional<std::size_t> Program_document::undo() {
     if (!can_undo()) {
         return std::nullopt;
     }
     end_step();
     const Edit& edit = edits_[--done_];
-    return change_of(exchange(edit.at, edit.added.size(), edit.removed));
+    exchange(edit.at, edit.added.size(), edit.removed);
+    return edit.at + edit.removed.size();
 }
 
-std::optional<Shown_change> Program_document::redo() {
+std::optional<std::size_t> Program_document::redo() {
     if (!can_redo()) {
         return std::nullopt;
     }
     end_step();
     const Edit& edit = edits_[done_++];
-    return change_of(exchange(edit.at, edit.removed.size(), edit.added));
+    exchange(edit.at, edit.removed.size(), edit.added);
+    return edit.at + edit.added.size();
 }
 
 void Program_document::mark_saved() {

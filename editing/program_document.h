@@ -13,22 +13,10 @@
 
 namespace kelvane {
 
-/// What a text widget has to do to show the document: `removed` units at `position` give way to
-/// `added`.
-struct Shown_change {
-    std::size_t position = 0;
-    std::size_t removed = 0;
-    std::u16string added;
-
-    bool operator==(const Shown_change&) const = default;
-};
-
 /// A program as bytes, with undo. What is not edited stays byte for byte as it was loaded, whatever
 /// its line ends, control characters and encoding. A program beyond `max_editable` is for looking.
 ///
-/// Offsets are in bytes. Positions are those of a text widget: UTF-16 units, every line end
-/// (those of `Lines`) counting one. Both are turned into each other in a time that does not depend
-/// on the length.
+/// Offsets are in bytes.
 class Program_document {
   public:
     static constexpr std::size_t max_editable = std::size_t{16} << 20;
@@ -41,7 +29,7 @@ class Program_document {
     void begin_load(std::size_t expected);
     void load_piece(std::string_view piece) { text_ += piece; }
     /// Recognises the encoding and finds the lines, `budget` bytes at a time. True when all is
-    /// done: only then what is said of lines and positions holds, and the program can be edited.
+    /// done: only then what is said of lines holds, and the program can be edited.
     bool prepare(std::size_t budget = std::string::npos);
 
     // --- Reading
@@ -56,33 +44,26 @@ class Program_document {
     [[nodiscard]] std::size_t line_at(std::size_t offset) const;
     /// The line without its line end; empty for lines that do not exist. Valid until the next edit.
     [[nodiscard]] std::string_view line(std::size_t line) const;
-    [[nodiscard]] std::size_t position_of(std::size_t offset) const;
-    /// The first byte of the character at `position`.
-    [[nodiscard]] std::size_t offset_of(std::size_t position) const;
-    /// Characters of a range of bytes, as a widget shows them.
-    [[nodiscard]] std::u16string shown(std::size_t from, std::size_t to) const;
     /// What Enter writes at `offset`: the end of the line there, else of the one before, else CR
     /// LF.
     [[nodiscard]] std::string_view line_end_at(std::size_t offset) const;
 
-    // --- Editing. No value, and nothing changed: the program is not editable, the range is not in
-    // it, or it would grow too long.
+    // --- Editing. False, and nothing changed: the program is not editable, the range is not in it,
+    // or it would grow too long.
     /// Replaces bytes as one step for undo.
-    std::optional<Shown_change> replace(std::size_t at, std::size_t removed,
-                                        std::string_view added);
-    /// A widget tells that `removed` units at `position` have given way to `added`. What is the
-    /// same before and after is left alone, so a report that covers more than the edit costs no
-    /// byte. The value is what the widget must still change to show the program: nothing as a rule
-    /// (`removed` 0, `added` empty), but "?" for what Latin-1 lacks, one line end where two have
-    /// met, and everything again after an edit that was refused.
-    Shown_change typed(std::size_t position, std::size_t removed, std::u16string_view added);
-    /// The widget's next change begins a new step for undo: the caret was moved, the program saved.
+    bool replace(std::size_t at, std::size_t removed, std::string_view added);
+    /// The operator has written over bytes, or removed them: what is written or removed letter by
+    /// letter is one step for undo. "?" stands for what Latin-1 lacks. False, too, when nothing is
+    /// different.
+    bool typed(std::size_t at, std::size_t removed, std::u16string_view added);
+    /// What is written next begins a new step for undo: the caret was moved, the program saved.
     void end_step() { step_open_ = false; }
 
     [[nodiscard]] bool can_undo() const { return done_ > 0; }
     [[nodiscard]] bool can_redo() const { return done_ < edits_.size(); }
-    std::optional<Shown_change> undo();
-    std::optional<Shown_change> redo();
+    /// Where what has come back ends; no value when there is nothing to undo or redo.
+    std::optional<std::size_t> undo();
+    std::optional<std::size_t> redo();
 
     /// True when the program differs from what was loaded or saved last.
     [[nodiscard]] bool changed() const { return !saved_ || *saved_ != done_; }
@@ -93,11 +74,6 @@ class Program_document {
     [[nodiscard]] std::uint64_t revision() const { return revision_; }
 
   private:
-    /// What a part of the text that begins at `position` showed before an edit, and after it.
-    struct Exchange {
-        std::size_t position;
-        std::u16string before, after;
-    };
     struct Edit {
         std::size_t at;
         std::string removed, added;
@@ -105,11 +81,7 @@ class Program_document {
 
     void begin(std::string bytes);
     [[nodiscard]] bool allowed(std::size_t at, std::size_t removed, std::size_t added) const;
-    [[nodiscard]] std::size_t run_begin(std::size_t at) const;
-    [[nodiscard]] std::size_t run_end(std::size_t at) const;
-    [[nodiscard]] bool is_inside_character(std::size_t at) const;
-    Exchange exchange(std::size_t at, std::size_t removed, std::string_view added);
-    static Shown_change change_of(const Exchange& exchange);
+    void exchange(std::size_t at, std::size_t removed, std::string_view added);
     void remember(Edit edit);
     bool continues_step(const Edit& edit);
     void forget_beyond_limit();

@@ -230,8 +230,8 @@ TEST_F(Pane, WhatIsNotEditedIsSavedByteForByte) {
         open();
         for (int edit = 0; edit < 8; ++edit) {
             const Program_document& document = program().document();
-            program().caret.put(
-                document.offset_of(random() % (document.position_of(bytes.size()) + 1)));
+            program().caret.put(document.view().offset_of(
+                random() % (document.view().position_of(bytes.size()) + 1)));
             type(edit % 2 == 0 ? u"G1\n" : u"\u2400X");
         }
         ASSERT_NE(shown(), bytes);
