@@ -117,6 +117,7 @@ TEST_F(Print_layout, preview_shows_the_values_typed_and_keeps_the_old_ones) {
     EXPECT_EQ(system.printer.pages[0].find("File:"), 62U);
     EXPECT_EQ(system.printer.destination, Print_destination::preview);
     EXPECT_EQ(window.state.page_layout.margin, 5);
+    const Transfer_control::Running transfer(window.control);
     ASSERT_TRUE(window.control.begin(Direction::send));
     form.Preview_button.click();
     EXPECT_THAT(form.preview_hint.caption(), HasSubstr("Not while"));
