@@ -313,8 +313,10 @@ void bind(Progress_bar& control, QProgressBar& widget) {
     widget.setRange(0, 100);
     widget.setAccessibleName(without_access_key(to_screen(control.caption())));
     // The widget paints at once, for longer than a fast line has characters to go on with.
-    const auto pace =
-        std::make_shared<Paced_refresh>([&control, &widget] { widget.setValue(control.value()); });
+    const auto pace = std::make_shared<Paced_refresh>([&control, &widget] {
+        widget.setRange(0, control.busy() ? 0 : 100);
+        widget.setValue(control.value());
+    });
     bind_widget(control, widget, [pace] { pace->request(); });
 }
 

@@ -15,43 +15,46 @@ namespace {
 
 QGroupBox* machines(configure_IO_lite& form) {
     auto* grid = new QGridLayout;
-    auto* list = list_of(form.IO_device_lst, 10, 24);
-    auto* name = field_of(form.New_name_txt, 16, Text_form::name);
+    auto* list = list_of(form.IO_device_lst, 6, 12);
+    auto* name = field_of(form.New_name_txt, 8, Text_form::name);
     name->setAccessibleName("Add to list");
-    grid->addWidget(label_of(form.IO_device_lst, *list, 'M'), 0, 0, 1, 2);
-    grid->addWidget(list, 1, 0, 1, 2);
-    grid->addWidget(button_of(form.Command3, 'D'), 2, 1);
+    grid->addWidget(label_of(form.IO_device_lst, *list, 'M'), 0, 0);
+    grid->addWidget(button_of(form.Command3, 'D'), 0, 1);
+    grid->addWidget(filter_of(*list), 1, 0, 1, 2);
+    grid->addWidget(list, 2, 0, 1, 2);
     grid->addWidget(button_of(form.Command2, 'l'), 3, 0);
     grid->addWidget(name, 3, 1);
     grid->addWidget(hint_of(form.name_hint), 4, 0, 1, 2);
-    grid->setRowStretch(1, 1);
+    grid->setRowStretch(2, 1);
     return group_of("", grid);
 }
 
 QGroupBox* line(configure_IO_lite& form) {
-    auto* row = new QHBoxLayout;
-    row->addLayout(labelled(form.COM_lst, *list_of(form.COM_lst, 6, 5), 'O'));
-    row->addLayout(labelled(form.BAUD_lst, *list_of(form.BAUD_lst, 6, 7), 'B'));
-    row->addLayout(labelled(form.stopbits_lst, *list_of(form.stopbits_lst, 6, 5), 'S'));
     auto* seven = option_of(form.Opt_7_bits);
-    auto* data_bits =
-        column_of({label_of(form.data_bits_label, *seven, 'i'), seven, option_of(form.Opt_8_bits)});
-    row->addLayout(data_bits);
+    auto* bits = new QVBoxLayout;
+    bits->addLayout(labelled(form.stopbits_lst, *list_of(form.stopbits_lst, 3, 2), 'S'), 1);
+    bits->addWidget(label_of(form.data_bits_label, *seven, 'i'));
+    bits->addWidget(seven);
+    bits->addWidget(option_of(form.Opt_8_bits));
+    auto* row = new QHBoxLayout;
+    row->addLayout(labelled(form.COM_lst, *list_of(form.COM_lst, 4, 3), 'O'), 1);
+    row->addLayout(labelled(form.BAUD_lst, *list_of(form.BAUD_lst, 4, 5), 'B'), 1);
+    row->addLayout(bits);
     return group_of("", row);
 }
 
 QGroupBox* device(configure_IO_lite& form) {
     auto* grid = new QGridLayout;
-    auto* field = field_of(form.wiring.Device_txt, 24, Text_form::name);
-    auto* list = list_of(form.wiring.Device_lst, 3, 40);
+    auto* field = field_of(form.wiring.Device_txt, 12, Text_form::name);
+    auto* list = list_of(form.wiring.Device_lst, 2, 12);
     grid->addWidget(label_of(form.wiring.Device_txt, *field), 0, 0);
     grid->addWidget(field, 0, 1);
-    grid->addWidget(label_of(form.wiring.Device_lst, *list), 1, 0, Qt::AlignTop);
-    grid->addWidget(list, 1, 1);
+    grid->addWidget(label_of(form.wiring.Device_lst, *list), 1, 0, 1, 2);
+    grid->addWidget(list, 2, 0, 1, 2);
     auto* hint = hint_of(form.wiring.device_hint);
     auto* lasting = button_of(form.wiring.lasting_button, 'K');
-    grid->addLayout(row_of({hint, lasting}), 2, 1);
-    grid->setRowStretch(1, 1);
+    grid->addLayout(row_of({hint, lasting}), 3, 0, 1, 2);
+    grid->setRowStretch(2, 1);
     return group_of("Serial device of this COM number", grid);
 }
 
@@ -66,33 +69,41 @@ QGroupBox* handshaking(configure_IO_lite& form) {
                                check_box_of(form.chk_RTS), check_box_of(form.chk_both)}));
 }
 
+/// In two columns, as the frames above it stand.
 QGroupBox* end_of_block(configure_IO_lite& form) {
-    auto* column = column_of({check_box_of(form.chk_LF), check_box_of(form.chk_CR),
-                              check_box_of(form.chk_LFCR), check_box_of(form.chk_CRLF)});
-    auto* custom = field_of(form.Custom_EOB_txt, 8);
+    auto* custom = field_of(form.Custom_EOB_txt, 4);
     custom->setAccessibleName("Custom");
-    column->insertLayout(column->count() - 1, row_of({check_box_of(form.Chk_custom_EOB), custom}));
-    return group_of("&End of block", column);
+    auto* grid = new QGridLayout;
+    grid->addWidget(check_box_of(form.chk_LF), 0, 0);
+    grid->addWidget(check_box_of(form.chk_CR), 0, 1);
+    grid->addWidget(check_box_of(form.chk_LFCR), 1, 0);
+    grid->addWidget(check_box_of(form.chk_CRLF), 1, 1);
+    grid->addWidget(check_box_of(form.Chk_custom_EOB), 2, 0);
+    grid->addWidget(custom, 2, 1);
+    grid->setRowStretch(3, 1);
+    return group_of("&End of block", grid);
 }
 
 }  // namespace
 
+// Machines | line and device | code, handshake, end of block.
 std::unique_ptr<QDialog> make_configure_dialog(configure_IO_lite& form) {
     auto dialog = std::make_unique<QDialog>();
     auto* grid = new QGridLayout(dialog.get());
-    auto* foot = foot_of({button_of(form.apply_button, 'A'), button_of(form.cancel_button, 'n')});
     auto* advanced = button_of(form.Advanced_button, 'v');
-    grid->addWidget(machines(form), 0, 0, 3, 1);
+    auto* bottom =
+        row_of({advanced,
+                foot_of({button_of(form.apply_button, 'A'), button_of(form.cancel_button, 'n')})});
+    bottom->setAlignment(advanced, Qt::AlignLeft);
+    grid->addWidget(machines(form), 0, 0, 2, 1);
     grid->addWidget(line(form), 0, 1);
     grid->addWidget(device(form), 1, 1);
     grid->addWidget(code(form), 0, 2);
-    grid->addWidget(handshaking(form), 1, 2);
-    grid->addWidget(end_of_block(form), 0, 3, 2, 1);
-    auto* bottom = row_of({advanced, foot});
-    bottom->setAlignment(advanced, Qt::AlignLeft);
-    grid->addLayout(bottom, 3, 0, 1, 4);
-    grid->setColumnStretch(0, 1);
-    grid->setColumnStretch(1, 2);
+    grid->addWidget(handshaking(form), 0, 3);
+    grid->addWidget(end_of_block(form), 1, 2, 1, 2);
+    grid->addLayout(bottom, 2, 0, 1, 4);
+    grid->setColumnStretch(0, 2);
+    grid->setColumnStretch(1, 3);
     grid->setRowStretch(1, 1);
     finish_dialog(*dialog);
     return dialog;

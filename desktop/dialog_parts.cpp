@@ -63,6 +63,26 @@ QListWidget* list_of(List_box& control, int rows, int characters) {
     return list;
 }
 
+QLineEdit* filter_of(QListWidget& list) {
+    auto* filter = new QLineEdit;
+    filter->setPlaceholderText("Filter");
+    filter->setAccessibleName("Filter");
+    filter->setClearButtonEnabled(true);
+    const auto refresh = [filter, &list] {
+        constexpr int long_list = 12;
+        filter->setEnabled(list.count() > long_list || !filter->text().isEmpty());
+        for (int row = 0; row < list.count(); ++row) {
+            const bool shown = list.item(row)->text().contains(filter->text(), Qt::CaseInsensitive);
+            list.setRowHidden(row, !shown);
+        }
+    };
+    refresh();
+    QObject::connect(filter, &QLineEdit::textChanged, &list, refresh);
+    QObject::connect(list.model(), &QAbstractItemModel::rowsInserted, filter, refresh);
+    QObject::connect(list.model(), &QAbstractItemModel::rowsRemoved, filter, refresh);
+    return filter;
+}
+
 QLabel* label_of(const Control& control, QWidget& widget, char key) {
     auto* label = new QLabel(with_access_key(control, key));
     label->setBuddy(&widget);

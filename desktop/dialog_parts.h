@@ -31,6 +31,9 @@ QLineEdit* field_of(Text_box& control, int characters, Text_form form = Text_for
 /// A list at least `characters` wide and `rows` high, which grows with its window.
 QListWidget* list_of(List_box& control, int rows, int characters);
 
+/// A field above a long list, which leaves only the rows that hold what is typed into it.
+QLineEdit* filter_of(QListWidget& list);
+
 /// A label with the caption of `control`, which names `widget` and leads to it.
 QLabel* label_of(const Control& control, QWidget& widget, char key = 0);
 /// As above, for a label that is a control of its own.

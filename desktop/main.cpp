@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QIcon>
 #include <exception>
 #include <functional>
 #include <iostream>
@@ -93,12 +94,19 @@ int main(int argc, char** argv) {
         return status_of_wrong_usage;
     }
     Application::setApplicationName("kelvane-lite");
+    QIcon icon;
+    for (const char* size : {"16", "32", "48", "128"}) {
+        icon.addFile(QString(":/kelvane-lite-%1.png").arg(size));
+    }
+    Application::setWindowIcon(icon);
+    Application::setDesktopFileName("kelvane-lite");
     // No display name: the system would append it to every window's title.
     Application::setQuitOnLastWindowClosed(false);
 
     Qt_event_loop loop;
     Disk_files files(find_program_directory());
     Qt_windows windows(loop);
+    windows.remember_places(files);
     Qt_message_box message_box(windows);
     Qt_file_dialog file_dialog(windows);
     Qt_printer printer(files, windows);

@@ -5,17 +5,21 @@
 #include <QMenuBar>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QShortcut>
 #include <QStatusBar>
-#include <QStyle>
 #include <QToolBar>
+#include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
 
 #include "desktop/bindings.h"
+#include "desktop/drawn_icons.h"
+#include "desktop/elided_label.h"
 #include "desktop/event_filter.h"
 #include "desktop/find_bars.h"
 #include "desktop/modality.h"
 #include "desktop/pane_view.h"
+#include "desktop/state_banner.h"
 #include "editing/edit_commands.h"
 #include "frame/resize_layout.h"
 
@@ -23,7 +27,7 @@ namespace kelvane {
 
 namespace {
 
-constexpr QSize first_size(900, 640);
+constexpr QSize first_size(960, 700);
 constexpr QSize least_size(420, 240);
 
 void fill_menu(QMenu& shown, const Menu& menu) {
@@ -44,12 +48,21 @@ void fill_menu(QMenu& shown, const Menu& menu) {
 
 }  // namespace
 
-Main_window::Main_window(Kelvane_lite_form& form, Editor_parts parts) : inner_(new QWidget(this)) {
-    setCentralWidget(inner_);
+Main_window::Main_window(Kelvane_lite_form& form, Editor_parts parts)
+    : inner_(new QWidget), banner_(new State_banner(form.state_field)) {
+    auto* centre = new QWidget;
+    auto* column = new QVBoxLayout(centre);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(banner_);
+    column->addWidget(inner_, 1);
+    setCentralWidget(centre);
     make_menus(form);
     make_controls(form, parts);
-    make_tool_bar(parts);
+    make_first_steps(form, parts.pane);
+    make_tool_bar(form, parts);
     make_status_bar(form, parts);
+    make_shortcuts(form);
     Event_filter::install(*inner_, [this](QEvent& event) {
         if (event.type() == QEvent::Resize || event.type() == QEvent::FontChange) {
             place_controls();
@@ -70,6 +83,7 @@ bool Main_window::event(QEvent* event) {
     painting.start();
     const bool handled = QMainWindow::event(event);
     view_->add_cost(painting.nsecsElapsed());
+    banner_->add_cost(painting.nsecsElapsed());
     return handled;
 }
 
@@ -79,37 +93,79 @@ void Main_window::make_menus(Kelvane_lite_form& form) {
     }
 }
 
-/// What is done most with a program, as the Edit menu has it; and the pane's context menu.
-void Main_window::make_tool_bar(Editor_parts& parts) {
-    struct Tool {
-        Edit_commands::Item item;
-        QStyle::StandardPixmap picture;
+/// What is done most; and the pane's context menu.
+void Main_window::make_tool_bar(Kelvane_lite_form& form, Editor_parts& parts) {
+    const auto& edit = parts.commands.EditMenuItem;
+    const std::pair<const Button*, Drawing> tools[] = {
+        {&form.FileMenuItem[0], Drawing::send},
+        {&form.FileMenuItem[1], Drawing::receive},
+        {nullptr, {}},
+        {&edit[Edit_commands::new_program], Drawing::new_program},
+        {&edit[Edit_commands::open], Drawing::open},
+        {&edit[Edit_commands::save], Drawing::save},
+        {&edit[Edit_commands::undo], Drawing::undo},
+        {&edit[Edit_commands::redo], Drawing::redo},
+        {&edit[Edit_commands::find], Drawing::find},
+        {nullptr, {}},
+        {&form.ToolsMenuItem[0], Drawing::monitor},
     };
-    constexpr Tool tools[] = {
-        {Edit_commands::new_program, QStyle::SP_FileIcon},
-        {Edit_commands::open, QStyle::SP_DialogOpenButton},
-        {Edit_commands::save, QStyle::SP_DialogSaveButton},
-        {Edit_commands::undo, QStyle::SP_ArrowBack},
-        {Edit_commands::redo, QStyle::SP_ArrowForward},
-        {Edit_commands::find, QStyle::SP_FileDialogContentsView},
-    };
-    QToolBar* bar = addToolBar("Program");
+    QToolBar* bar = addToolBar("Tools");
     bar->setObjectName("tool_bar");
     bar->setMovable(false);
     bar->toggleViewAction()->setVisible(false);
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    const auto action_of = [&](Edit_commands::Item item) {
-        return findChild<QAction*>(to_screen(parts.commands.EditMenuItem[item].name()));
-    };
-    for (const Tool& tool : tools) {
-        QAction* action = action_of(tool.item);
-        action->setIcon(style()->standardIcon(tool.picture));
+    for (const auto& [item, drawing] : tools) {
+        if (item == nullptr) {
+            bar->addSeparator();
+            continue;
+        }
+        auto* action = findChild<QAction*>(to_screen(item->name()));
+        action->setIcon(icon_of(drawing));
         action->setIconVisibleInMenu(false);
         bar->addAction(action);
     }
     for (int item = Edit_commands::undo; item <= Edit_commands::select_all; ++item) {
-        view_->addAction(action_of(static_cast<Edit_commands::Item>(item)));
+        view_->addAction(
+            findChild<QAction*>(to_screen(edit[static_cast<std::size_t>(item)].name())));
     }
+}
+
+/// Over the empty pane; gone as soon as there is something in it, or has been sent.
+void Main_window::make_first_steps(Kelvane_lite_form& form, const Program_pane& pane) {
+    first_steps_ = new QLabel(view_->viewport());
+    QFont letters = font();
+    letters.setPointSizeF(letters.pointSizeF() * 1.3);
+    first_steps_->setFont(letters);
+    first_steps_->setWordWrap(true);
+    first_steps_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+    first_steps_->setAttribute(Qt::WA_TransparentForMouseEvents);
+    // Clear of the caret's line and of the line numbers.
+    first_steps_->setMargin(3 * fontMetrics().lineSpacing());
+    bind(form.first_steps, *first_steps_);
+    show_first_steps_ = [this, &form, &pane] {
+        first_steps_->setVisible(form.first_steps.visible() && pane.text().bytes.empty());
+        first_steps_->setGeometry(view_->viewport()->rect());
+    };
+    Event_filter::install(*view_->viewport(), [this](QEvent& event) {
+        if (event.type() == QEvent::Resize) {
+            show_first_steps_();
+        }
+        return false;
+    });
+}
+
+/// The buttons' keys work in the program's other windows, too.
+void Main_window::make_shortcuts(Kelvane_lite_form& form) {
+    const auto on = [this](const QKeySequence& key, auto pressed) {
+        auto* shortcut = new QShortcut(key, this);
+        shortcut->setContext(Qt::ApplicationShortcut);
+        QObject::connect(shortcut, &QShortcut::activated, this, pressed);
+    };
+    on(Qt::Key_F9, [&form] { form.Send_button.click(); });
+    on(Qt::Key_F10, [&form] { form.Stop_button.click(); });
+    on(Qt::CTRL | Qt::Key_Q, [this] { close(); });
+    send_->setToolTip("Start or resume sending (F9)");
+    stop_->setToolTip("Pause or end what is sent or received (F10)");
 }
 
 void Main_window::make_controls(Kelvane_lite_form& form, Editor_parts& parts) {
@@ -137,20 +193,21 @@ void Main_window::make_controls(Kelvane_lite_form& form, Editor_parts& parts) {
 }
 
 void Main_window::make_status_bar(Kelvane_lite_form& form, Editor_parts parts) {
-    auto* status = new QLabel;
-    auto* part = new QLabel;
-    // A long text must not widen the window.
-    status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     // No accessible name: it would hide the text, which is what is to be read out.
-    status->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    auto* status = new Elided_label;
+    auto* part = new QLabel;
     bind(form.status_label, *status);
     statusBar()->addWidget(status, 1);
+    auto* open = new QPushButton;
+    bind(form.Open_file_button, *open);
+    statusBar()->addPermanentWidget(open);
     statusBar()->addPermanentWidget(part);
     part->setAccessibleName("Program shown");
     part->setTextFormat(Qt::PlainText);
-    const auto show_note = [part, &pane = parts.pane, &commands = parts.commands] {
+    const auto show_note = [this, part, &pane = parts.pane, &commands = parts.commands] {
         part->setText(to_screen(pane.note()));
         commands.refresh();
+        show_first_steps_();
     };
     view_->on_shown = show_note;
     show_note();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <functional>
 #include <memory>
 
 #include "frame/main_window.h"
@@ -15,6 +16,7 @@ class Edit_commands;
 class Find_bar;
 class Pane_view;
 class Program_pane;
+class State_banner;
 
 /// What the main window shows of the program in the pane.
 struct Editor_parts {
@@ -23,8 +25,8 @@ struct Editor_parts {
     Edit_commands& commands;
 };
 
-/// The main window: menus, the tool bar, the editor, the row of progress bar, Send and Stop under
-/// it, and the status bar.
+/// The main window: menus, the tool bar, the state of the transfer, the editor, the row of progress
+/// bar, Send and Stop under it, and the status bar.
 class Main_window : public QMainWindow {
   public:
     Main_window(Kelvane_lite_form& form, Editor_parts parts);
@@ -34,12 +36,17 @@ class Main_window : public QMainWindow {
 
   private:
     void make_menus(Kelvane_lite_form& form);
-    void make_tool_bar(Editor_parts& parts);
+    void make_tool_bar(Kelvane_lite_form& form, Editor_parts& parts);
+    void make_first_steps(Kelvane_lite_form& form, const Program_pane& pane);
+    void make_shortcuts(Kelvane_lite_form& form);
     void make_controls(Kelvane_lite_form& form, Editor_parts& parts);
     void make_status_bar(Kelvane_lite_form& form, Editor_parts parts);
     void place_controls();
 
     QWidget* inner_;
+    State_banner* banner_;
+    QLabel* first_steps_ = nullptr;
+    std::function<void()> show_first_steps_;
     Pane_view* view_ = nullptr;
     QWidget* find_bars_ = nullptr;
     QProgressBar* progress_ = nullptr;

@@ -11,6 +11,7 @@
 #include "desktop/resequence_dialog.h"
 #include "desktop/select_device_dialog.h"
 #include "desktop/test_line_dialog.h"
+#include "desktop/transfer_log_dialog.h"
 
 namespace kelvane {
 
@@ -32,6 +33,7 @@ void add_windows(Qt_windows& windows, Program& program) {
     windows.add(program.resequence_form, make_resequence_dialog);
     windows.add(program.line_monitor_form, make_line_monitor_dialog);
     windows.add(program.test_line_form, make_test_line_dialog);
+    windows.add(program.transfer_log_form, make_transfer_log_dialog);
 }
 
 }  // namespace kelvane

@@ -3,10 +3,14 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QCollator>
+#include <QDBusConnection>
+#include <QDBusMessage>
 #include <QDateTime>
+#include <QDesktopServices>
 #include <QFile>
 #include <QLocale>
 #include <QSerialPortInfo>
+#include <QUrl>
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
@@ -75,6 +79,25 @@ Qt_desktop_services::~Qt_desktop_services() {
 
 void Qt_desktop_services::beep() {
     QApplication::beep();
+}
+
+// The answer, if any comes, is nobody's business. Without an address Qt would start a bus.
+void Qt_desktop_services::notify(const std::string& text) {
+    if (QApplication::applicationState() == Qt::ApplicationActive ||
+        qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")) {
+        return;
+    }
+    QDBusMessage call = QDBusMessage::createMethodCall("org.freedesktop.Notifications",
+                                                       "/org/freedesktop/Notifications",
+                                                       "org.freedesktop.Notifications", "Notify");
+    constexpr int as_long_as_usual = -1;
+    call << QString("Kelvane Lite") << 0U << QString("kelvane-lite") << QString("Kelvane Lite")
+         << to_screen(text).toHtmlEscaped() << QStringList() << QVariantMap() << as_long_as_usual;
+    QDBusConnection::sessionBus().send(call);
+}
+
+void Qt_desktop_services::open_file(const std::string& path) {
+    QDesktopServices::openUrl(QUrl::fromLocalFile(QFile::decodeName(path.c_str())));
 }
 
 std::string Qt_desktop_services::date_text() const {

@@ -20,6 +20,8 @@ class Qt_desktop_services : public Desktop_services {
 
     void beep() override;
     void keep_awake(bool on) override { sleep_.set(on); }
+    void notify(const std::string& text) override;
+    void open_file(const std::string& path) override;
     [[nodiscard]] std::string date_text() const override;
     [[nodiscard]] std::string time_text() const override;
     [[nodiscard]] std::string stamp_text(std::time_t stamp) const override;

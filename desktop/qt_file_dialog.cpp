@@ -88,7 +88,7 @@ Task<std::optional<std::string>> Qt_file_dialog::ask_file(File_purpose purpose) 
 
 Task<std::optional<std::string>> Qt_file_dialog::ask_folder(std::string start) {
     const Dialog_owner<QFileDialog> dialog("folder_dialog", windows_.active_window(),
-                                           "Choose a folder", from_path(start));
+                                           "Choose a directory", from_path(start));
     dialog->setOptions(QFileDialog::DontUseNativeDialog | QFileDialog::ShowDirsOnly);
     dialog->setFileMode(QFileDialog::Directory);
     const bool accepted = co_await windows_.run(*dialog);

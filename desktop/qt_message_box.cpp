@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QPushButton>
+#include <vector>
 
 #include "desktop/qt_text.h"
 #include "desktop/standard_streams.h"
@@ -11,25 +13,39 @@ namespace kelvane {
 namespace {
 
 struct Choice {
-    QMessageBox::StandardButtons buttons;
-    QMessageBox::StandardButton careful;
-    Message_answer careful_answer;
+    Message_answer answer;
+    QMessageBox::StandardButton standard;
+    const char* caption = nullptr;  ///< of a button that is none of the system's
 };
 
-Choice choice_of(Message_buttons buttons) {
+/// From the boldest to the careful one.
+std::vector<Choice> choices_of(Message_buttons buttons) {
+    constexpr auto none = QMessageBox::NoButton;
     switch (buttons) {
         case Message_buttons::yes_no:
-            return {QMessageBox::Yes | QMessageBox::No, QMessageBox::No, Message_answer::no};
+            return {{Message_answer::yes, QMessageBox::Yes}, {Message_answer::no, QMessageBox::No}};
         case Message_buttons::ok_cancel:
-            return {QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel,
-                    Message_answer::cancel};
+            return {{Message_answer::ok, QMessageBox::Ok},
+                    {Message_answer::cancel, QMessageBox::Cancel}};
         case Message_buttons::save_discard_cancel:
-            return {QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel,
-                    QMessageBox::Cancel, Message_answer::cancel};
+            return {{Message_answer::save, QMessageBox::Save},
+                    {Message_answer::discard, QMessageBox::Discard},
+                    {Message_answer::cancel, QMessageBox::Cancel}};
+        case Message_buttons::save_again:
+            return {{Message_answer::save_as, none, "&Save as ..."},
+                    {Message_answer::again, none, "&Try again"},
+                    {Message_answer::cancel, QMessageBox::Close}};
+        case Message_buttons::ok_configure:
+            return {{Message_answer::configure, none, "&Configure ..."},
+                    {Message_answer::ok, QMessageBox::Ok}};
+        case Message_buttons::convert_or_raw:
+            return {{Message_answer::convert, none, "Con&vert"},
+                    {Message_answer::raw, none, "&As it came"},
+                    {Message_answer::cancel, QMessageBox::Cancel}};
         case Message_buttons::ok:
             break;
     }
-    return {QMessageBox::Ok, QMessageBox::Ok, Message_answer::ok};
+    return {{Message_answer::ok, QMessageBox::Ok}};
 }
 
 QMessageBox::Icon icon_of(Message_icon icon) {
@@ -46,48 +62,49 @@ QMessageBox::Icon icon_of(Message_icon icon) {
     return QMessageBox::NoIcon;
 }
 
+constexpr const char* answer_property = "answer";
+
+QPushButton* add_button(QMessageBox& box, const Choice& choice) {
+    QPushButton* button = choice.caption == nullptr
+                              ? box.addButton(choice.standard)
+                              : box.addButton(choice.caption, QMessageBox::AcceptRole);
+    button->setProperty(answer_property, static_cast<int>(choice.answer));
+    return button;
+}
+
 void fill(QMessageBox& box, const Message& message) {
-    const Choice choice = choice_of(message.buttons);
     box.setIcon(icon_of(message.icon));
     box.setWindowTitle(to_screen(message.title));
     box.setTextFormat(Qt::PlainText);
     box.setText(to_screen(message.text));
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
-    box.setStandardButtons(choice.buttons);
+    QPushButton* careful = nullptr;
+    for (const Choice& choice : choices_of(message.buttons)) {
+        careful = add_button(box, choice);
+    }
     // Enter pressed in passing must not overwrite or delete anything.
-    box.setDefaultButton(choice.careful);
-    box.setEscapeButton(choice.careful);
+    box.setDefaultButton(careful);
+    box.setEscapeButton(careful);
 }
 
-Message_answer answer(const QMessageBox& box, Message_buttons buttons) {
-    const Choice choice = choice_of(buttons);
+Message_answer answer(const QMessageBox& box, Message_answer careful) {
     const QAbstractButton* pressed = box.clickedButton();
-    if (pressed == nullptr || pressed == box.button(choice.careful)) {
-        return choice.careful_answer;
-    }
-    switch (box.standardButton(box.clickedButton())) {
-        case QMessageBox::Yes:
-            return Message_answer::yes;
-        case QMessageBox::Save:
-            return Message_answer::save;
-        case QMessageBox::Discard:
-            return Message_answer::discard;
-        default:
-            return Message_answer::ok;
-    }
+    return pressed == nullptr
+               ? careful
+               : static_cast<Message_answer>(pressed->property(answer_property).toInt());
 }
 
 }  // namespace
 
 Task<Message_answer> Qt_message_box::ask(Message message) {
-    const Message_answer careful = choice_of(message.buttons).careful_answer;
+    const Message_answer careful = choices_of(message.buttons).back().answer;
     if (!may_ask(message)) {
         co_return careful;
     }
     const Dialog_owner<QMessageBox> box("message_box", windows_.active_window());
     fill(*box, message);
     co_await windows_.run(*box);
-    co_return box.there() ? answer(*box, message.buttons) : careful;
+    co_return box.there() ? answer(*box, careful) : careful;
 }
 
 void Qt_message_box::stop_asking() {

@@ -166,6 +166,7 @@ Task<> Qt_printer::select_printer() {
 Result<> Qt_printer::begin_document(const std::string& title, Print_destination destination) {
     abort_document();
     destination_.clear();
+    destination_file_.clear();
     auto document = std::make_unique<Document>();
     document->destination = destination;
     document->printer = chosen_ ? chosen_ : usual_printer();
@@ -268,6 +269,7 @@ Result<> Qt_printer::finish_paper(Document& document) {
     const QString written = document.printer->outputFileName();
     document.printer->setOutputFileName(document.pdf_target);
     destination_ = from_screen(QFileInfo(document.pdf_target).fileName());
+    destination_file_ = QFile::encodeName(document.pdf_target).toStdString();
     const auto content = files_.read(QFile::encodeName(written).toStdString());
     if (!ended || !content || !is_complete_pdf(*content)) {
         return Failure{"The temporary file of the listing could not be written"};

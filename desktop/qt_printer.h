@@ -41,6 +41,7 @@ class Qt_printer : public Printer {
     Task<Result<>> end_document() override;
     void abort_document() override;
     [[nodiscard]] std::string destination_name() const override { return destination_; }
+    [[nodiscard]] std::string destination_file() const override { return destination_file_; }
     Task<> select_printer() override;
 
   private:
@@ -63,6 +64,7 @@ class Qt_printer : public Printer {
     std::shared_ptr<QPrinter> chosen_;  ///< with Select printer in this run; null until then
     std::unique_ptr<Document> document_;
     std::string destination_;
+    std::string destination_file_;
 };
 
 }  // namespace kelvane

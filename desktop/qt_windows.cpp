@@ -50,6 +50,7 @@ void Qt_windows::build(Entry& entry) {
     if (owner != nullptr && owner != &window) {
         window.setParent(owner, window.windowFlags());
     }
+    places_.place(window);
     Event_filter::install(window, [&form = *entry.form, &window](QEvent& event) {
         return close_by_form(form, window, event);
     });
@@ -94,6 +95,9 @@ void Qt_windows::show(Form& form, bool modal) {
 void Qt_windows::hide(Form& form) {
     Entry* entry = entry_of(form);
     if (entry != nullptr && entry->window) {
+        if (entry->window->isVisible()) {
+            places_.remember(*entry->window);
+        }
         entry->window->hide();
     }
 }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "desktop/modality.h"
+#include "desktop/window_places.h"
 #include "platform/event_loop.h"
 #include "platform/form.h"
 
@@ -31,6 +32,9 @@ class Qt_windows : public Window_system {
         add_builder(form, [&form, make]() -> std::unique_ptr<QWidget> { return make(form); });
     }
     void add_builder(Form& form, std::function<std::unique_ptr<QWidget>()> make);
+
+    /// Windows open where they were when they were last closed, from run to run.
+    void remember_places(Files& files) { places_.use(files); }
 
     void show(Form& form, bool modal) override;
     void hide(Form& form) override;
@@ -69,6 +73,7 @@ class Qt_windows : public Window_system {
     Event_loop& loop_;
     Modality modality_;
     std::vector<Entry> entries_;
+    Window_places places_;
     bool hourglass_wanted_ = false;
     int dialogs_ = 0;  ///< of Qt's, shown now: they have the usual pointer
     bool hourglass_ = false;

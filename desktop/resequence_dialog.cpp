@@ -84,7 +84,7 @@ QListWidget* add_preview(QGridLayout& grid, List_box& control) {
     list->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     list->setSelectionMode(QAbstractItemView::NoSelection);
     list->setUniformItemSizes(true);
-    list->setMinimumWidth(list->fontMetrics().horizontalAdvance(QString(26, '0')));
+    list->setMinimumWidth(list->fontMetrics().horizontalAdvance(QString(16, '0')));
     bind(control, *list);
     grid.addWidget(label_of(control, *list), 0, column);
     grid.addWidget(list, 1, column);
@@ -129,6 +129,8 @@ std::unique_ptr<QDialog> make_resequence_dialog(resequence_form_lite& form) {
         1, 3);
     grid->setColumnStretch(2, 1);
     grid->setRowStretch(1, 1);
+    constexpr QSize roomy(880, 480);
+    dialog->resize(roomy);
     finish_dialog(*dialog);
     return dialog;
 }

@@ -94,10 +94,19 @@ Open_failure locked(const std::string& device) {
     return {Port_error::in_use, device + " is in use by another program."};
 }
 
+/// Being in the group helps only where the group may read and write.
 Open_failure no_permission(const std::string& device, const struct stat& found) {
+    constexpr mode_t group_may = S_IRGRP | S_IWGRP;
+    const std::string group = group_name(found.st_gid);
     return {Port_error::no_permission,
-            "You have no permission to use " + device + ". It belongs to the group \"" +
-                group_name(found.st_gid) + "\": have yourself added to it, then log in again."};
+            "You have no permission to use " + device + ". " +
+                ((found.st_mode & group_may) == group_may
+                     ? "It belongs to the group \"" + group +
+                           "\": have yourself added to it, then log in again:\nsudo usermod -aG " +
+                           group + " " + user_name(::getuid())
+                     : "Not even its group, \"" + group +
+                           "\", may use it: the computer's administrator must change its "
+                           "permissions.")};
 }
 
 /// The folder that the system keeps on a device; `device` may be a lasting name for it.

@@ -32,9 +32,11 @@ std::string command_line_error(std::string_view line) {
 }
 
 std::string_view usage_text() {
-    return "Usage: kelvane-lite [\"JOB|FILE[|MACHINE]\"]\n"
+    return "Usage: kelvane-lite [FILE]\n"
+           "       kelvane-lite \"JOB|FILE[|MACHINE]\"\n"
            "       kelvane-lite --help | --version\n"
            "\n"
+           "FILE alone is opened in the editor.\n"
            "Jobs: 1 send, 2 receive, 3 print, 4 resequence, 5 binary send, 6 binary receive.\n"
            "Exit status: 0 done, 1 not done, 2 wrong usage, 3 another instance is running.\n";
 }

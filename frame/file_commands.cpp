@@ -1,6 +1,7 @@
 #include "frame/file_commands.h"
 
 #include "frame/file_filter.h"
+#include "platform/save_path.h"
 #include "receive/check_receive.h"
 
 namespace kelvane {
@@ -94,8 +95,23 @@ Task<std::optional<std::string>> File_commands::choose_file(int item) {
     co_return chosen;
 }
 
-/// Gives up what runs and waits for its end; false when a later command has been picked meanwhile.
+/// Asked once, about a transfer that has not been given up already.
+Task<bool> File_commands::may_stop() {
+    const Transfer_control& control = window_.control;
+    if (control.busy() == 0 || control.escape() != 0) {
+        co_return true;
+    }
+    const Raised asking(choosing_);
+    co_return co_await window_.may_stop_transfer();
+}
+
+/// Gives up what runs and waits for its end; false when a later command has been picked meanwhile,
+/// or the operator wants the transfer to go on.
 Task<bool> File_commands::wait_for_turn() {
+    const bool stops = co_await may_stop();
+    if (!stops) {
+        co_return false;
+    }
     const int command = ++newest_;
     window_.control.give_up();
     while (commands_.running() && command == newest_) {
@@ -118,9 +134,7 @@ Task<bool> File_commands::allowed(int item) {
         }
     }
     if (takes_new_file(item) && exists) {
-        const Message question{
-            "Warning ... File " + name + "\nalready exists. Overwrite existing file?", "Overwrite?",
-            Message_icon::exclamation, Message_buttons::yes_no};
+        const Message question = overwrite_question(name);
         const Message_answer answer = co_await window_.ask(question);
         co_return answer == Message_answer::yes;
     }

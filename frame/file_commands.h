@@ -21,6 +21,7 @@ class File_commands {
   private:
     [[nodiscard]] Task<> run(int item);
     [[nodiscard]] Task<std::optional<std::string>> choose_file(int item);
+    [[nodiscard]] Task<bool> may_stop();
     [[nodiscard]] Task<bool> wait_for_turn();
     [[nodiscard]] Task<bool> allowed(int item);
     [[nodiscard]] Task<> act(int item);

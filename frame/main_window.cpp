@@ -6,12 +6,20 @@
 #include "frame/settings_files.h"
 #include "machines/transfer_options.h"
 #include "session/file_names.h"
+#include "session/transfer_log.h"
 
 namespace kelvane {
 
 namespace {
 
 constexpr int status_of_second_instance = 3;
+
+constexpr std::string_view first_steps_text =
+    "First steps\n\n"
+    "1   Configure, Serial port: add your machine, choose its COM number and the device that it "
+    "is wired to, then Apply. Tools, Test line tries the cable.\n\n"
+    "2   Configure, Select Machine: choose the machine that programs go to.\n\n"
+    "3   File, Send: send it a program; or File, Receive: save what it punches out.";
 
 }  // namespace
 
@@ -26,18 +34,27 @@ Kelvane_lite_form::Kelvane_lite_form(Platform& the_platform)
           Button("ConfigMenuItem0", "&Serial port"), Button("ConfigMenuItem1", "Select &Machine"),
           Button("ConfigMenuItem2", "&Select printer"), Button("ConfigMenuItem3", "&Page layout"),
           Button("ConfigMenuItem4", "&Files && directories")},
-      ToolsMenuItem{Button("ToolsMenuItem0", "Line &monitor"),
-                    Button("ToolsMenuItem1", "&Test line"), Button("ToolsMenuItem2", "Ma&nual")},
+      ToolsMenuItem{
+          Button("ToolsMenuItem0", "Line &monitor"), Button("ToolsMenuItem1", "&Test line"),
+          Button("ToolsMenuItem2", "Transfer &log"),
+          Button("ToolsMenuItem3", "&Save received data as"), Button("ToolsMenuItem4", "Ma&nual")},
       AboutMenuItem{Button("AboutMenuItem0", "&Kelvane Lite"),
                     Button("AboutMenuItem1", "&Getting started"),
                     Button("AboutMenuItem2", "&Tape codes and handshakes"),
                     Button("AboutMenuItem3", "&Command line"),
                     Button("AboutMenuItem4", "Trouble on the &line")},
       Timer1(the_platform.loop, 100),
-      control(the_platform.loop, the_platform.port, *this, Send_button, Stop_button, status_label),
+      control(the_platform.loop, the_platform.port, *this, Send_button, Stop_button, status_label,
+              state_field),
       tasks(the_platform.loop) {
     status_label.plain = true;
     control.on_running = [this](bool on) { platform.desktop.keep_awake(on); };
+    FileMenuItem[2].shortcut = "Ctrl+P";
+    first_steps.plain = true;
+    first_steps.set_caption(std::string(first_steps_text));
+    Open_file_button.set_visible(false);
+    Open_file_button.on_click = [this] { platform.desktop.open_file(offered_file_); };
+    control.on_title([this](const std::string& title) { show_title(title); });
     control.on_ended = [this](Transfer_record& record) { keep_record(record); };
 }
 
@@ -71,10 +88,8 @@ void Kelvane_lite_form::close() {
 Task<> Kelvane_lite_form::ask_and_close() {
     bool may = true;
     if (control.busy() != 0) {
-        const Message question{control.activity_text() + ". Stop it?", std::string(product_name),
-                               Message_icon::exclamation, Message_buttons::yes_no};
-        const Message_answer answer = co_await ask(question);
-        may = answer == Message_answer::yes;
+        const bool stops = co_await may_stop_transfer();
+        may = stops;
     }
     if (may && may_close) {
         const bool allowed = co_await may_close();
@@ -84,6 +99,13 @@ Task<> Kelvane_lite_form::ask_and_close() {
     if (may) {
         unload();
     }
+}
+
+Task<bool> Kelvane_lite_form::may_stop_transfer() {
+    const Message question{control.activity_text() + ". Stop it?", std::string(product_name),
+                           Message_icon::exclamation, Message_buttons::yes_no};
+    const Message_answer answer = co_await ask(question);
+    co_return answer == Message_answer::yes;
 }
 
 void Kelvane_lite_form::on_load() {
@@ -116,6 +138,8 @@ void Kelvane_lite_form::start_up() {
         control.set_warning("Which machine was selected could not be read: it is " +
                             state.IO_device_name + " now");
     }
+    first_steps.set_visible(
+        !platform.files.exists(platform.files.program_path(file_names::transfer_log)));
     if (state.Command_line == 0 || !state.Command_line_open.empty()) {
         return;
     }
@@ -125,6 +149,17 @@ void Kelvane_lite_form::start_up() {
     }
 }
 
+void Kelvane_lite_form::offer_file(const std::string& path) {
+    offered_file_ = path;
+    Open_file_button.set_visible(!path.empty());
+}
+
+void Kelvane_lite_form::show_title(const std::string& transfer) {
+    const std::string product(product_name);
+    set_caption(transfer.empty() ? product : transfer + " - " + product);
+    ProgressBar1.set_busy(!transfer.empty() && control.direction() == Direction::receive);
+}
+
 void Kelvane_lite_form::show_machine() {
     const Loaded_options loaded = load_transfer_options(platform.files, state.IO_device_name);
     control.show_machine(state.IO_device_name);
@@ -132,10 +167,16 @@ void Kelvane_lite_form::show_machine() {
 }
 
 void Kelvane_lite_form::keep_record(Transfer_record& record) {
+    first_steps.set_visible(false);
     record.when = platform.desktop.date_text() + " " + platform.desktop.time_text();
     if (const auto kept = add_to_transfer_log(platform.files, record); !kept) {
         platform.desktop.tell_standard_error("The transfer log cannot be written: " +
                                              kept.reason());
+    } else if (on_logged) {
+        on_logged();
+    }
+    if (record.outcome != Outcome::refused && !control.closing()) {
+        platform.desktop.notify(result_sentence(record));
     }
 }
 

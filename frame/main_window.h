@@ -5,6 +5,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/controls.h"
@@ -12,6 +13,7 @@
 #include "platform/fault.h"
 #include "platform/form.h"
 #include "platform/platform.h"
+#include "platform/save_path.h"
 #include "platform/task_keeper.h"
 #include "session/operator.h"
 #include "session/session.h"
@@ -44,10 +46,14 @@ class Kelvane_lite_form : public Form, public Operator {
     Button Send_button{"Send_button", "Send"};
     Button Stop_button{"Stop_button", "Stop"};
     Label status_label{"status_label"};
+    State_field state_field{"state_field", "State of the transfer"};
+    Button Open_file_button{"Open_file_button", "Open listing"};  ///< visible while there is one
+    /// What a newcomer does first; visible until there has been a transfer.
+    Label first_steps{"first_steps"};
 
     std::array<Button, 6> FileMenuItem;
     std::array<Button, 5> ConfigMenuItem;
-    std::array<Button, 3> ToolsMenuItem;
+    std::array<Button, 5> ToolsMenuItem;
     std::array<Button, 5> AboutMenuItem;
     /// The Edit menu, which is joined on from above.
     std::optional<Menu> edit_menu;
@@ -61,6 +67,8 @@ class Kelvane_lite_form : public Form, public Operator {
     std::vector<Form*> other_forms;
 
     [[nodiscard]] Session session();
+    /// Called when a line has been added to the transfer log.
+    std::function<void()> on_logged;
 
     void show_text(const std::string& text) override { Text1.set_text(text); }
     [[nodiscard]] const std::string& shown_text() const override { return Text1.text(); }
@@ -71,9 +79,16 @@ class Kelvane_lite_form : public Form, public Operator {
     void repaint() override { windows().repaint(*this); }
     void set_progress(int percent) override { ProgressBar1.set_value(percent); }
     void set_note(const std::string& note) override { control.set_note(note); }
+    void offer_file(const std::string& path) override;
     void beep() override { platform.desktop.beep(); }
+    void configure() override { ConfigMenuItem.front().click(); }
     Task<Message_answer> ask(Message message) override;
+    Task<std::optional<std::string>> ask_save_path(std::string title) override {
+        return kelvane::ask_save_path(platform, {std::move(title), {}, {}});
+    }
 
+    /// "PART.NC is being sent, 21 %. Stop it?"
+    [[nodiscard]] Task<bool> may_stop_transfer();
     /// Asks once before a running transfer is given up, and what `may_close` asks; `unload` ends
     /// the program without asking.
     void close() override;
@@ -97,12 +112,14 @@ class Kelvane_lite_form : public Form, public Operator {
 
   private:
     void start_up();
+    void show_title(const std::string& transfer);
     void keep_record(Transfer_record& record);
     [[nodiscard]] Task<> ask_and_close();
     [[nodiscard]] Task<> refuse();
     [[nodiscard]] Task<> tell_fault(Fault fault);
     [[nodiscard]] Task<> tell_unwritten_and_end(std::string reason);
 
+    std::string offered_file_;
     bool refused_ = false;
     bool asks_to_close_ = false;
 };

@@ -23,6 +23,7 @@ Program::Program(Platform& platform)
       comm_form(platform.windows, platform.port),
       code_tables(Build_code_tables()),
       receive(window.session(), code_tables),
+      save_received(window.session(), code_tables),
       transfer(window.session(), code_tables, receive),
       listing(platform, window, window.control, window.state),
       advanced_form(platform.windows),
@@ -38,6 +39,7 @@ Program::Program(Platform& platform)
       line_watch(platform.port),
       line_monitor_form(platform, line_watch),
       test_line_form(platform, window.control, line_watch, [this] { return selected_line(); }),
+      transfer_log_form(platform),
       open_program(platform.loop, platform.files, platform.file_dialog, platform.message_box),
       pane(window.Text1, open_program, platform.desktop, platform.files,
            [this] { return window.control.busy() != 0 || window.control.sending() != 0; }),
@@ -47,10 +49,17 @@ Program::Program(Platform& platform)
       file_commands(window, commands, open_program),
       command_job(window, commands) {
     select_device_form.on_selected = [this] { window.show_machine(); };
+    configure_form.on_applied = [this](const std::string& machine) {
+        window.show_machine();
+        window.control.set_hint("Stored the settings of " + machine + "; transfers go to " +
+                                window.state.IO_device_name);
+    };
     window.other_forms = {&comm_form,          &advanced_form,     &configure_form,
                           &directories_form,   &page_layout_form,  &select_device_form,
                           &set_directory_form, &information_form,  &help_form,
-                          &resequence_form,    &line_monitor_form, &test_line_form};
+                          &resequence_form,    &line_monitor_form, &test_line_form,
+                          &transfer_log_form};
+    window.on_logged = [this] { transfer_log_form.renew(); };
     window.edit_menu = Menu{"EditMenu",
                             "&Edit",
                             edit_commands.EditMenuItem,
@@ -80,7 +89,9 @@ void Program::join_menus() {
     };
     window.ToolsMenuItem[0].on_click = [this] { line_monitor_form.show(); };
     window.ToolsMenuItem[1].on_click = [this] { test_line_form.show(); };
-    window.ToolsMenuItem[2].on_click = [this] { help_form.show_page(help_contents); };
+    window.ToolsMenuItem[2].on_click = [this] { transfer_log_form.show(); };
+    window.ToolsMenuItem[3].on_click = [this] { window.tasks.start(save_received.run()); };
+    window.ToolsMenuItem[4].on_click = [this] { help_form.show_page(help_contents); };
     information_form.on_link = [this](const std::string& page) { help_form.show_page(page); };
     for (int item = 0; item < static_cast<int>(window.AboutMenuItem.size()); ++item) {
         window.AboutMenuItem[static_cast<std::size_t>(item)].on_click = [this, item] {

@@ -14,6 +14,7 @@
 #include "frame/help_form.h"
 #include "frame/information.h"
 #include "frame/main_window.h"
+#include "frame/transfer_log_form.h"
 #include "line/line_monitor_form.h"
 #include "line/line_watch.h"
 #include "line/test_line_form.h"
@@ -24,6 +25,7 @@
 #include "print/page_layout_form.h"
 #include "print/program_listing.h"
 #include "receive/receive.h"
+#include "receive/save_received.h"
 #include "resequence/resequence_form.h"
 #include "resequence/resequence_run.h"
 #include "transmit/code_tables.h"
@@ -52,6 +54,7 @@ class Program {
     Comm_form_lite comm_form;
     const Code_tables code_tables;
     Receive receive;
+    Save_received save_received;
     Transfer transfer;
     Program_listing listing;
     Configure_IO_advanced_lite advanced_form;
@@ -67,6 +70,7 @@ class Program {
     Line_watch line_watch;
     Line_monitor_form line_monitor_form;
     Test_line_form test_line_form;
+    Transfer_log_form transfer_log_form;
     Open_program open_program;
     Program_pane pane;
     Find_bar find_bar;

@@ -28,7 +28,7 @@ void Set_directory_form_lite::directory_changed() {
     const std::string& path = Directory_txt.text();
     const bool one_line = path.find_first_of("\r\n") == std::string::npos;
     const bool possible = path.empty() || (one_line && platform_.files.is_folder(path));
-    directory_hint.set_caption(possible ? "" : "There is no such folder.");
+    directory_hint.set_caption(possible ? "" : "There is no such directory.");
     OK_button.set_enabled(possible);
 }
 

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <optional>
-#include <string>
-
 #include "line/line_view.h"
 #include "platform/controls.h"
 #include "platform/form.h"
@@ -30,9 +27,6 @@ class Line_monitor_form : public Form {
   private:
     void pause(bool paused);
     Task<> save();
-    /// Where to; no value when the operator cancels.
-    Task<std::optional<std::string>> ask_path();
-    Task<bool> may_write(std::string path);
 
     Platform& platform_;
     Task_keeper tasks_;

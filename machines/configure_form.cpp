@@ -116,6 +116,28 @@ void configure_IO_lite::load_current_machine() {
 }
 
 void configure_IO_lite::machine_clicked() {
+    const int picked = IO_device_lst.selected();
+    if (shown_text() != unchanged_) {
+        IO_device_lst.select(machine_);
+        tasks_.start(leave_for(picked));
+    } else {
+        load_clicked_machine();
+    }
+}
+
+Task<> configure_IO_lite::leave_for(int position) {
+    const Message question{"The settings of " + IO_device_lst.selected_text() +
+                               " have been changed and not applied.\nDrop the changes?",
+                           std::string(product_name), Message_icon::exclamation,
+                           Message_buttons::yes_no};
+    const Message_answer answer = co_await platform_.message_box.ask(question);
+    if (answer == Message_answer::yes) {
+        IO_device_lst.select(position);
+        load_clicked_machine();
+    }
+}
+
+void configure_IO_lite::load_clicked_machine() {
     const std::string machine = IO_device_lst.selected_text();
     load_machine(read_machine_file(platform_.files, port_settings_name(machine)), clicked_port);
 }
@@ -127,6 +149,8 @@ void configure_IO_lite::load_machine(Result<std::string> content, int port) {
     const auto codes = read_switchbox_codes(machine);
     const std::string reason = content.unreadable() ? content.reason() : codes.reason();
     load_record(std::move(content), port);
+    machine_ = IO_device_lst.selected();
+    unchanged_ = shown_text();
     apply_button.set_enabled(reason.empty());
     if (!reason.empty()) {
         tell("Cannot read the settings of " + machine + ".\n" + reason);
@@ -168,6 +192,10 @@ MachineSettings configure_IO_lite::shown_settings() {
     return settings;
 }
 
+std::string configure_IO_lite::shown_text() {
+    return machine_settings_text(shown_settings()) + advanced_.Switchbox_txt.text();
+}
+
 int configure_IO_lite::shown_com_port() const {
     return highest_com_port - std::max(COM_lst.selected(), 0);
 }
@@ -178,16 +206,16 @@ void configure_IO_lite::show_com_port(int port) {
     }
 }
 
-void configure_IO_lite::saveit(const std::string& path) {
+Result<> configure_IO_lite::saveit(const std::string& path) {
     if (advanced_.Timeout_txt.text().empty()) {
         advanced_.Timeout_txt.set_text(stored_timeout(""));
     }
     const auto& items = IO_device_lst.items();
-    // Nothing is said of a failure: the form closes as if all had been saved.
-    if (!path.empty()) {
-        static_cast<void>(platform_.files.replace(path, machine_settings_text(shown_settings())));
-    }
-    static_cast<void>(write_machine_list(platform_.files, {items.begin() + 1, items.end()}));
+    const auto record =
+        path.empty() ? Result<>()
+                     : platform_.files.replace(path, machine_settings_text(shown_settings()));
+    const auto list = write_machine_list(platform_.files, {items.begin() + 1, items.end()});
+    return record.and_then([&] { return list; });
 }
 
 void configure_IO_lite::tell(std::string text) {
@@ -242,11 +270,19 @@ void configure_IO_lite::store() {
         tell("Cannot store what the COM numbers are wired to.\n" + wired.reason());
         return;
     }
-    saveit(machine_file_path(files, name).value_or(""));
     Text_writer switchbox;
     switchbox.line(one_line(advanced_.Switchbox_txt.text()));
-    static_cast<void>(write_machine_file(files, switchbox_name(machine), switchbox.text()));
+    const auto stored = saveit(machine_file_path(files, name).value_or("")).and_then([&] {
+        return write_machine_file(files, switchbox_name(machine), switchbox.text());
+    });
+    if (!stored) {
+        tell("Cannot store the settings of " + machine + ".\n" + stored.reason());
+        return;
+    }
     unload();
+    if (on_applied) {
+        on_applied(machine);
+    }
 }
 
 void configure_IO_lite::name_changed() {
@@ -277,7 +313,11 @@ void configure_IO_lite::add_machine() {
     IO_device_lst.add(name);
     New_name_txt.set_text("");
     IO_device_lst.select(static_cast<int>(IO_device_lst.count()) - 1);
-    saveit(may_write_bare_file(platform_.files, name) ? name : "");
+    machine_ = IO_device_lst.selected();
+    if (const auto listed = saveit(may_write_bare_file(platform_.files, name) ? name : "");
+        !listed) {
+        name_hint.set_caption("The list could not be stored: " + listed.reason());
+    }
 }
 
 Task<> configure_IO_lite::delete_machine() {
@@ -298,6 +338,7 @@ void configure_IO_lite::delete_machine_at(int position) {
     const std::string machine = IO_device_lst.items()[static_cast<std::size_t>(position)];
     IO_device_lst.remove(position);
     IO_device_lst.select(0);
+    machine_ = 0;
     const auto settings_path =
         machine_file_path(platform_.files, named_port_settings_name(machine));
     const auto unlisted = remove_from_machine_list(platform_.files, machine);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <span>
 #include <string>
 
@@ -17,10 +18,10 @@
 
 namespace kelvane {
 
-/// "Configure serial port": edits the list of machines and each machine's record. What it leaves
-/// behind are files; it changes neither the selected machine nor the settings of a transfer. Files
-/// that cannot be written are passed over without a message, the old ones staying whole. Of one
-/// that is there and cannot be read the operator is told; it is never written over.
+/// "Configure serial port": edits the list of machines and each machine's record. What it
+/// leaves behind are files; it changes neither the selected machine nor the settings of a
+/// transfer. Of files that cannot be written or read the operator is told, and what was typed
+/// stays; one that is there and cannot be read is never written over.
 class configure_IO_lite : public Form {
   public:
     /// `advanced` holds the other half of the record; it is loaded and unloaded with this form.
@@ -72,9 +73,12 @@ class configure_IO_lite : public Form {
     /// A number outside 1..128 leaves the list as it is.
     void show_com_port(int port);
 
-    /// Writes the shown record to the file `path` (no settings file for an empty path), then the
-    /// list of machines.
-    void saveit(const std::string& path);
+    /// Called when all has been stored, with the machine's name.
+    std::function<void(const std::string& machine)> on_applied;
+
+    /// Writes the shown record to the file `path` (no settings file for an empty path), then
+    /// the list of machines. The list is written whatever becomes of the record.
+    Result<> saveit(const std::string& path);
     /// Shows the switchbox select codes of `machine`; none without a file or when it cannot be
     /// read.
     Result<> read_switchbox_codes(const std::string& machine);
@@ -86,6 +90,10 @@ class configure_IO_lite : public Form {
   private:
     void load_current_machine();
     void machine_clicked();
+    Task<> leave_for(int position);
+    void load_clicked_machine();
+    /// All that a machine's files hold, as it is shown.
+    [[nodiscard]] std::string shown_text();
     void load_machine(Result<std::string> content, int port);
     void load_record(Result<std::string> content, int port);
     void show_fields(const MachineSettings& settings, std::span<const Machine_field> fields);
@@ -107,7 +115,9 @@ class configure_IO_lite : public Form {
     Platform& platform_;
     const Shared_state& state_;
     Configure_IO_advanced_lite& advanced_;
-    Task_keeper tasks_;  ///< questions and messages, which end with the form
+    int machine_ = 0;        ///< position of the machine that is shown
+    std::string unchanged_;  ///< `shown_text` of what was read
+    Task_keeper tasks_;      ///< questions and messages, which end with the form
 };
 
 }  // namespace kelvane

@@ -178,8 +178,6 @@ Loaded_options load_transfer_options(const Files& files, const std::string& mach
 }
 
 std::string summary_of(const Transfer_options& options) {
-    static constexpr const char* codes[tape_code_count] = {"ASCII even", "ASCII odd",
-                                                           "ASCII no parity", "EIA"};
     const std::string dot = " \xb7 ";
     std::string handshake = options.Xonhs ? "Xon/Xoff" : "";
     if (options.RTShs) {
@@ -187,7 +185,7 @@ std::string summary_of(const Transfer_options& options) {
     }
     return "COM" + decimal(options.com_port) + " (" + options.device + ")" + dot +
            options.line_settings.substr(0, options.line_settings.find(',')) + dot +
-           codes[static_cast<std::size_t>(options.TX_code)] + dot +
+           std::string(tape_code_name(options.TX_code)) + dot +
            (handshake.empty() ? "no handshake" : handshake);
 }
 

@@ -212,6 +212,29 @@ void Log_text::copy() const {
     run(on_copy);
 }
 
+void Progress_bar::set_busy(bool busy) {
+    if (std::exchange(busy_, busy) != busy) {
+        changed();
+    }
+}
+
+void State_field::set_view(View view) {
+    if (view != view_) {
+        view_ = std::move(view);
+        changed();
+    }
+}
+
+void Table::set_columns(std::vector<std::string> columns) {
+    columns_ = std::move(columns);
+    changed();
+}
+
+void Table::set_rows(std::vector<Row> rows) {
+    rows_ = std::move(rows);
+    changed();
+}
+
 void Rich_text::set_text(std::string text) {
     text_ = std::move(text);
     selection_start_ = 0;

@@ -176,9 +176,33 @@ class Progress_bar : public Control {
     using Control::Control;
     [[nodiscard]] int value() const { return value_; }
     void set_value(int percent);
+    /// Something goes on of which nobody knows how much there is.
+    [[nodiscard]] bool busy() const { return busy_; }
+    void set_busy(bool busy);
 
   private:
     int value_ = 0;
+    bool busy_ = false;
+};
+
+/// What goes on, to be read from a distance.
+class State_field : public Control {
+  public:
+    using Control::Control;
+    enum class Kind : char { none, running, waiting, held, done, stopped, failed };
+    struct View {
+        Kind kind = Kind::none;  ///< `none`: nothing has gone on yet
+        std::string words;       ///< "Held by Xoff"
+        std::string share;       ///< "21 %"
+        std::string details;     ///< whose, how far, since when
+        std::string advice;      ///< what to look at; empty unless something is
+        bool operator==(const View&) const = default;
+    };
+    [[nodiscard]] const View& view() const { return view_; }
+    void set_view(View view);
+
+  private:
+    View view_;
 };
 
 /// A log that is only shown, and copied: parts of one or more lines, which are added at its end and
@@ -208,6 +232,21 @@ class Log_text : public Control {
   private:
     std::deque<Part> parts_;
     std::uint64_t fallen_ = 0;
+};
+
+/// Rows of texts under columns with headings, which are only shown.
+class Table : public Control {
+  public:
+    using Control::Control;
+    using Row = std::vector<std::string>;
+    [[nodiscard]] const std::vector<std::string>& columns() const { return columns_; }
+    [[nodiscard]] const std::vector<Row>& rows() const { return rows_; }
+    void set_columns(std::vector<std::string> columns);
+    void set_rows(std::vector<Row> rows);
+
+  private:
+    std::vector<std::string> columns_;
+    std::vector<Row> rows_;
 };
 
 /// The editor pane: a read-only text with a selection. Positions are byte offsets into the text as

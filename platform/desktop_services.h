@@ -30,6 +30,12 @@ class Desktop_services {
     /// While it is on, the computer does not fall asleep of itself, as far as the system lets
     /// itself be asked; without a word where it does not. Off at first.
     virtual void keep_awake(bool on) = 0;
+    /// Shows `text` beside all windows of the desktop, for an operator who works in another program
+    /// meanwhile; nothing while one of this program's windows is in front, or where the desktop
+    /// cannot do it.
+    virtual void notify(const std::string& text) = 0;
+    /// Opens a file with the system's program for its kind.
+    virtual void open_file(const std::string& path) = 0;
     /// Now, in the system's short date and time formats.
     [[nodiscard]] virtual std::string date_text() const = 0;
     [[nodiscard]] virtual std::string time_text() const = 0;

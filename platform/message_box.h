@@ -8,8 +8,29 @@
 namespace kelvane {
 
 enum class Message_icon { none, information, exclamation, critical };
-enum class Message_buttons { ok, ok_cancel, yes_no, save_discard_cancel };
-enum class Message_answer { ok, cancel, yes, no, save, discard };
+enum class Message_buttons {
+    ok,
+    ok_cancel,
+    yes_no,
+    save_discard_cancel,
+    save_again,     ///< "Save as ...", "Try again", "Close"
+    ok_configure,   ///< "Configure ...", "OK"
+    convert_or_raw  ///< "Convert", "As it came", "Cancel"
+};
+/// "Close" answers as "Cancel" does.
+enum class Message_answer {
+    ok,
+    cancel,
+    yes,
+    no,
+    save,
+    discard,
+    save_as,
+    again,
+    configure,
+    convert,
+    raw
+};
 
 /// One modal message: lines of `text` are joined by line feeds.
 struct Message {

@@ -86,6 +86,9 @@ class Printer {
     /// after one that was previewed only.
     [[nodiscard]] virtual std::string destination_name() const = 0;
 
+    /// The path of the file that the last document became; empty when it went to a printer.
+    [[nodiscard]] virtual std::string destination_file() const = 0;
+
     /// The system's dialog to choose the printer of the documents to come (kept for later
     /// runs).
     /// A cancelled or failed dialog changes nothing and says nothing.

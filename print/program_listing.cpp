@@ -94,6 +94,7 @@ Task<> Program_listing::run(std::string path, Page_layout layout, Print_destinat
         co_await say(printed.reason());
     } else if (printed && destination == Print_destination::paper) {
         op_.set_note("Listing sent to " + printer_.destination_name());
+        op_.offer_file(printer_.destination_file());
     }
 }
 

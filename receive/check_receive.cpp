@@ -28,8 +28,8 @@ Result<> keep_backup(Files& files, const std::string& path) {
 std::optional<Message> Try_target_folder(Files& files, const std::string& path) {
     const auto tried = try_folder(files, path);
     return tried ? std::nullopt
-                 : std::optional(critical_box("Cannot write to folder " + folder_of(path) + "\n" +
-                                              tried.reason()));
+                 : std::optional(critical_box("Cannot write to directory " + folder_of(path) +
+                                              "\n" + tried.reason()));
 }
 
 Task<bool> Check_receive(const Session& session, std::string path) {

@@ -4,7 +4,9 @@
 #include <utility>
 
 #include "platform/basic_text.h"
+#include "receive/conversion.h"
 #include "receive/receive_saver.h"
+#include "receive/save_received.h"
 #include "session/file_names.h"
 #include "session/line_trouble.h"
 #include "transmit/switchbox.h"
@@ -12,8 +14,6 @@
 namespace kelvane {
 
 namespace {
-
-constexpr std::size_t breath_every = 100;  // bytes
 
 Transfer_end end_with_note(Outcome outcome, std::string note, Message box) {
     Transfer_end end = end_with(outcome, std::move(box));
@@ -51,7 +51,7 @@ Receive::Receive(const Session& session, const Code_tables& tables)
 
 Task<Transfer_end> Receive::receive(const Transfer_options& options, std::string path,
                                     bool binary) {
-    if (auto refusal = stage(path, binary)) {
+    if (auto refusal = stage(options.machine, path, binary)) {
         co_return std::move(*refusal);
     }
     session_.control.begin_receiving();
@@ -68,7 +68,7 @@ Task<Transfer_end> Receive::receive(const Transfer_options& options, std::string
     }
     session_.control.line_silent();
     if (binary) {
-        co_return keep_binary(collected.bytes, path);
+        co_return co_await save_binary(collected.bytes, std::move(path));
     }
     span_ = collected.span;
     cause_.clear();
@@ -77,11 +77,15 @@ Task<Transfer_end> Receive::receive(const Transfer_options& options, std::string
     co_return end;
 }
 
-std::optional<Transfer_end> Receive::stage(const std::string& path, bool binary) {
+std::optional<Transfer_end> Receive::stage(const std::string& machine, const std::string& path,
+                                           bool binary) {
+    using Form = Unsaved_reception::Form;
     std::string reason;
     if (!binary && same_path(path, staging_.path())) {
         reason = "The program itself works with this file. Choose another name.";
-    } else if (const auto cleared = staging_.clear(); !cleared) {
+    } else if (const auto cleared =
+                   staging_.begin({machine, path, binary ? Form::binary : Form::raw, {}});
+               !cleared) {
         reason = cleared.reason();
     } else {
         return std::nullopt;
@@ -126,25 +130,40 @@ Transfer_end Receive::unfinished_end(const Collected& collected, const std::stri
     }
 }
 
-Transfer_end Receive::keep_binary(std::int64_t bytes, const std::string& path) {
+Task<Transfer_end> Receive::save_binary(std::int64_t bytes, std::string path) {
     session_.control.happens(Transfer_event::converted);
     const std::string received = "Received: " + Str(bytes) + " bytes of BINARY data ...";
     session_.op.show_text(received);
+    Transfer_end end = keep_binary(path);
+    while (end.outcome == Outcome::disk_full) {
+        const auto next = co_await ask_next_path(session_.op, *end.box, path);
+        if (!next) {
+            end.box.reset();
+            co_return end;
+        }
+        path = *next;
+        session_.control.goes_to(path);
+        end = keep_binary(path);
+    }
+    end.note = received + "  " + path;
+    co_return end;
+}
+
+/// Under the fixed name in the program directory, and as `path`.
+Transfer_end Receive::keep_binary(const std::string& path) {
     Files& files = session_.files;
     const std::string target = files.program_path(file_names::received_binary);
-    const auto moved = files.rename(staging_.path(), target);
-    if (!moved) {
-        if (const auto copied = files.copy(staging_.path(), target); !copied) {
-            return unsaved_end(target, copied.reason(), staging_.path());
+    if (files.exists(staging_.path())) {
+        const auto moved = files.rename(staging_.path(), target);
+        if (const auto kept = moved ? moved : files.copy(staging_.path(), target); !kept) {
+            return unsaved_end(target, kept.reason(), staging_.path());
         }
-        staging_.remove();
     }
     if (const auto copied = files.copy(target, path); !copied) {
         return unsaved_end(path, copied.reason(), target);
     }
-    Transfer_end end;
-    end.note = received + "  " + path;
-    return end;
+    staging_.remove();
+    return {};
 }
 
 Task<Transfer_end> Receive::save_text(const Transfer_options& options, std::string path) {
@@ -168,13 +187,31 @@ Task<Transfer_end> Receive::save_text(const Transfer_options& options, std::stri
                          "Received data error"));
     }
     const std::string doubts = told_of(received, kept);
-    Receive_saver saver(session_, staging_, std::move(path), doubts);
-    Transfer_end end = co_await saver.save(std::move(kept), options);
+    Transfer_end end = co_await save(kept, options, std::move(path), doubts);
     end.remarks = doubts;
     if (received.recognised) {
         tell(end, doubts);
     }
     co_return end;
+}
+
+/// As often as the operator wants to try.
+Task<Transfer_end> Receive::save(const std::string& text, const Transfer_options& options,
+                                 std::string path, const std::string& doubts) {
+    while (true) {
+        Receive_saver saver(session_, staging_, path, doubts);
+        Transfer_end end = co_await saver.save(text, options);
+        if (end.outcome != Outcome::disk_full) {
+            co_return end;
+        }
+        const auto next = co_await ask_next_path(session_.op, *end.box, path);
+        if (!next) {
+            end.box.reset();
+            co_return end;
+        }
+        path = *next;
+        session_.control.goes_to(path);
+    }
 }
 
 /// A box, unless another one is due; a job that nobody may be watching ends without one.
@@ -195,26 +232,22 @@ Task<Receive::Text_or_trouble> Receive::code_convert_file(const Transfer_options
         co_return critical_box("Cannot access file\n" + staging_.path() + "\n" + raw.reason(),
                                "Disk read error");
     }
-    Received_code code{options.RX_code == 1 ? receive_eia : receive_ascii,
-                       static_cast<unsigned char>(options.RX_eob)};
-    if (options.Use_auto_code_recognition) {
-        const auto recognised = recognise_code(*raw);
-        if (!recognised) {
-            name_cause(*raw);
-            const Message box = critical_box(
-                "Cannot recognize received data.\nCheck I/O device "
-                "settings.",
-                "Received data error");
-            co_await session_.op.ask(box);
-            co_return Text{*raw, false, {}};
-        }
-        code = *recognised;
-        session_.op.show_text(code.column == receive_eia ? "Code converting EIA data"
-                                                         : "Code converting ASCII/ISO data");
+    const auto code = code_of(*raw, options);
+    if (!code) {
+        name_cause(*raw);
+        const Message box = critical_box(
+            "Cannot recognize received data.\nCheck I/O device "
+            "settings.",
+            "Received data error");
+        co_await session_.op.ask(box);
+        co_return Text{*raw, false, {}};
     }
-    const Conversion_options kept{options.ignore_before, options.ignore_after, options.unwanted,
-                                  options.RX_Mask};
-    std::string text = co_await converted(*raw, code, kept);
+    if (options.Use_auto_code_recognition) {
+        session_.op.show_text(code->column == receive_eia ? "Code converting EIA data"
+                                                          : "Code converting ASCII/ISO data");
+    }
+    const Conversion_options dropped = conversion_options(options);
+    std::string text = co_await converted_text(session_.loop, tables_, *raw, *code, dropped);
     if (text.empty()) {
         name_cause(*raw);
     }
@@ -223,17 +256,7 @@ Task<Receive::Text_or_trouble> Receive::code_convert_file(const Transfer_options
                                staged.reason(), staging_.path())
             .box;
     }
-    co_return Text{std::move(text), true, doubts_of(*raw, tables_, code, kept)};
-}
-
-Task<std::string> Receive::converted(const std::string& raw, Received_code code,
-                                     const Conversion_options& options) {
-    Received_text text(raw, tables_, code, options);
-    while (!text.at_end()) {
-        text.take(breath_every);
-        co_await session_.loop.breath();
-    }
-    co_return text.finish();
+    co_return Text{std::move(text), true, doubts_of(*raw, tables_, *code, dropped)};
 }
 
 /// Also under the box that tells it; the end of the transfer tells the errors by itself.
@@ -257,6 +280,8 @@ Result<> Receive::stage_text(const std::string& text) {
     });
     if (!staged) {
         files.remove(converted);
+    } else {
+        staging_.converted();
     }
     return staged;
 }

@@ -40,14 +40,16 @@ class Receive : public Receiver {
     [[nodiscard]] Task<Text_or_trouble> code_convert_file(const Transfer_options& options);
 
   private:
-    [[nodiscard]] std::optional<Transfer_end> stage(const std::string& path, bool binary);
+    [[nodiscard]] std::optional<Transfer_end> stage(const std::string& machine,
+                                                    const std::string& path, bool binary);
     [[nodiscard]] Task<Collected> collect(const Transfer_options& options);
     [[nodiscard]] Transfer_end unfinished_end(const Collected& collected,
                                               const std::string& path) const;
-    [[nodiscard]] Transfer_end keep_binary(std::int64_t bytes, const std::string& path);
+    [[nodiscard]] Task<Transfer_end> save_binary(std::int64_t bytes, std::string path);
+    [[nodiscard]] Transfer_end keep_binary(const std::string& path);
     [[nodiscard]] Task<Transfer_end> save_text(const Transfer_options& options, std::string path);
-    [[nodiscard]] Task<std::string> converted(const std::string& raw, Received_code code,
-                                              const Conversion_options& options);
+    [[nodiscard]] Task<Transfer_end> save(const std::string& text, const Transfer_options& options,
+                                          std::string path, const std::string& doubts);
     void tell(Transfer_end& end, const std::string& doubts) const;
     void name_cause(std::string_view raw);
     [[nodiscard]] Result<> stage_text(const std::string& text);

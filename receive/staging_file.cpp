@@ -13,9 +13,13 @@ constexpr Clock_time settle_interval = std::chrono::seconds(1);
 Staging_file::Staging_file(Files& files, Event_loop& loop)
     : files_(files), loop_(loop), path_(files.program_path(file_names::scratch)) {}
 
-Result<> Staging_file::clear() {
+Result<> Staging_file::begin(const Unsaved_reception& reception) {
     unsettled_ = false;
-    return files_.replace(path_, {});
+    const auto emptied = files_.replace(path_, {});
+    if (emptied) {
+        begin_reception(files_, reception);
+    }
+    return emptied;
 }
 
 Result<> Staging_file::append(std::string_view bytes) {

@@ -5,6 +5,7 @@
 
 #include "platform/event_loop.h"
 #include "platform/files.h"
+#include "session/unsaved_reception.h"
 
 namespace kelvane {
 
@@ -15,8 +16,10 @@ class Staging_file {
     Staging_file(Files& files, Event_loop& loop);
 
     [[nodiscard]] const std::string& path() const { return path_; }
-    /// Empties the file for a new receive.
-    [[nodiscard]] Result<> clear();
+    /// Empties the file for a new receive, of which `reception` tells all but the file.
+    [[nodiscard]] Result<> begin(const Unsaved_reception& reception);
+    /// It holds the text of the bytes now.
+    void converted() { mark_converted(files_); }
     [[nodiscard]] Result<> append(std::string_view bytes);
     /// To be called now and then: writes through what has waited for a second.
     [[nodiscard]] Result<> settle();
@@ -24,7 +27,10 @@ class Staging_file {
     [[nodiscard]] bool unsettled() const { return unsettled_; }
     [[nodiscard]] Result<std::string> read() const { return files_.read(path_); }
     /// What it held is safe elsewhere.
-    void remove() { files_.remove(path_); }
+    void remove() {
+        files_.remove(path_);
+        forget_reception(files_);
+    }
 
   private:
     Files& files_;

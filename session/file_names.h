@@ -30,6 +30,10 @@ inline constexpr std::string_view exclamation_delay = "\\!delay";
 inline constexpr std::string_view scratch = "\\scratchpad data 5";
 /// Output of the conversion of a receive, renamed to `scratch` when complete.
 inline constexpr std::string_view scratch_converted = "\\scratchpad data 5b";
+/// Of which machine, for which file, the staging file holds what has been received and not saved.
+inline constexpr std::string_view reception_note = "\\Received data not saved";
+/// What has been received and not saved, once a send needs the staging file's name.
+inline constexpr std::string_view reception_aside = "\\scratchpad data 5 (received)";
 /// Written to a receive's target folder and removed at once, to see whether it can be.
 inline constexpr std::string_view write_test = "DummyfilenameforIOtest";
 /// Result of a binary receive.
@@ -47,6 +51,8 @@ inline constexpr std::string_view recent_programs = "\\Recent programs";
 /// Changes that were not saved when the program was ended from outside: the path of the program, an
 /// LF, the text.
 inline constexpr std::string_view unsaved_program = "\\Unsaved program";
+/// Where the windows have been, and how large.
+inline constexpr std::string_view window_places = "\\Window places";
 /// Size of the editor's letters in percent.
 inline constexpr std::string_view editor_zoom = "\\Editor zoom";
 /// Temporary files that are being written now, of which a killed run leaves some behind.

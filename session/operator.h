@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -30,8 +31,16 @@ class Operator {
     virtual void set_progress(int percent) = 0;
     /// A note in the status bar beside the idle machine; it stays until the next transfer begins.
     virtual void set_note(const std::string& note) = 0;
+    /// Offers to open that file with the system's program for it, until the next offer; an empty
+    /// path takes the offer back.
+    virtual void offer_file(const std::string& path) = 0;
     virtual void beep() = 0;
 
+    /// Asks in the file dialog, which has that title, where to save, and before a file is written
+    /// over. No value when the operator cancels.
+    virtual Task<std::optional<std::string>> ask_save_path(std::string title) = 0;
+    /// Opens the configuration of the serial port.
+    virtual void configure() = 0;
     /// Shows a modal message and waits for its answer.
     virtual Task<Message_answer> ask(Message message) = 0;
     /// A critical, or other, box with the product's name, or `title`.

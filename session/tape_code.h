@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 
 namespace kelvane {
 
@@ -14,6 +15,13 @@ enum class Tape_code {
 };
 
 inline constexpr std::size_t tape_code_count = 4;
+
+/// "ASCII even"
+constexpr std::string_view tape_code_name(Tape_code code) {
+    constexpr std::string_view names[tape_code_count] = {"ASCII even", "ASCII odd",
+                                                         "ASCII no parity", "EIA"};
+    return names[static_cast<std::size_t>(code)];
+}
 
 /// True for the codes that punch an odd number of holes for every character, so that blank tape is
 /// no character of theirs.

@@ -2,13 +2,15 @@
 
 #include <utility>
 
+#include "platform/files.h"
 #include "session/control_characters.h"
 #include "session/line_trouble.h"
 
 namespace kelvane {
 
 Transfer_control::Transfer_control(Event_loop& loop, Serial_comm& port, Operator& op,
-                                   Button& Send_button, Button& Stop_button, Label& status_label)
+                                   Button& Send_button, Button& Stop_button, Label& status_label,
+                                   State_field& state_field)
     : Timer5(loop, 50),
       Timer6(loop, 3000),
       Timer8(loop, 1000),
@@ -21,7 +23,7 @@ Transfer_control::Transfer_control(Event_loop& loop, Serial_comm& port, Operator
       op_(op),
       send_(Send_button),
       stop_(Stop_button),
-      status_(loop, status_label) {
+      status_(loop, status_label, state_field) {
     send_.on_click = [this] { press_send(); };
     stop_.on_click = [this] { press_stop(); };
     for (Timer* delay : {&Timer9, &Timer12, &Timer17, &exclamation_timer}) {
@@ -35,7 +37,7 @@ bool Transfer_control::begin(Direction direction, std::string path) {
     }
     direction_ = direction;
     path_ = std::move(path);
-    status_.begin_record();
+    status_.begin_record(direction, path_);
     clear_flags();
     busy_ = 1;
     on_running(true);
@@ -133,7 +135,10 @@ Task<> Transfer_control::end(Transfer_end end) {
     status_.end(result + (result.empty() || end.note.empty() ? "" : "  |  ") + end.note);
     if (end.box) {
         const Message box = *end.box;
-        co_await op_.ask(box);
+        const Message_answer answer = co_await op_.ask(box);
+        if (answer == Message_answer::configure) {
+            op_.configure();
+        }
     }
 }
 
@@ -149,13 +154,12 @@ std::string Transfer_control::line_remark(const Transfer_end& end) const {
 
 std::string Transfer_control::result_of(Outcome outcome, const std::string& remarks) {
     Transfer_record record = status_.record();
-    record.path = path_;
-    record.direction = direction_;
     record.outcome = outcome;
     record.remarks = remarks;
     if (on_ended) {
         on_ended(record);
     }
+    status_.set_result(record);
     return result_sentence(record);
 }
 

@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/controls.h"
 #include "platform/event_loop.h"
@@ -21,7 +22,7 @@ namespace kelvane {
 class Transfer_control {
   public:
     Transfer_control(Event_loop& loop, Serial_comm& port, Operator& op, Button& Send_button,
-                     Button& Stop_button, Label& status_label);
+                     Button& Stop_button, Label& status_label, State_field& state_field);
 
     [[nodiscard]] int busy() const { return busy_; }            ///< 1: a transfer is on
     [[nodiscard]] int sending() const { return sending_; }      ///< 1: a send is on
@@ -55,6 +56,11 @@ class Transfer_control {
     /// A transfer begins: all flags of the one before are cleared. False, with nothing changed,
     /// while one is on. `path` is its file.
     [[nodiscard]] bool begin(Direction direction, std::string path = {});
+    /// What is being received is saved there.
+    void goes_to(std::string path) {
+        path_ = std::move(path);
+        status_.set_path(path_);
+    }
     /// What is going on: "PART.NC is being sent, 21 %".
     [[nodiscard]] std::string activity_text() const;
     /// The port that the transfer uses, and the machine, for the status bar.
@@ -96,6 +102,12 @@ class Transfer_control {
     /// Called with true when a transfer begins, and with false when none is on any more, whatever
     /// has ended it; the latter also without one.
     std::function<void(bool)> on_running = [](bool) {};
+    /// Called with "PART.NC to Mill 2" when a transfer begins, and with an empty text at its end.
+    void on_title(std::function<void(const std::string&)> told) {
+        status_.on_title = std::move(told);
+    }
+    /// Of the transfer that is on, or the last one.
+    [[nodiscard]] Direction direction() const { return direction_; }
     /// Of the last transfer.
     [[nodiscard]] Outcome outcome() const { return outcome_; }
 
@@ -160,6 +172,10 @@ class Transfer_control {
     void set_summary(const std::string& summary) { status_.set_summary(summary); }
     void set_note(const std::string& note) { status_.set_note(note); }
     void set_warning(const std::string& warning) { status_.set_warning(warning); }
+    /// What the operator should know before the transfer that waits goes on; sentences with line
+    /// feeds between them.
+    void set_caution(const std::string& caution) { status_.set_caution(caution); }
+    void set_hint(const std::string& hint) { status_.set_hint(hint); }
 
   private:
     void clear_flags();

@@ -4,7 +4,7 @@
 #include <chrono>
 
 #include "platform/basic_text.h"
-#include "session/file_names.h"
+#include "platform/files.h"
 
 namespace kelvane {
 
@@ -49,69 +49,6 @@ std::string broken_sentence(const Transfer_record& record) {
            name_of(record.path);
 }
 
-std::string_view result_word(Outcome outcome) {
-    switch (outcome) {
-        case Outcome::done:
-            return "done";
-        case Outcome::stopped:
-            return "stopped";
-        case Outcome::refused:
-            return "not begun";
-        case Outcome::lost_line:
-            return "line lost";
-        case Outcome::disk_full:
-            return "not saved";
-        case Outcome::nothing_received:
-            return "no text received";
-        case Outcome::fault:
-            return "fault";
-    }
-    return {};
-}
-
-/// A field of the log: tabs and line ends would begin another one.
-std::string field(std::string text) {
-    for (char& c : text) {
-        c = c == '\n' ? ';' : static_cast<unsigned char>(c) < ' ' ? ' ' : c;
-    }
-    return text;
-}
-
-std::string log_line(const Transfer_record& record) {
-    const std::string fields[] = {record.when,
-                                  record.machine,
-                                  record.direction == Direction::send ? "sent" : "received",
-                                  record.path,
-                                  decimal(record.bytes),
-                                  record.lines > 0 ? std::to_string(record.lines) : "",
-                                  minutes_and_seconds(record.duration),
-                                  std::string(result_word(record.outcome)) +
-                                      (record.outcome != Outcome::done && record.line > 0
-                                           ? " at line " + std::to_string(record.line)
-                                           : ""),
-                                  record.remarks};
-    std::string line;
-    for (const std::string& text : fields) {
-        line += (&text == fields ? "" : "\t") + field(text);
-    }
-    return line + std::string(cr_lf);
-}
-
-/// The newer half of a log that has become too long, from the start of a line on.
-Result<> shorten(Files& files, const std::string& path) {
-    const auto length = files.length(path);
-    if (!length || *length <= longest_transfer_log) {
-        return {};
-    }
-    const auto log = files.read(path);
-    if (!log) {
-        return log.failure();
-    }
-    const std::size_t line_end = log->find('\n', log->size() / 2);
-    return files.replace(path,
-                         line_end == std::string::npos ? std::string() : log->substr(line_end + 1));
-}
-
 }  // namespace
 
 std::string minutes_and_seconds(Clock_time span) {
@@ -147,11 +84,6 @@ std::string result_sentence(const Transfer_record& record) {
         text = broken_sentence(record);
     }
     return text + (record.when.empty() ? "" : ", " + record.when);
-}
-
-Result<> add_to_transfer_log(Files& files, const Transfer_record& record) {
-    const std::string path = files.program_path(file_names::transfer_log);
-    return shorten(files, path).and_then([&] { return files.append(path, log_line(record)); });
 }
 
 }  // namespace kelvane

@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include "platform/event_loop.h"
-#include "platform/files.h"
 #include "session/transfer_end.h"
 
 namespace kelvane {
@@ -40,12 +39,5 @@ struct Transfer_record {
 
 /// "1:05": minutes and seconds.
 [[nodiscard]] std::string minutes_and_seconds(Clock_time span);
-
-/// The largest size of the transfer log in bytes; a longer one loses its older half.
-inline constexpr std::uint64_t longest_transfer_log = 500'000;
-
-/// Adds a line to the transfer log in the program directory: date and time, machine, "sent" or
-/// "received", file, bytes, lines, duration, result and remarks, with tabs between.
-[[nodiscard]] Result<> add_to_transfer_log(Files& files, const Transfer_record& record);
 
 }  // namespace kelvane

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/basic_text.h"
+#include "platform/files.h"
+
 namespace kelvane {
 
 namespace {
@@ -41,6 +44,63 @@ std::string_view state_text(Transfer_state state) {
     return {};
 }
 
+State_field::Kind kind_of(Transfer_state state) {
+    using Kind = State_field::Kind;
+    switch (state) {
+        case Transfer_state::waiting_for_start:
+        case Transfer_state::waiting_for_data:
+            return Kind::waiting;
+        case Transfer_state::held_by_xoff:
+        case Transfer_state::held_by_cts:
+        case Transfer_state::paused:
+            return Kind::held;
+        default:
+            return Kind::running;
+    }
+}
+
+/// Capital letter, and short enough for large letters.
+std::string large_words(Transfer_state state) {
+    if (state == Transfer_state::draining) {
+        return "Last characters";
+    }
+    std::string words(state_text(state));
+    if (state == Transfer_state::paused) {
+        words.erase(words.find(':'));
+    }
+    words.replace(0, 1, upper_case(words.substr(0, 1)));
+    return words;
+}
+
+std::string result_words(const Transfer_record& record) {
+    const bool send = record.direction == Direction::send;
+    switch (record.outcome) {
+        case Outcome::done:
+            return send ? "Sent" : "Received";
+        case Outcome::stopped:
+            return record.line > 0 ? "Stopped at line " + grouped_decimal(record.line) : "Stopped";
+        case Outcome::refused:
+            return send ? "Not sent" : "Not received";
+        case Outcome::lost_line:
+            return "Line lost";
+        case Outcome::disk_full:
+            return "Not saved";
+        case Outcome::nothing_received:
+            return "No text received";
+        case Outcome::fault:
+            return "Ended by a fault";
+    }
+    return {};
+}
+
+State_field::Kind result_kind(const Transfer_record& record) {
+    if (record.outcome == Outcome::done) {
+        return record.remarks.empty() ? State_field::Kind::done : State_field::Kind::stopped;
+    }
+    return record.outcome == Outcome::stopped ? State_field::Kind::stopped
+                                              : State_field::Kind::failed;
+}
+
 /// What to look at when the machine says nothing in that state.
 std::string_view advice(Transfer_state state) {
     switch (state) {
@@ -64,8 +124,8 @@ std::string_view advice(Transfer_state state) {
 
 }  // namespace
 
-Transfer_status::Transfer_status(Event_loop& loop, Label& label)
-    : loop_(loop), label_(label), timer_(loop, repaint_ms) {
+Transfer_status::Transfer_status(Event_loop& loop, Label& label, State_field& field)
+    : loop_(loop), label_(label), field_(field), timer_(loop, repaint_ms) {
     timer_.on_tick = [this] { show(); };
 }
 
@@ -79,15 +139,25 @@ void Transfer_status::set_summary(std::string summary) {
     show();
 }
 
-void Transfer_status::begin(std::string machine, std::string port) {
+void Transfer_status::begin_record(Direction direction, std::string path) {
     record_ = {};
+    record_.direction = direction;
+    record_.path = std::move(path);
+}
+
+void Transfer_status::begin(std::string machine, std::string port) {
+    begin_record(record_.direction, record_.path);
     record_.machine = std::move(machine);
     port_ = std::move(port);
     note_.clear();
     hint_.clear();
+    caution_.clear();
     since_ = loop_.now();
     state_ = Transfer_state::preparing;
     timer_.set_enabled(true);
+    if (on_title) {
+        on_title(title());
+    }
     show();
 }
 
@@ -129,9 +199,22 @@ Transfer_record Transfer_status::record() const {
     return record;
 }
 
+void Transfer_status::set_caution(std::string caution) {
+    caution_ = std::move(caution);
+    show();
+}
+
+void Transfer_status::set_result(const Transfer_record& record) {
+    result_ = {
+        result_kind(record), result_words(record), {}, result_sentence(record), record.remarks};
+}
+
 void Transfer_status::end(std::string note) {
     state_ = Transfer_state::idle;
     timer_.set_enabled(false);
+    if (on_title) {
+        on_title({});
+    }
     set_note(std::move(note));
 }
 
@@ -151,7 +234,9 @@ void Transfer_status::set_warning(std::string warning) {
 }
 
 void Transfer_status::show() {
-    label_.set_caption(state_ == Transfer_state::idle ? idle_text() : busy_text());
+    const bool idle = state_ == Transfer_state::idle;
+    label_.set_caption(idle ? idle_text() : busy_text());
+    field_.set_view(idle ? result_ : busy_view());
 }
 
 std::string Transfer_status::idle_text() const {
@@ -165,10 +250,33 @@ std::string Transfer_status::idle_text() const {
 std::string Transfer_status::busy_text() const {
     std::string text = record_.machine + " on " + port_ + ": " + std::string(state_text(state_)) +
                        "  |  " + progress_text(record_) + "  |  " + times_text();
-    if (loop_.now() - since_ >= long_silence && !advice(state_).empty()) {
-        text += "  |  " + std::string(advice(state_));
+    std::string said = advice_now();
+    std::replace(said.begin(), said.end(), '\n', ';');
+    return text + (said.empty() ? "" : "  |  ") + said;
+}
+
+/// Before the start what is to be known of the program, too.
+std::string Transfer_status::advice_now() const {
+    const bool silent = loop_.now() - since_ >= long_silence;
+    std::string text(silent ? advice(state_) : std::string_view());
+    if (state_ == Transfer_state::waiting_for_start && !caution_.empty()) {
+        text += (text.empty() ? "" : "\n") + caution_;
     }
     return text;
+}
+
+std::string Transfer_status::title() const {
+    return name_of(record_.path) + (record_.direction == Direction::send ? " to " : " from ") +
+           record_.machine;
+}
+
+State_field::View Transfer_status::busy_view() const {
+    const bool known = record_.total > 0;
+    return {kind_of(state_), large_words(state_),
+            known ? percent_text(record_)
+                  : grouped_decimal(static_cast<std::uint64_t>(record_.bytes)) + " bytes",
+            title() + " on " + port_ + ":  " + progress_text(record_) + ",  " + times_text(),
+            advice_now()};
 }
 
 /// Time gone since the first byte, or before it since the wait began; and the time left, as fast as

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -11,19 +12,25 @@
 
 namespace kelvane {
 
-/// The status bar: machine and port, what is done and why it waits, how far it is, time gone and
-/// left; when the machine has been silent for long, what to look at; and what the last transfer has
-/// come to. It repaints at once when the state changes, else four times a second.
+/// The status bar and the state field: machine and port, what is done and why it waits, how far it
+/// is, time gone and left; when the machine has been silent for long, what to look at; and what the
+/// last transfer has come to. It repaints at once when the state changes, else four times a second.
 class Transfer_status {
   public:
-    Transfer_status(Event_loop& loop, Label& label);
+    Transfer_status(Event_loop& loop, Label& label, State_field& field);
+
+    /// Called when a transfer begins, with its name, "PART.NC to Mill 2", and with an empty text
+    /// when it has ended.
+    std::function<void(const std::string& title)> on_title;
 
     /// The machine that is named while nothing goes on.
     void set_machine(std::string machine);
     /// Port and settings of that machine: "COM3 (/dev/ttyUSB0) - 9600".
     void set_summary(std::string summary);
-    /// Nothing is known yet of the transfer that begins.
-    void begin_record() { record_ = {}; }
+    /// Nothing is known yet of the transfer that begins but its file and direction.
+    void begin_record(Direction direction, std::string path);
+    /// What is being received is saved there.
+    void set_path(const std::string& path) { record_.path = path; }
     /// A transfer begins: bytes and clock start at 0. It keeps the name of its machine to its end,
     /// whichever is selected meanwhile.
     void begin(std::string machine, std::string port);
@@ -37,8 +44,12 @@ class Transfer_status {
     void add_bytes(std::size_t bytes);
     void restart_count();
     [[nodiscard]] std::int64_t bytes() const { return record_.bytes; }
-    /// What is known of the transfer: all but its file, direction and end.
+    /// What is known of the transfer: all but its end.
     [[nodiscard]] Transfer_record record() const;
+    /// Said while the transfer waits for its start.
+    void set_caution(std::string caution);
+    /// What the transfer has come to, for the state field.
+    void set_result(const Transfer_record& record);
     /// Back to idle. `note` stays until the next transfer ("Received bytes are kept in ...").
     void end(std::string note);
     /// Shows `hint` beside all else until the next transfer begins.
@@ -53,9 +64,14 @@ class Transfer_status {
     [[nodiscard]] std::string idle_text() const;
     [[nodiscard]] std::string busy_text() const;
     [[nodiscard]] std::string times_text() const;
+    [[nodiscard]] std::string title() const;
+    [[nodiscard]] std::string advice_now() const;
+    [[nodiscard]] State_field::View busy_view() const;
 
     Event_loop& loop_;
     Label& label_;
+    State_field& field_;
+    State_field::View result_;  ///< of the last transfer
     Timer timer_;
     std::string machine_;
     std::string summary_;
@@ -63,6 +79,7 @@ class Transfer_status {
     std::string note_;
     std::string warning_;
     std::string hint_;
+    std::string caution_;
     Transfer_state state_ = Transfer_state::idle;
     Transfer_record record_;
     Clock_time since_{};    ///< when the state was entered

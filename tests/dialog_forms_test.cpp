@@ -72,7 +72,7 @@ TEST_F(Directories, a_folder_is_typed_or_chosen_and_must_exist) {
         set_directory.OK_button.click();
         set_directory.Directory_txt.press_enter();
         EXPECT_TRUE(set_directory.visible());
-        EXPECT_EQ(set_directory.directory_hint.caption(), "There is no such folder.");
+        EXPECT_EQ(set_directory.directory_hint.caption(), "There is no such directory.");
         house.file_dialog.folder = "/nc";
         set_directory.Browse_button.click();
         set_directory.OK_button.click();

@@ -319,6 +319,36 @@ TEST_F(Machine_forms, what_cannot_be_read_is_told_and_never_written_over) {
     EXPECT_FALSE(selection.visible());
 }
 
+TEST_F(Machine_forms, changes_are_neither_dropped_nor_lost_without_a_word) {
+    list("Mill\r\nLathe\r\n");
+    machine_file("Mill");
+    machine_file("Lathe", {{1, "COM2"}});
+    state.IO_device_name = "Mill";
+    std::string applied;
+    form.on_applied = [&](const std::string& machine) { applied += machine + " "; };
+    form.show();
+    choose("Lathe");
+    EXPECT_EQ(form.COM_lst.selected_text(), " 2") << "nothing was changed";
+    advanced.leader_txt.set_text("%");
+    house.boxes.expect("The settings of Lathe have been changed and not applied",
+                       Message_answer::no);
+    choose("Mill");
+    EXPECT_EQ(form.IO_device_lst.selected_text(), "Lathe");
+    EXPECT_EQ(advanced.leader_txt.text(), "%");
+    for (const char* lost : {"settings for Lathe", "device list", "codes for Lathe"}) {
+        house.files.fail("replace", lost, "No space left on device");
+        house.boxes.expect("Cannot store the settings of Lathe.\nNo space left on device");
+        form.apply_button.click();
+        EXPECT_TRUE(form.loaded()) << lost;
+        house.files.repair();
+    }
+    house.boxes.expect("Drop the changes?", Message_answer::yes);
+    choose("Mill");
+    EXPECT_EQ(form.COM_lst.selected_text(), " 1");
+    form.apply_button.click();
+    EXPECT_EQ(applied, "Mill ");
+}
+
 TEST_F(Machine_forms, delete_takes_the_machine_and_leaves_its_switchbox_codes) {
     list("Mill\r\nLathe\r\nMill\r\n");
     machine_file("Mill");

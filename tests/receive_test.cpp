@@ -281,7 +281,7 @@ TEST(Receive, SaysWhatIsWrongOnTheLine) {
 
 TEST(Receive, ItsFolderIsTriedBeforeThePortOpens) {
     Shop_floor shop({}, "");
-    shop.boxes().expect("Cannot write to folder /gone");
+    shop.boxes().expect("Cannot write to directory /gone");
     shop.pick(1, "/gone/NEW.NC");
     shop.pass(100ms);
     EXPECT_EQ(shop.machine().times_opened(), 0);
@@ -323,6 +323,58 @@ TEST(Receive, WhatCannotBeSavedStaysStagedAndIsSaid) {
         EXPECT_EQ(shop.scratch(), "%\r\nG0\r\n");
         EXPECT_NE(shop.boxes().shown().back().text.find("scratchpad data 5"), std::string::npos);
     }
+}
+
+TEST(Receive, AFailedSaveIsTriedAgainOrGoesElsewhere) {
+    for (const bool binary : {false, true}) {
+        Shop_floor shop({}, "");
+        shop.menu(binary ? 5 : 1, "NEW.NC");
+        const char* step = binary ? "copy" : "replace";
+        shop.desk.files.fail(step, "NEW.NC");
+        shop.machine().sends("%\r\n");
+        shop.boxes().expect("NEW.NC", Message_answer::again);
+        shop.boxes().expect("NEW.NC", Message_answer::save_as);
+        shop.desk.file_dialog.answers = {{File_purpose::save, "/nc/OTHER.NC"}};
+        shop.wait_until_idle();
+        EXPECT_EQ(shop.file("OTHER.NC"), "%\r\n");
+        EXPECT_NE(shop.status().find("Received OTHER.NC from Mill: 3 bytes"), std::string::npos)
+            << shop.status();
+        EXPECT_EQ(shop.scratch(), "(missing)");
+    }
+}
+
+TEST(SaveReceivedData, ConvertedOrRawAfterStopASendAndAnotherRun) {
+    const std::string wire = even("%\r\nG0X1\r\n");
+    Shop_floor shop({{4, " 0"}, {15, "*3"}}, "G0\r\n");
+    Button& command = shop.window().ToolsMenuItem[3];
+    const auto save_as = [&](const char* path, Message_answer form) {
+        shop.desk.file_dialog.answers = {{File_purpose::save, path}};
+        shop.boxes().expect("9 bytes received from Mill for\n/nc/NEW.NC", form);
+        command.click();
+        shop.pass(100ms);
+    };
+    shop.start();
+    shop.boxes().expect("There is no received data");
+    command.click();
+    shop.receive();
+    shop.machine().sends(wire);
+    shop.pass(1s);
+    shop.window().Stop_button.click();
+    shop.pass(100ms);
+    save_as("/nc/TEXT.NC", Message_answer::convert);
+    EXPECT_EQ(shop.file("TEXT.NC"), "%\r\nG0X1\r\n");
+    shop.send();
+    shop.wait_until_idle();
+    shop.desk.files.fail("replace", "RAW", "No space left on device");
+    shop.boxes().expect("9 bytes received", Message_answer::raw);
+    shop.boxes().expect("No space left on device", Message_answer::save_as);
+    shop.desk.file_dialog.answers = {{File_purpose::save, "/nc/RAW"},
+                                     {File_purpose::save, "/nc/BYTES"}};
+    command.click();
+    shop.pass(100ms);
+    EXPECT_EQ(shop.file("BYTES"), wire);
+    EXPECT_EQ(shop.desk.files.content("/kelvane/scratchpad data 5 (received)"), wire)
+        << "the working copy of a send has taken its place, not its bytes";
 }
 
 TEST(Receive, ALostAdapterOrAFullDiskKeepsWhatHadCome) {
@@ -371,6 +423,7 @@ TEST(Receive, ANewCommandAbortsItAndSavesNothingToTheNewName) {
     shop.receive();
     shop.machine().sends("%\r\nG1\r\n");
     shop.pass(2990ms);
+    shop.boxes().expect("NEW.NC is being received. Stop it?", Message_answer::yes);
     shop.send();
     EXPECT_EQ(shop.file("PART.NC"), "G0\r\n");
     EXPECT_EQ(shop.received(), "G0\r\n");
@@ -384,6 +437,7 @@ TEST(Receive, ACommandPickedDuringTheConversionRunsAfterIt) {
     shop.machine().sends("%\r\n" + std::string(500, 'A'));
     shop.window().Text1.observe([&] {
         if (shop.log().starts_with("Code converting")) {
+            shop.boxes().expect("Stop it?", Message_answer::yes);
             shop.machine().after(0s, [&] { shop.pick(1, "TWO.NC"); });
         }
     });
@@ -397,6 +451,8 @@ TEST(Receive, TwoCommandsPickedInARowDoNotBothRun) {
     Shop_floor shop({}, "G0\r\n");
     shop.receive("ONE.NC");
     shop.machine().after(1ms, [&] { shop.pick(1, "TWO.NC"); });
+    shop.boxes().expect("ONE.NC is being received. Stop it?", Message_answer::yes);
+    shop.boxes().expect("PART.NC is being sent, 0 %. Stop it?", Message_answer::yes);
     shop.menu(0);
     EXPECT_EQ(shop.log(), "Ready to receive data ...");
     shop.machine().sends("%\r\n");
@@ -427,7 +483,7 @@ TEST(CommandLineReceive, PreparesItsTargetAndEndsTheProgram) {
 
     for (const bool folder : {true, false}) {
         Shop_floor refused({}, "old");
-        refused.boxes().expect(folder ? "already exists." : "Cannot write to folder /gone",
+        refused.boxes().expect(folder ? "already exists." : "Cannot write to directory /gone",
                                folder ? Message_answer::no : Message_answer::ok);
         refused.start(folder ? "2|/nc/PART.NC" : "6|/gone/NEW");
         refused.pass(200ms);

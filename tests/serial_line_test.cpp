@@ -211,12 +211,16 @@ TEST_F(Serial_line_test, failures_to_open_are_told_apart) {
     EXPECT_FALSE(port_.is_open());
 
     constexpr uid_t nobody = 65534;
-    ASSERT_EQ(::chmod(device_.c_str(), 0), 0);
-    const bool changed = ::geteuid() == 0 && ::seteuid(nobody) == 0;
-    EXPECT_EQ(open(), Port_error::no_permission);
-    ASSERT_TRUE(!changed || ::seteuid(0) == 0);
-    EXPECT_NE(port_.error_text().find("It belongs to the group \""), std::string::npos)
-        << port_.error_text();
+    constexpr gid_t others = 4242;
+    ASSERT_TRUE(::geteuid() != 0 || ::chown(device_.c_str(), 0, others) == 0);
+    for (const mode_t mode : {0660, 0600}) {
+        ASSERT_EQ(::chmod(device_.c_str(), ::geteuid() == 0 ? mode : mode & 0060), 0);
+        const bool changed = ::geteuid() == 0 && ::seteuid(nobody) == 0;
+        EXPECT_EQ(open(), Port_error::no_permission);
+        ASSERT_TRUE(!changed || ::seteuid(0) == 0);
+        EXPECT_EQ(port_.error_text().find("sudo usermod -aG ") != std::string::npos, mode == 0660)
+            << port_.error_text();
+    }
 }
 
 TEST_F(Serial_line_test, a_line_without_modem_lines_is_clear_to_send) {

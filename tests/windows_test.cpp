@@ -147,7 +147,8 @@ TEST_F(Finished_program, every_menu_item_shows_its_form_or_dialog) {
         {2, 4, "", "directories_form_lite|Files and directories|modal|"},
         {3, 0, "", "Line_monitor_form|Line monitor|modeless|"},
         {3, 1, "", "Test_line_form|Test line|modeless|"},
-        {3, 2, "", "Help_form|Manual|modeless|"},
+        {3, 2, "", "Transfer_log_form|Transfer log|modeless|Export...,Close,"},
+        {3, 4, "", "Help_form|Manual|modeless|"},
         {4, 0, "", information + "Kelvane Lite|modeless|OK,\n"},
         {4, 1, "", information + "Getting started|modeless|OK,\n"},
         {4, 2, "", information + "Tape codes and handshakes|modeless|OK,\n"},
@@ -167,7 +168,7 @@ TEST_F(Finished_program, every_menu_item_shows_its_form_or_dialog) {
 std::multimap<std::string, std::string> declared_controls() {
     const std::regex form(R"(class (\w+) : public Form)");
     const std::regex control(
-        R"(^ +(Button|Check_box|Option_button|Text_box|List_box|Label|Scroll_bar|Progress_bar|Rich_text|Page_picture|Number_field) (\w+)[{;])");
+        R"(^ +(Button|Check_box|Option_button|Text_box|List_box|Label|Scroll_bar|Progress_bar|Rich_text|Table|State_field|Page_picture|Number_field) (\w+)[{;])");
     std::multimap<std::string, std::string> names;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(SOURCE_FOLDER)) {
         if (!entry.path().filename().string().ends_with(".h")) {
@@ -194,7 +195,8 @@ TEST_F(Finished_program, every_control_of_every_form_has_a_widget_of_its_name) {
              &program.window, &program.configure_form, &program.advanced_form,
              &program.select_device_form, &program.directories_form, &program.set_directory_form,
              &program.information_form, &program.page_layout_form, &program.resequence_form,
-             &program.line_monitor_form, &program.test_line_form, &program.help_form}) {
+             &program.line_monitor_form, &program.test_line_form, &program.help_form,
+             &program.transfer_log_form}) {
         const QWidget& window = *windows.window_of(*form);
         const auto [first, last] = controls.equal_range(form->name());
         for (auto control = first; control != last; ++control, ++walked) {

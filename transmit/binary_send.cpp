@@ -15,6 +15,7 @@ Task<Binary_sent> Sendit_Binary(const Session& session, const Transfer_options& 
     if (!content) {
         co_return Binary_sent::unreadable;
     }
+    control.expect(content->size(), 0);
     for (std::size_t sent = 0; sent < content->size(); ++sent) {
         if ((sent + 1) % progress_step == 0) {
             co_await session.loop.breath();
@@ -25,6 +26,7 @@ Task<Binary_sent> Sendit_Binary(const Session& session, const Transfer_options& 
             co_return Binary_sent::part;
         }
         sender.put(std::string_view(*content).substr(sent, 1));
+        control.count_program(sent + 1);
         if (options.Character_delay != 0) {
             co_await control.wait_for(control.Timer9);
         }

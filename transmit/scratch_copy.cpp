@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "session/file_names.h"
+#include "session/unsaved_reception.h"
 #include "transmit/tape_image.h"
 
 namespace kelvane {
@@ -29,7 +30,8 @@ std::optional<Message> Make_scratchpad_copy(Files& files, const std::string& pat
     if (!content) {
         return cannot_copy("Disk read error", path);
     }
-    const auto copied = files.replace(copy, working_copy(*std::move(content)));
+    const auto copied = set_reception_aside(files).and_then(
+        [&] { return files.replace(copy, working_copy(*std::move(content))); });
     return copied ? std::nullopt : std::optional(cannot_copy("Disk write error", copy));
 }
 

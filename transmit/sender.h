@@ -38,6 +38,7 @@ class Text_sender {
     /// Reads what the machine has sent, parity bits ignored: Xoff is set by DC3 and cleared by DC1;
     /// all else is dropped. True when a DC1 was among it.
     bool take_handshakes();
+    [[nodiscard]] const Code_tables& tables() const { return tables_; }
     /// Hands bytes to the line and counts them.
     void put(std::string_view bytes);
     /// The operator has aborted, another command has been picked, or the port has gone.

@@ -8,6 +8,7 @@
 #include "session/file_names.h"
 #include "transmit/line_options.h"
 #include "transmit/scratch_copy.h"
+#include "transmit/send_notes.h"
 #include "transmit/switchbox.h"
 
 namespace kelvane {
@@ -94,6 +95,7 @@ std::optional<Transfer_end> Text_send::prepare() {
         return end_with(Outcome::refused, critical_box(expansion_error_text(*error)));
     }
     control_.expect(lines_.total(), line_count(program_));
+    control_.set_caution(notes_before_send(program_, options_, sender_.tables()));
     return std::nullopt;
 }
 

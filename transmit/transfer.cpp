@@ -27,11 +27,15 @@ std::string com_name(const Transfer_options& options) {
     return "COM" + decimal(options.com_port);
 }
 
-Transfer_end port_refusal(const Transfer_options& options, const std::string& reason) {
+/// A job ends with its box, so there is nothing to configure then.
+Transfer_end port_refusal(const Transfer_options& options, const std::string& reason,
+                          const Shared_state& state) {
     const std::string fixed_text =
         com_name(options) + " port is not available\nSelect a different COM port";
     const std::string text = fixed_text + (reason.empty() ? "" : "\n\n" + reason);
     Transfer_end refusal = end_with(Outcome::refused, warning_box(text, "Com port error"));
+    refusal.box->buttons =
+        state.Command_line == 0 ? Message_buttons::ok_configure : Message_buttons::ok;
     refusal.log = text;
     refusal.remarks = reason;
     return refusal;
@@ -84,7 +88,7 @@ Task<Transfer_end> Transfer::run(Job job) {
     }
     const Transfer_options& options = loaded.options;
     if (!loaded.unknown_device.empty()) {
-        co_return port_refusal(options, loaded.unknown_device);
+        co_return port_refusal(options, loaded.unknown_device, session_.state);
     }
     if (auto refusal = open_port(job, options)) {
         co_return std::move(*refusal);
@@ -99,7 +103,7 @@ std::optional<Transfer_end> Transfer::open_port(const Job& job, const Transfer_o
     control_.use(options.machine, com_name(options) + " (" + options.device + ")");
     const Port_settings settings = port_settings(options, job.mode == receive, job.binary);
     if (session_.port.open(settings) != Port_error::none) {
-        return port_refusal(options, session_.port.error_text());
+        return port_refusal(options, session_.port.error_text(), session_.state);
     }
     control_.Timer6.set_interval(options.timeout_s * 1000);
     control_.Timer9.set_interval(options.Character_delay);

@@ -27,6 +27,14 @@ inline bool can_answer(Message_buttons buttons, Message_answer answer) {
         case Message_buttons::save_discard_cancel:
             return answer == Message_answer::save || answer == Message_answer::discard ||
                    answer == Message_answer::cancel;
+        case Message_buttons::save_again:
+            return answer == Message_answer::save_as || answer == Message_answer::again ||
+                   answer == Message_answer::cancel;
+        case Message_buttons::convert_or_raw:
+            return answer == Message_answer::convert || answer == Message_answer::raw ||
+                   answer == Message_answer::cancel;
+        case Message_buttons::ok_configure:
+            return answer == Message_answer::ok || answer == Message_answer::configure;
         default:
             return answer == Message_answer::ok;
     }
@@ -52,8 +60,12 @@ class Scripted_message_box : public Message_box {
             co_return message.buttons == Message_buttons::yes_no ? Message_answer::no
                                                                  : Message_answer::ok;
         }
-        const Expectation expectation = std::move(expected_.front());
+        Expectation expectation = std::move(expected_.front());
         expected_.pop_front();
+        if (message.buttons == Message_buttons::save_again &&
+            expectation.answer == Message_answer::ok) {
+            expectation.answer = Message_answer::cancel;  // "Close"
+        }
         EXPECT_NE(all.find(expectation.part), std::string::npos)
             << "expected \"" << expectation.part << "\", box says: " << all;
         EXPECT_TRUE(can_answer(message.buttons, expectation.answer)) << "no such button: " << all;
@@ -159,6 +171,8 @@ class Recorded_desktop : public Desktop_services {
     ~Recorded_desktop() override { EXPECT_FALSE(awake); }
     void beep() override { ++beeps; }
     void keep_awake(bool on) override { awake = on; }
+    void open_file(const std::string& path) override { opened = path; }
+    void notify(const std::string& text) override { notified = text; }
     std::string date_text() const override { return "21.11.26"; }
     std::string time_text() const override { return "10:30"; }
     std::string stamp_text(std::time_t) const override { return "09.09.01 03:46"; }
@@ -174,7 +188,9 @@ class Recorded_desktop : public Desktop_services {
 
     int beeps = 0;
     bool awake = false;
-    std::string told;  ///< on standard error
+    std::string opened;
+    std::string notified;  ///< last
+    std::string told;      ///< on standard error
     std::string command;
     std::u16string clipboard;
     bool another_runs = false;

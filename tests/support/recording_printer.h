@@ -46,6 +46,8 @@ class Recording_printer : public Printer {
     }
     void abort_document() override { aborted = true; }
     std::string destination_name() const override { return "Test printer"; }
+    std::string destination_file() const override { return file; }
+    std::string file;
     Task<> select_printer() override { co_return; }
 
     std::string font_name, installed_font, title;

@@ -1,0 +1,113 @@
+#include "desktop/window_places.h"
+
+#include <QDialog>
+#include <QLayout>
+#include <QRegularExpression>
+#include <QScreen>
+#include <QScrollArea>
+#include <QVBoxLayout>
+#include <QWidget>
+
+#include "desktop/qt_text.h"
+#include "platform/lines.h"
+#include "session/file_names.h"
+
+namespace kelvane {
+
+namespace {
+
+/// What a window manager puts around a window, at most.
+constexpr QSize frame(16, 40);
+
+/// "Form=x,y,width,height"
+QString line_of(const QString& name, const QRect& place) {
+    return QString("%1=%2,%3,%4,%5\r\n")
+        .arg(name)
+        .arg(place.x())
+        .arg(place.y())
+        .arg(place.width())
+        .arg(place.height());
+}
+
+QSize room_on_screen(const QWidget& window) {
+    return window.screen()->availableSize() - frame;
+}
+
+/// The last resort: what does not fit is scrolled.
+void make_scrollable(QWidget& window) {
+    QLayout* layout = window.layout();
+    if (layout == nullptr || qobject_cast<QDialog*>(&window) == nullptr) {
+        return;
+    }
+    auto* content = new QWidget;
+    content->setLayout(layout);
+    auto* area = new QScrollArea;
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setWidget(content);
+    area->setFocusPolicy(Qt::NoFocus);
+    auto* outer = new QVBoxLayout(&window);
+    outer->setContentsMargins(0, 0, 0, 0);
+    outer->addWidget(area);
+}
+
+/// Whole on the screen.
+QRect moved_into(const QRect& screen, QRect place) {
+    place.moveRight(std::min(place.right(), screen.right()));
+    place.moveBottom(std::min(place.bottom(), screen.bottom()));
+    place.moveLeft(std::max(place.left(), screen.left()));
+    place.moveTop(std::max(place.top(), screen.top()));
+    return place;
+}
+
+}  // namespace
+
+void Window_places::use(Files& files) {
+    files_ = &files;
+    const std::string text =
+        files.read(files.program_path(file_names::window_places)).value_or(std::string());
+    static const QRegularExpression form("^(.+)=(-?\\d+),(-?\\d+),(\\d+),(\\d+)$");
+    for (Lines lines(text); !lines.at_end();) {
+        const auto match = form.match(to_screen(lines.take()));
+        if (match.hasMatch()) {
+            places_[match.captured(1)] = {match.captured(2).toInt(), match.captured(3).toInt(),
+                                          match.captured(4).toInt(), match.captured(5).toInt()};
+        }
+    }
+}
+
+void Window_places::place(QWidget& window) const {
+    const QSize room = room_on_screen(window);
+    const QSize least = window.minimumSizeHint().expandedTo(window.minimumSize());
+    const bool set = window.testAttribute(Qt::WA_Resized);
+    const QSize usual = (set ? window.size() : window.sizeHint()).expandedTo(least);
+    if (least.width() > room.width() || least.height() > room.height()) {
+        make_scrollable(window);
+    }
+    const auto known = places_.find(window.objectName());
+    const QSize wanted = known == places_.end() ? usual : known->second.size().expandedTo(least);
+    window.resize(wanted.boundedTo(room));
+    if (known != places_.end()) {
+        const QRect screen = window.screen()->availableGeometry();
+        window.move(
+            moved_into(screen, QRect(known->second.topLeft(), window.size() + frame)).topLeft());
+    }
+}
+
+void Window_places::remember(const QWidget& window) {
+    const bool plain = (window.windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen)) == 0;
+    const QRect place(window.pos(), window.size());
+    if (files_ == nullptr || !plain || places_[window.objectName()] == place) {
+        return;
+    }
+    places_[window.objectName()] = place;
+    QString text;
+    for (const auto& [name, known] : places_) {
+        text += line_of(name, known);
+    }
+    // Without it windows open where they always have.
+    static_cast<void>(
+        files_->replace(files_->program_path(file_names::window_places), from_screen(text)));
+}
+
+}  // namespace kelvane

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QRect>
+#include <QString>
+#include <map>
+
+#include "platform/files.h"
+
+class QWidget;
+
+namespace kelvane {
+
+/// Where windows have been and how large, from run to run; and that none is larger than its screen.
+class Window_places {
+  public:
+    /// Without files nothing is remembered.
+    void use(Files& files);
+    /// Gives a window that is about to be shown for the first time its place: the remembered one,
+    /// or its own size, as far as the screen has room. A dialog that needs more than that scrolls.
+    void place(QWidget& window) const;
+    /// The window is about to be hidden.
+    void remember(const QWidget& window);
+
+  private:
+    Files* files_ = nullptr;
+    std::map<QString, QRect> places_;
+};
+
+}  // namespace kelvane
