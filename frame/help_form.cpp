@@ -21,6 +21,7 @@ constexpr Window_and_page pages[] = {
     {"resequence_form_lite", "renumber"},
     {"Line_monitor_form", "line"},
     {"Test_line_form", "line"},
+    {"Transfer_log_form", "send"},
     {"Thank_you_form_lite", help_contents},
     {"Help_form", help_contents},
 };
