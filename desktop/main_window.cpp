@@ -27,7 +27,7 @@ namespace kelvane {
 
 namespace {
 
-constexpr QSize first_size(960, 700);
+constexpr QSize first_size(900, 640);
 constexpr QSize least_size(420, 240);
 
 void fill_menu(QMenu& shown, const Menu& menu) {

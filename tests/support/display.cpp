@@ -46,7 +46,7 @@ bool Display::desk(const std::string& command) const {
 }
 
 bool Display::with(const std::string& title, const std::string& command) const {
-    return desk("search --onlyvisible --name '^" + title + "$' " + command);
+    return desk("search --onlyvisible --name '^(.* - )?" + title + "$' " + command);
 }
 
 bool Display::is_shown(const std::string& title) const {
