@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QRadioButton>
 #include <QSignalBlocker>
@@ -232,6 +233,18 @@ void bind(Text_box& control, QLineEdit& widget, Text_form form) {
         return is_refused_key(control, event, form);
     });
     take_enter(widget, [&control] { control.press_enter(); });
+}
+
+void bind(Text_box& control, QPlainTextEdit& widget) {
+    bind_widget(control, widget, [&control, &widget] {
+        const QString text = to_screen(control.text(), Text_form::latin1);
+        if (widget.toPlainText() != text) {
+            widget.setPlainText(text);
+        }
+    });
+    QObject::connect(&widget, &QPlainTextEdit::textChanged, [&control, &widget] {
+        control.set_text(from_screen(widget.toPlainText(), Text_form::latin1));
+    });
 }
 
 void bind(List_box& control, QListWidget& widget) {

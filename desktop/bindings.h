@@ -11,6 +11,7 @@ class QComboBox;
 class QLabel;
 class QLineEdit;
 class QListWidget;
+class QPlainTextEdit;
 class QProgressBar;
 class QRadioButton;
 class QWidget;
@@ -45,6 +46,8 @@ void bind(Option_button& control, QRadioButton& widget);
 /// the control's `on_enter` alone: in fields and lists it never presses the dialog's default
 /// button.
 void bind(Text_box& control, QLineEdit& widget, Text_form form = Text_form::latin1);
+/// A text of several lines, which end with LF; characters that Latin-1 lacks become "?".
+void bind(Text_box& control, QPlainTextEdit& widget);
 /// A mouse press or a key that moves the selection is a choice; Enter is a double click.
 void bind(List_box& control, QListWidget& widget);
 void bind(List_box& control, QComboBox& widget);

@@ -7,6 +7,7 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
 
 namespace kelvane {
 
@@ -81,6 +82,13 @@ QLineEdit* filter_of(QListWidget& list) {
     QObject::connect(list.model(), &QAbstractItemModel::rowsInserted, filter, refresh);
     QObject::connect(list.model(), &QAbstractItemModel::rowsRemoved, filter, refresh);
     return filter;
+}
+
+void scroll_together(const QListWidget& one, const QListWidget& other) {
+    const auto* left = one.verticalScrollBar();
+    const auto* right = other.verticalScrollBar();
+    QObject::connect(left, &QScrollBar::valueChanged, right, &QScrollBar::setValue);
+    QObject::connect(right, &QScrollBar::valueChanged, left, &QScrollBar::setValue);
 }
 
 QLabel* label_of(const Control& control, QWidget& widget, char key) {

@@ -34,6 +34,9 @@ QListWidget* list_of(List_box& control, int rows, int characters);
 /// A field above a long list, which leaves only the rows that hold what is typed into it.
 QLineEdit* filter_of(QListWidget& list);
 
+/// Lists of which the rows beside each other belong together scroll as one.
+void scroll_together(const QListWidget& one, const QListWidget& other);
+
 /// A label with the caption of `control`, which names `widget` and leads to it.
 QLabel* label_of(const Control& control, QWidget& widget, char key = 0);
 /// As above, for a label that is a control of its own.

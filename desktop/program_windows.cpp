@@ -1,6 +1,7 @@
 #include "desktop/program_windows.h"
 
 #include "desktop/advanced_dialog.h"
+#include "desktop/compare_dialog.h"
 #include "desktop/configure_dialog.h"
 #include "desktop/directories_dialog.h"
 #include "desktop/help_window.h"
@@ -10,6 +11,7 @@
 #include "desktop/page_layout_dialog.h"
 #include "desktop/resequence_dialog.h"
 #include "desktop/select_device_dialog.h"
+#include "desktop/start_dialog.h"
 #include "desktop/test_line_dialog.h"
 #include "desktop/transfer_log_dialog.h"
 
@@ -34,6 +36,8 @@ void add_windows(Qt_windows& windows, Program& program) {
     windows.add(program.line_monitor_form, make_line_monitor_dialog);
     windows.add(program.test_line_form, make_test_line_dialog);
     windows.add(program.transfer_log_form, make_transfer_log_dialog);
+    windows.add(program.start_form, make_start_dialog);
+    windows.add(program.compare_form, make_compare_dialog);
 }
 
 }  // namespace kelvane

@@ -6,7 +6,6 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
-#include <QScrollBar>
 #include <QSlider>
 
 #include "desktop/dialog_parts.h"
@@ -89,14 +88,6 @@ QListWidget* add_preview(QGridLayout& grid, List_box& control) {
     grid.addWidget(label_of(control, *list), 0, column);
     grid.addWidget(list, 1, column);
     return list;
-}
-
-/// Lines that belong together stay side by side.
-void scroll_together(const QListWidget& one, const QListWidget& other) {
-    QObject::connect(one.verticalScrollBar(), &QScrollBar::valueChanged, other.verticalScrollBar(),
-                     &QScrollBar::setValue);
-    QObject::connect(other.verticalScrollBar(), &QScrollBar::valueChanged, one.verticalScrollBar(),
-                     &QScrollBar::setValue);
 }
 
 QGroupBox* preview(resequence_form_lite& form) {

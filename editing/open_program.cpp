@@ -102,6 +102,11 @@ void Open_program::redo() {
     }
 }
 
+void Open_program::go_to_line(std::size_t line) {
+    caret.put(view().line_start(line));
+    tell_change();
+}
+
 void Open_program::become(std::string path, Program_document document) {
     forget_kept();
     loading_.reset();

@@ -49,6 +49,8 @@ class Open_program {
     bool replace(std::size_t at, std::size_t removed, const std::string& added);
     void undo();
     void redo();
+    /// The caret to the start of a line, from 0.
+    void go_to_line(std::size_t line);
     /// What is typed next is a step of its own for undo.
     void end_step() { document_.end_step(); }
 

@@ -1,5 +1,7 @@
 #include "frame/commands.h"
 
+#include <utility>
+
 #include "platform/basic_text.h"
 #include "transmit/scratch_copy.h"
 
@@ -29,22 +31,65 @@ Commands::Commands(Kelvane_lite_form& window, Transfer& transfer, Program_listin
                    resequence_form_lite& resequence_form)
     : window_(window), transfer_(transfer), listing_(listing), resequence_form_(resequence_form) {}
 
-Task<Outcome> Commands::send(bool binary) {
+Task<Outcome> Commands::send(bool binary, std::optional<Program_part> part) {
     const Running_command running(running_);
     window_.state.TX_binary = binary ? -1 : 0;
     if (binary) {
         window_.state.binaryfilename = window_.state.filename;
     }
-    co_return co_await transfer_.Start_transfer(Transfer::send);
+    const std::string path = window_.state.filename;
+    const Outcome outcome = co_await transfer_.Start_transfer(Transfer::send, std::move(part));
+    note_send(path, outcome);
+    co_return outcome;
+}
+
+void Commands::note_send(const std::string& path, Outcome outcome) {
+    if (const auto line = window_.control.last_line()) {
+        broken_send_ = {path, *line};
+        if (on_broken_send) {
+            on_broken_send(*broken_send_);
+        }
+    } else if (outcome == Outcome::done) {
+        broken_send_.reset();
+    }
 }
 
 Task<Outcome> Commands::receive(bool binary) {
     const Running_command running(running_);
     window_.state.RX_binary = binary;
     window_.Stop_button.set_enabled(true);
+    const std::string path = window_.state.filename;
+    Received_file received{path, old_program(path)};
     const Outcome outcome = co_await transfer_.Start_transfer(Transfer::receive);
     window_.state.RX_binary = false;
+    if (outcome == Outcome::done && !binary) {
+        note_receive(std::move(received));
+    }
     co_return outcome;
+}
+
+/// What stands in the file that a receive is about to replace.
+std::optional<std::string> Commands::old_program(const std::string& path) const {
+    constexpr std::uint64_t most_kept = std::uint64_t{16} << 20U;  // bytes
+    const Files& files = window_.platform.files;
+    if (!files.exists(path) || files.length(path).value_or(most_kept) >= most_kept) {
+        return std::nullopt;
+    }
+    auto content = files.read(path);
+    return content ? std::optional(*std::move(content)) : std::nullopt;
+}
+
+void Commands::note_receive(Received_file received) {
+    const auto now = window_.platform.files.read(received.path);
+    if (!now) {
+        return;  // saved as programs of their own
+    }
+    offer_.reset();
+    if (received.before && *received.before != *now) {
+        offer_ = received.path;
+        window_.control.add_note("it differs from what was there: Tools, Compare shows where");
+    }
+    received_ = std::move(received);
 }
 
 Task<> Commands::print() {
@@ -63,7 +108,10 @@ Task<> Commands::resequence() {
         co_return;
     }
     window_.control.begin_stoppable_work();
-    if (const auto trouble = Make_scratchpad_copy(window_.platform.files, window_.state.filename)) {
+    std::string content;
+    const auto trouble = co_await Make_scratchpad_copy(
+        window_.platform.loop, window_.platform.files, window_.state.filename, content);
+    if (trouble) {
         co_await window_.ask(*trouble);
         co_return;
     }

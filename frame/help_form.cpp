@@ -22,6 +22,8 @@ constexpr Window_and_page pages[] = {
     {"Line_monitor_form", "line"},
     {"Test_line_form", "line"},
     {"Transfer_log_form", "send"},
+    {"Start_form", "start_from_block"},
+    {"Compare_form", "compare"},
     {"Thank_you_form_lite", help_contents},
     {"Help_form", help_contents},
 };

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -53,7 +54,7 @@ class Kelvane_lite_form : public Form, public Operator {
 
     std::array<Button, 6> FileMenuItem;
     std::array<Button, 5> ConfigMenuItem;
-    std::array<Button, 5> ToolsMenuItem;
+    std::array<Button, 7> ToolsMenuItem;
     std::array<Button, 5> AboutMenuItem;
     /// The Edit menu, which is joined on from above.
     std::optional<Menu> edit_menu;
@@ -71,6 +72,9 @@ class Kelvane_lite_form : public Form, public Operator {
     std::function<void()> on_logged;
 
     void show_text(const std::string& text) override { Text1.set_text(text); }
+    void show_program(std::shared_ptr<const std::string> program) override {
+        Text1.share_text(std::move(program));
+    }
     [[nodiscard]] const std::string& shown_text() const override { return Text1.text(); }
     void insert_text(const std::string& text) override { Text1.insert(text); }
     void select_text(std::size_t offset, std::size_t length) override {

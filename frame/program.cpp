@@ -45,9 +45,12 @@ Program::Program(Platform& platform)
            [this] { return window.control.busy() != 0 || window.control.sending() != 0; }),
       find_bar(platform.loop, pane),
       edit_commands(window.tasks, pane, find_bar),
+      start_form(platform, window.control, window.state),
+      compare_form(platform),
       commands(window, transfer, listing, resequence_form),
       file_commands(window, commands, open_program),
-      command_job(window, commands) {
+      command_job(window, commands),
+      tool_commands(window, commands, open_program, start_form, compare_form) {
     select_device_form.on_selected = [this] { window.show_machine(); };
     configure_form.on_applied = [this](const std::string& machine) {
         window.show_machine();
@@ -58,7 +61,7 @@ Program::Program(Platform& platform)
                           &directories_form,   &page_layout_form,  &select_device_form,
                           &set_directory_form, &information_form,  &help_form,
                           &resequence_form,    &line_monitor_form, &test_line_form,
-                          &transfer_log_form};
+                          &transfer_log_form,  &start_form,        &compare_form};
     window.on_logged = [this] { transfer_log_form.renew(); };
     window.edit_menu = Menu{"EditMenu",
                             "&Edit",
@@ -91,7 +94,11 @@ void Program::join_menus() {
     window.ToolsMenuItem[1].on_click = [this] { test_line_form.show(); };
     window.ToolsMenuItem[2].on_click = [this] { transfer_log_form.show(); };
     window.ToolsMenuItem[3].on_click = [this] { window.tasks.start(save_received.run()); };
-    window.ToolsMenuItem[4].on_click = [this] { help_form.show_page(help_contents); };
+    window.ToolsMenuItem[4].on_click = [this] {
+        window.tasks.start(tool_commands.send_from_block());
+    };
+    window.ToolsMenuItem[5].on_click = [this] { window.tasks.start(tool_commands.compare()); };
+    window.ToolsMenuItem[6].on_click = [this] { help_form.show_page(help_contents); };
     information_form.on_link = [this](const std::string& page) { help_form.show_page(page); };
     for (int item = 0; item < static_cast<int>(window.AboutMenuItem.size()); ++item) {
         window.AboutMenuItem[static_cast<std::size_t>(item)].on_click = [this, item] {

@@ -9,11 +9,14 @@
 #include "frame/comm_form.h"
 #include "frame/command_job.h"
 #include "frame/commands.h"
+#include "frame/compare_form.h"
 #include "frame/directories_form.h"
 #include "frame/file_commands.h"
 #include "frame/help_form.h"
 #include "frame/information.h"
 #include "frame/main_window.h"
+#include "frame/start_form.h"
+#include "frame/tool_commands.h"
 #include "frame/transfer_log_form.h"
 #include "line/line_monitor_form.h"
 #include "line/line_watch.h"
@@ -75,9 +78,12 @@ class Program {
     Program_pane pane;
     Find_bar find_bar;
     Edit_commands edit_commands;
+    Start_form start_form;
+    Compare_form compare_form;
     Commands commands;
     File_commands file_commands;
     Command_job command_job;
+    Tool_commands tool_commands;
 
   private:
     void join_menus();

@@ -12,10 +12,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         files.put(name, std::string(input.text()));
     }
     const std::string program(input.rest());
-    files.put("/copy", program);
     files.put("/nc/MAIN", program);
     Sub_file_reader reader(files);
-    reader.open("/copy", "/nc/MAIN", "/lib");
+    reader.open(std::make_shared<const std::string>(program), "/nc/MAIN", "/lib");
     if (reader.check()) {
         return 0;
     }

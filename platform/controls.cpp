@@ -236,6 +236,10 @@ void Table::set_rows(std::vector<Row> rows) {
 }
 
 void Rich_text::set_text(std::string text) {
+    share_text(std::make_shared<const std::string>(std::move(text)));
+}
+
+void Rich_text::share_text(std::shared_ptr<const std::string> text) {
     text_ = std::move(text);
     selection_start_ = 0;
     selection_length_ = 0;
@@ -244,15 +248,15 @@ void Rich_text::set_text(std::string text) {
 }
 
 void Rich_text::insert(std::string_view text) {
-    text_.insert(selection_start_, text);
-    selection_length_ = 0;
-    ++revision_;
-    changed();
+    const std::size_t at = selection_start_;
+    std::string all = *text_;
+    set_text(std::move(all.insert(at, text)));
+    select(at, 0);
 }
 
 void Rich_text::select(std::size_t start, std::size_t length) {
-    selection_start_ = std::min(start, text_.size());
-    selection_length_ = std::min(length, text_.size() - selection_start_);
+    selection_start_ = std::min(start, text_->size());
+    selection_length_ = std::min(length, text_->size() - selection_start_);
     changed();
 }
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -254,9 +255,11 @@ class Table : public Control {
 class Rich_text : public Control {
   public:
     using Control::Control;
-    [[nodiscard]] const std::string& text() const { return text_; }
+    [[nodiscard]] const std::string& text() const { return *text_; }
     /// Sets the whole text; the selection becomes empty at the start.
     void set_text(std::string text);
+    /// The same with a text that is there already, and is not copied.
+    void share_text(std::shared_ptr<const std::string> text);
     /// Inserts at the start of the selection and leaves the caret before what was inserted.
     void insert(std::string_view text);
     [[nodiscard]] std::size_t selection_start() const { return selection_start_; }
@@ -267,7 +270,7 @@ class Rich_text : public Control {
     [[nodiscard]] unsigned revision() const { return revision_; }
 
   private:
-    std::string text_;
+    std::shared_ptr<const std::string> text_ = std::make_shared<const std::string>();
     std::size_t selection_start_ = 0;
     std::size_t selection_length_ = 0;
     unsigned revision_ = 0;

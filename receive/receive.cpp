@@ -125,6 +125,7 @@ Transfer_end Receive::unfinished_end(const Collected& collected, const std::stri
             return {.outcome = Outcome::stopped,
                     .log = "Receive aborted. File " + path + " not saved.",
                     .note = collected.bytes == 0 ? std::string() : kept,
+                    .last_line = {},
                     .box = {},
                     .remarks = {}};
     }

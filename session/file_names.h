@@ -28,6 +28,8 @@ inline constexpr std::string_view switchbox_codes = "\\Switchbox codes";
 inline constexpr std::string_view exclamation_delay = "\\!delay";
 /// Working copy of a send or a resequencing, staging file of a receive.
 inline constexpr std::string_view scratch = "\\scratchpad data 5";
+/// A long working copy until it is complete.
+inline constexpr std::string_view scratch_unfinished = "\\scratchpad data 5a";
 /// Output of the conversion of a receive, renamed to `scratch` when complete.
 inline constexpr std::string_view scratch_converted = "\\scratchpad data 5b";
 /// Of which machine, for which file, the staging file holds what has been received and not saved.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -18,6 +19,8 @@ class Operator {
 
     /// Replaces the editor's text, by a program or a line of the transfer log; caret at its start.
     virtual void show_text(const std::string& text) = 0;
+    /// The same with a text that may be long: it is shared, not copied.
+    virtual void show_program(std::shared_ptr<const std::string> program) = 0;
     /// The editor's text as it stands, with what the operator has typed.
     [[nodiscard]] virtual const std::string& shown_text() const = 0;
     /// Inserts at the caret, which stays where it is.

@@ -112,6 +112,7 @@ bool Transfer_control::machine_says(char byte) {
 Task<> Transfer_control::end(Transfer_end end) {
     outcome_ = end.outcome;
     const bool ran = busy_ != 0;
+    last_line_ = end.last_line;
     if (beeps_at(end)) {
         op_.beep();
     }

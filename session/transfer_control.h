@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -74,8 +75,11 @@ class Transfer_control {
     void wait_for_data();
     /// The state moves on. False, with nothing changed, where the state does not allow the event.
     bool happens(Transfer_event event);
-    /// How much there is to send: bytes of the program, and its lines if it has any.
-    void expect(std::uint64_t bytes, std::size_t lines) { status_.expect(bytes, lines); }
+    /// How much there is to send: bytes, and the lines that the program has; with `first_line`,
+    /// from 1, only those from there on are sent.
+    void expect(std::uint64_t bytes, std::size_t lines, std::size_t first_line = 0) {
+        status_.expect(bytes, lines, first_line);
+    }
     /// A line of the program, from 1, leaves now.
     void at_line(std::size_t line, std::string text) { status_.at_line(line, std::move(text)); }
     /// Bytes of the program that have left.
@@ -110,6 +114,8 @@ class Transfer_control {
     [[nodiscard]] Direction direction() const { return direction_; }
     /// Of the last transfer.
     [[nodiscard]] Outcome outcome() const { return outcome_; }
+    /// Of the last transfer, see `Transfer_end`.
+    [[nodiscard]] std::optional<std::size_t> last_line() const { return last_line_; }
 
     /// Puts the port, the timers and the flags to rest when the task of a transfer is destroyed in
     /// its course.
@@ -171,6 +177,11 @@ class Transfer_control {
     void show_machine(const std::string& machine) { status_.set_machine(machine); }
     void set_summary(const std::string& summary) { status_.set_summary(summary); }
     void set_note(const std::string& note) { status_.set_note(note); }
+    /// Behind the note that is there.
+    void add_note(const std::string& note) {
+        const std::string& old = status_.note();
+        status_.set_note(old + (old.empty() ? "" : "  |  ") + note);
+    }
     void set_warning(const std::string& warning) { status_.set_warning(warning); }
     /// What the operator should know before the transfer that waits goes on; sentences with line
     /// feeds between them.
@@ -194,6 +205,7 @@ class Transfer_control {
     Direction direction_ = Direction::send;
     std::string path_;
     Outcome outcome_ = Outcome::done;
+    std::optional<std::size_t> last_line_;
     int busy_ = 0;
     int sending_ = 0;
     int receiving_ = 0;

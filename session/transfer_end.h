@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 
@@ -24,8 +25,11 @@ enum class Outcome {
 /// The end of a transfer, and what the operator is shown of it.
 struct Transfer_end {
     Outcome outcome = Outcome::done;
-    std::string log;             ///< the editor's text
-    std::string note;            ///< beside the idle machine in the status bar
+    std::string log;   ///< the editor's text
+    std::string note;  ///< beside the idle machine in the status bar
+    /// Of the program, from 1: the last block of a send that has left for certain, though the send
+    /// has not come to its end. In a called file the line of the call.
+    std::optional<std::size_t> last_line;
     std::optional<Message> box;  ///< shown when all else has been put in order
     std::string remarks;         ///< for the transfer log: what was wrong although it was done
     bool holds_stop = false;     ///< Stop reads "Reset", as after a press

@@ -45,12 +45,13 @@ std::string log_line(const Transfer_record& record) {
                                   record.direction == Direction::send ? "sent" : "received",
                                   record.path,
                                   decimal(record.bytes),
-                                  record.lines > 0 ? std::to_string(record.lines) : "",
+                                  record.lines > 0 ? std::to_string(lines_to_send(record)) : "",
                                   minutes_and_seconds(record.duration),
                                   std::string(result_word(record.outcome)) +
                                       (record.outcome != Outcome::done && record.line > 0
                                            ? " at line " + std::to_string(record.line)
-                                           : ""),
+                                           : "") +
+                                      beginning(record),
                                   record.remarks};
     std::string line;
     for (const std::string& text : fields) {

@@ -19,10 +19,10 @@ std::string bytes_text(const Transfer_record& record) {
 std::string done_sentence(const Transfer_record& record) {
     const bool send = record.direction == Direction::send;
     std::string text = (send ? "Sent " : "Received ") + name_of(record.path) +
-                       (send ? " to " : " from ") + record.machine + ": ";
+                       (send ? " to " : " from ") + record.machine + beginning(record) + ": ";
     text += grouped_decimal(static_cast<std::uint64_t>(record.bytes)) + " bytes";
-    if (record.lines > 0) {
-        text += ", " + grouped_decimal(record.lines) + (record.lines == 1 ? " line" : " lines");
+    if (const std::size_t lines = lines_to_send(record); lines > 0) {
+        text += ", " + grouped_decimal(lines) + (lines == 1 ? " line" : " lines");
     }
     return text + " in " + minutes_and_seconds(record.duration);
 }
@@ -46,10 +46,19 @@ std::string broken_sentence(const Transfer_record& record) {
         text += record.bytes > 0 ? " after " : " at the start: ";
     }
     return text + bytes_text(record) + (record.direction == Direction::send ? " of " : " for ") +
-           name_of(record.path);
+           name_of(record.path) + beginning(record);
 }
 
 }  // namespace
+
+std::size_t lines_to_send(const Transfer_record& record) {
+    return record.first_line == 0 ? record.lines : record.lines - (record.first_line - 1);
+}
+
+std::string beginning(const Transfer_record& record) {
+    return record.first_line == 0 ? std::string()
+                                  : ", from line " + grouped_decimal(record.first_line);
+}
 
 std::string minutes_and_seconds(Clock_time span) {
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(span).count();

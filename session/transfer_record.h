@@ -18,10 +18,11 @@ struct Transfer_record {
     Outcome outcome = Outcome::done;
     std::int64_t bytes = 0;  ///< that have crossed the line
     // Of a text send:
-    std::uint64_t sent = 0;   ///< bytes of the program, its line ends counted as two
-    std::uint64_t total = 0;  ///< that the program has, called files included
-    std::size_t line = 0;     ///< the program's line, from 1, that left last; 0: none
-    std::size_t lines = 0;    ///< that the program has
+    std::uint64_t sent = 0;      ///< bytes of the program, its line ends counted as two
+    std::uint64_t total = 0;     ///< that the program has, called files included
+    std::size_t line = 0;        ///< the program's line, from 1, that left last; 0: none
+    std::size_t lines = 0;       ///< that the program has
+    std::size_t first_line = 0;  ///< from 1, with which a part is sent to its end; 0: all is sent
     std::string line_text;
     Clock_time duration{};  ///< from the first byte to the end; of a receive to its last byte
     std::string remarks;    ///< what was wrong although it was done; lines joined by line feeds
@@ -36,6 +37,12 @@ struct Transfer_record {
 
 /// "21 %, line 112 of 431, 2,252 of 7,884 bytes"; what is not known is left out.
 [[nodiscard]] std::string progress_text(const Transfer_record& record);
+
+/// Of a part from the line on with which it begins.
+[[nodiscard]] std::size_t lines_to_send(const Transfer_record& record);
+
+/// ", from line 120", or empty when all of the program is sent.
+[[nodiscard]] std::string beginning(const Transfer_record& record);
 
 /// "1:05": minutes and seconds.
 [[nodiscard]] std::string minutes_and_seconds(Clock_time span);

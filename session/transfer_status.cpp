@@ -169,9 +169,10 @@ void Transfer_status::set(Transfer_state state) {
     }
 }
 
-void Transfer_status::expect(std::uint64_t bytes, std::size_t lines) {
+void Transfer_status::expect(std::uint64_t bytes, std::size_t lines, std::size_t first_line) {
     record_.total = bytes;
     record_.lines = lines;
+    record_.first_line = first_line;
 }
 
 void Transfer_status::at_line(std::size_t line, std::string text) {
@@ -248,8 +249,9 @@ std::string Transfer_status::idle_text() const {
 }
 
 std::string Transfer_status::busy_text() const {
-    std::string text = record_.machine + " on " + port_ + ": " + std::string(state_text(state_)) +
-                       "  |  " + progress_text(record_) + "  |  " + times_text();
+    std::string text = record_.machine + " on " + port_ + beginning(record_) + ": " +
+                       std::string(state_text(state_)) + "  |  " + progress_text(record_) +
+                       "  |  " + times_text();
     std::string said = advice_now();
     std::replace(said.begin(), said.end(), '\n', ';');
     return text + (said.empty() ? "" : "  |  ") + said;

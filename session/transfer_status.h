@@ -38,7 +38,7 @@ class Transfer_status {
     [[nodiscard]] const std::string& port() const { return port_; }
     void set(Transfer_state state);
     [[nodiscard]] Transfer_state state() const { return state_; }
-    void expect(std::uint64_t bytes, std::size_t lines);
+    void expect(std::uint64_t bytes, std::size_t lines, std::size_t first_line);
     void at_line(std::size_t line, std::string text);
     void count_program(std::uint64_t bytes) { record_.sent = bytes; }
     void add_bytes(std::size_t bytes);
@@ -56,6 +56,7 @@ class Transfer_status {
     void set_hint(std::string hint);
     /// Shows `note` beside the idle machine.
     void set_note(std::string note);
+    [[nodiscard]] const std::string& note() const { return note_; }
     /// Shows `warning` beside the idle machine from now on, whatever transfers follow.
     void set_warning(std::string warning);
 

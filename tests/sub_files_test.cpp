@@ -56,8 +56,7 @@ TEST(Sub_call, leaves_out_what_would_end_the_program) {
 class Sub_files : public ::testing::Test {
   protected:
     void program(const std::string& content) {
-        files.put("/kelvane/copy", content);
-        reader.open("/kelvane/copy", "/nc/MAIN.NC", "/parts");
+        reader.open(std::make_shared<const std::string>(content), "/nc/MAIN.NC", "/parts");
     }
 
     /// All lines, each ended by "|"; the error's text in brackets.
@@ -152,8 +151,7 @@ TEST_F(Sub_files, a_name_neither_closes_the_seam_comment_nor_leads_to_the_curren
               "(BEGINNING OF SUB FILE A -1- 50-.NC)|A1|(END OF SUB FILE A -1- 50-.NC)|"
               "(END OF MAIN PROGRAM)|");
     files.put("A.NC", "in the current directory");
-    reader.open("/kelvane/copy", "/nc/MAIN.NC", "");
-    files.put("/kelvane/copy", "CALL A.NC\n");
+    reader.open(std::make_shared<const std::string>("CALL A.NC\n"), "/nc/MAIN.NC", "");
     EXPECT_EQ(expansion(), "[/nc/MAIN.NC\nLine 1\nThe sub-file \"A.NC\" was not found.]");
 }
 

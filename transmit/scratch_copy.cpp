@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/file_pieces.h"
 #include "session/file_names.h"
 #include "session/unsaved_reception.h"
 #include "transmit/tape_image.h"
@@ -21,18 +22,29 @@ Message cannot_copy(std::string title, const std::string& path) {
 
 }  // namespace
 
-std::optional<Message> Make_scratchpad_copy(Files& files, const std::string& path) {
+Task<std::optional<Message>> Make_scratchpad_copy(Event_loop& loop, Files& files, std::string path,
+                                                  std::string& content) {
     const std::string copy = files.program_path(file_names::scratch);
     if (same_path(path, copy)) {
-        return cannot_copy("Disk read error", copy + own_file);
+        co_return cannot_copy("Disk read error", copy + own_file);
     }
-    auto content = files.read(path);
-    if (!content) {
-        return cannot_copy("Disk read error", path);
+    auto read = co_await read_in_pieces(loop, files, path);
+    if (!read) {
+        co_return cannot_copy("Disk read error", path);
     }
-    const auto copied = set_reception_aside(files).and_then(
-        [&] { return files.replace(copy, working_copy(*std::move(content))); });
-    return copied ? std::nullopt : std::optional(cannot_copy("Disk write error", copy));
+    content = working_copy(*std::move(read));
+    co_return co_await Write_scratchpad_copy(loop, files, content);
+}
+
+Task<std::optional<Message>> Write_scratchpad_copy(Event_loop& loop, Files& files,
+                                                   const std::string& content) {
+    const std::string copy = files.program_path(file_names::scratch);
+    if (!set_reception_aside(files)) {
+        co_return cannot_copy("Disk write error", copy);
+    }
+    const auto copied = co_await replace_in_pieces(
+        loop, files, copy, content, files.program_path(file_names::scratch_unfinished));
+    co_return copied ? std::nullopt : std::optional(cannot_copy("Disk write error", copy));
 }
 
 }  // namespace kelvane

@@ -86,6 +86,7 @@ Task<> Text_sender::send_chunks(std::string bytes) {
 
 void Text_sender::put(std::string_view bytes) {
     port_.output(bytes);
+    handed_over_ += bytes.size();
     control_.count_bytes(bytes.size());
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -41,6 +42,8 @@ class Text_sender {
     [[nodiscard]] const Code_tables& tables() const { return tables_; }
     /// Hands bytes to the line and counts them.
     void put(std::string_view bytes);
+    /// Bytes that have been handed to the line in all.
+    [[nodiscard]] std::uint64_t handed_over() const { return handed_over_; }
     /// The operator has aborted, another command has been picked, or the port has gone.
     [[nodiscard]] bool given_up() const;
 
@@ -57,6 +60,7 @@ class Text_sender {
     const Code_tables& tables_;
     const Transfer_options& options_;
     On_stop on_stop_;
+    std::uint64_t handed_over_ = 0;
 };
 
 }  // namespace kelvane

@@ -60,32 +60,31 @@ std::string expansion_error_text(const Expansion_error& error) {
     return error.file + "\n" + where + error.reason;
 }
 
-void Sub_file_reader::open(std::string main_copy, std::string real_main,
-                           std::string default_directory) {
-    main_copy_ = std::move(main_copy);
-    real_main_ = std::move(real_main);
+void Sub_file_reader::open(Content main, std::string real_main, std::string default_directory) {
     default_directory_ = std::move(default_directory);
     main_ = nullptr;
-    total_ = 0;
-    kept_bytes_ = 0;
     known_.clear();
+    main_file_ = &add_file(plain_path(real_main), main, true);
+    real_main_ = std::move(real_main);
     begin_again();
 }
 
+bool Sub_file_reader::look_through_main(std::size_t budget) {
+    return look_through(*main_file_, *main_file_->kept, budget);
+}
+
 std::optional<Expansion_error> Sub_file_reader::check() {
-    open(main_copy_, real_main_, default_directory_);
-    auto content = files_.read(main_copy_);
-    if (!content) {
-        error_ = {real_main_, 0, "The working copy cannot be read. " + content.reason()};
-        return error_;
-    }
-    Program_file& main = index(plain_path(real_main_),
-                               std::make_shared<const std::string>(*std::move(content)), true);
+    main_ = nullptr;
+    total_ = 0;
+    kept_bytes_ = 0;
+    std::erase_if(known_, [this](const auto& known) { return &known.second != main_file_; });
     chain_.clear();
     measured_.clear();
-    if (const auto bytes = measure(main)) {
-        main_ = &main;
-        total_ = *bytes + (main.calls.empty() ? 0 : counted(end_of_main));
+    begin_again();
+    look_through_main(std::string::npos);
+    if (const auto bytes = measure(*main_file_)) {
+        main_ = main_file_;
+        total_ = *bytes + (main_->calls.empty() ? 0 : counted(end_of_main));
     }
     return error_;
 }
@@ -124,29 +123,35 @@ std::string Sub_file_reader::find(const std::string& name, const std::string& ca
     return {};
 }
 
-Sub_file_reader::Program_file& Sub_file_reader::index(const std::string& path,
-                                                      const Content& content, bool is_main) {
+Sub_file_reader::Program_file& Sub_file_reader::add_file(const std::string& path,
+                                                         const Content& content, bool kept) {
     Program_file& file = known_[path];
-    file = {.path = path,
-            .version = {},
-            .length = content->size(),
-            .hash = std::hash<std::string>()(*content),
-            .kept = is_main || keeps(content->size()) ? content : nullptr,
-            .closing_mark = {},
-            .calls = {}};
-    std::size_t number = 0;
-    for (Lines lines(without_end_mark(*content)); !lines.at_end();) {
+    file = Program_file();
+    file.path = path;
+    file.length = content->size();
+    file.kept = kept ? content : nullptr;
+    return file;
+}
+
+/// Finds the calls in the next `budget` bytes of `file`; true when none are left.
+bool Sub_file_reader::look_through(Program_file& file, std::string_view content,
+                                   std::size_t budget) const {
+    const bool is_main = &file == main_file_;
+    Lines lines(without_end_mark(content), file.looked_through);
+    const std::size_t end = file.looked_through + std::min(budget, content.size());
+    while (!lines.at_end() && lines.position() < end) {
         const std::size_t offset = lines.position();
         const std::string_view line = lines.take();
-        ++number;
+        ++file.lines;
         file.note_closing_mark(line, offset);
         if (auto call = parse_sub_call(line)) {
-            file.calls.push_back({offset, number, std::move(*call), nullptr});
+            file.calls.push_back({offset, file.lines, std::move(*call), nullptr});
         } else if (is_main || !left_out_of_sub_file(line)) {
             file.own_bytes += counted(line);
         }
     }
-    return file;
+    file.looked_through = lines.position();
+    return lines.at_end();
 }
 
 void Sub_file_reader::Program_file::note_closing_mark(std::string_view line, std::size_t offset) {
@@ -183,8 +188,10 @@ Sub_file_reader::Program_file* Sub_file_reader::target_of(const Program_file& ca
         fail(caller, site.line, sub_file + " cannot be read. " + content.reason());
         return nullptr;
     }
-    Program_file& file = index(path, *content, false);
+    Program_file& file = add_file(path, *content, keeps((*content)->size()));
     file.version = version.value_or(Version());
+    file.hash = std::hash<std::string>()(**content);
+    look_through(file, **content, std::string::npos);
     return &file;
 }
 
@@ -249,6 +256,7 @@ std::nullopt_t Sub_file_reader::fail(const Program_file& file, std::size_t line,
 void Sub_file_reader::begin_again() {
     levels_.clear();
     main_offset_.reset();
+    main_line_ = 0;
     error_.reset();
     main_end_said_ = false;
     if (main_ != nullptr) {
@@ -281,6 +289,7 @@ bool Sub_file_reader::next_of_level(std::string& line) {
         return true;
     }
     const std::string_view text = level.lines.take();
+    main_line_ += is_main ? 1 : 0;
     const auto& calls = level.file->calls;
     if (level.next_call < calls.size() && calls[level.next_call].offset == offset) {
         level.pass_gave_lines = true;

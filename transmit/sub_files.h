@@ -65,24 +65,36 @@ class Sub_file_reader {
 
     explicit Sub_file_reader(const Files& files) : files_(files) {}
 
-    /// The main program is read from its working copy `main_copy`; `real_main` is the operator's
-    /// own file, whose name messages show and whose folder is the first to look in.
-    void open(std::string main_copy, std::string real_main, std::string default_directory);
+    using Content = std::shared_ptr<const std::string>;
 
-    /// Reads every file once and tries the whole expansion: an unreadable file, a missing sub-file,
-    /// a call of itself (directly or through others), an eighth level, a bad repeat count or an
-    /// expansion beyond `max_expansion`. No value: all is well and lines can be read.
+    /// `main` is the working copy of the main program, `real_main` the operator's own file, whose
+    /// name messages show and whose folder is the first to look in.
+    void open(Content main, std::string real_main, std::string default_directory);
+
+    /// Looks through the next `budget` bytes of the main program. True when no more are left, of
+    /// which `check` looks through all.
+    bool look_through_main(std::size_t budget);
+
+    /// Reads every called file once and tries the whole expansion: an unreadable file, a missing
+    /// sub-file, a call of itself (directly or through others), an eighth level, a bad repeat count
+    /// or an expansion beyond `max_expansion`. No value: all is well and lines can be read.
     [[nodiscard]] std::optional<Expansion_error> check();
 
     /// The sum of (length + 2) of all lines that one pass gives, seam comments included. Valid
     /// after a `check()` without error.
     [[nodiscard]] std::uint64_t total() const { return total_; }
+    /// Lines of the main program. Valid after `check()`.
+    [[nodiscard]] std::size_t main_lines() const { return main_file_->lines; }
     /// True when the main program calls a sub-file. Valid after `check()`.
     [[nodiscard]] bool calls_sub_files() const { return main_ != nullptr && !main_->calls.empty(); }
 
     /// With `reset` begins again and leaves `line` alone; with any other number the next line,
     /// without its end. False at the end, before a successful `check()`, and after an `error()`.
     bool Get_next_line(int fileno, std::string& line);
+
+    /// The working copy's line, from 1, that has been returned last, or that calls the file whose
+    /// lines are being returned; 0 before the first.
+    [[nodiscard]] std::size_t main_line() const { return main_line_; }
 
     /// Byte offset in the working copy at which the line just returned begins; none for the lines
     /// of called files, for seam comments and before the first line.
@@ -95,7 +107,6 @@ class Sub_file_reader {
     [[nodiscard]] const std::optional<Expansion_error>& error() const { return error_; }
 
   private:
-    using Content = std::shared_ptr<const std::string>;
     struct Program_file;
 
     /// Tells versions of a file apart without reading it.
@@ -117,7 +128,9 @@ class Sub_file_reader {
         std::string path;
         Version version;  ///< on the disk, before it was read; of called files
         std::size_t length = 0;
-        std::size_t hash = 0;
+        std::size_t hash = 0;                     ///< of a called file
+        std::size_t looked_through = 0;           ///< bytes
+        std::size_t lines = 0;                    ///< in them
         Content kept;                             ///< null: read again at every call
         std::uint64_t own_bytes = 0;              ///< of the lines that are sent themselves
         std::optional<std::size_t> closing_mark;  ///< where the "%" begins with which the file ends
@@ -147,7 +160,8 @@ class Sub_file_reader {
     [[nodiscard]] Result<Version> version_of(const std::string& path) const;
     [[nodiscard]] Result<Content> sub_content(const std::string& path) const;
     [[nodiscard]] std::string find(const std::string& name, const std::string& caller) const;
-    Program_file& index(const std::string& path, const Content& content, bool is_main);
+    Program_file& add_file(const std::string& path, const Content& content, bool kept);
+    bool look_through(Program_file& file, std::string_view content, std::size_t budget) const;
     [[nodiscard]] bool keeps(std::size_t length);
     Program_file* target_of(const Program_file& caller, const Call_site& site);
     [[nodiscard]] std::optional<std::uint64_t> measure(Program_file& file);
@@ -164,12 +178,12 @@ class Sub_file_reader {
     [[nodiscard]] bool next_of_level(std::string& line);
 
     const Files& files_;
-    std::string main_copy_;
     std::string real_main_;
     std::string default_directory_;
 
     std::map<std::string, Program_file> known_;
-    const Program_file* main_ = nullptr;
+    Program_file* main_file_ = nullptr;
+    const Program_file* main_ = nullptr;  ///< the same once it has been found good
     std::uint64_t total_ = 0;
     std::size_t kept_bytes_ = 0;
 
@@ -179,6 +193,7 @@ class Sub_file_reader {
     std::vector<Level> levels_;
     bool main_end_said_ = false;
     std::optional<std::size_t> main_offset_;
+    std::size_t main_line_ = 0;
     std::optional<Expansion_error> error_;
 };
 

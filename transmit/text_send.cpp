@@ -18,50 +18,57 @@ namespace {
 /// The readable leader and the tail are bit patterns, not text: sent as they are.
 constexpr Tape_code as_it_is = Tape_code::ascii_no_parity;
 
+/// Bytes of a long program in which calls are looked for between two breaths.
+constexpr std::size_t looked_through_at_once = std::size_t{1} << 20U;
+
 /// The working copy goes with its send, whatever ends that.
 class Working_copy {
   public:
-    Working_copy(Files& files, const std::string& path) : files_(files), path_(path) {}
+    explicit Working_copy(Files& files)
+        : files_(files), path_(files.program_path(file_names::scratch)) {}
     Working_copy(const Working_copy&) = delete;
     Working_copy& operator=(const Working_copy&) = delete;
     ~Working_copy() { files_.remove(path_); }
 
   private:
     Files& files_;
-    const std::string& path_;
+    const std::string path_;
 };
-
-std::size_t line_count(std::string_view program) {
-    std::size_t count = 0;
-    for (Lines lines(program); !lines.at_end(); lines.take()) {
-        ++count;
-    }
-    return count;
-}
 
 Readable_leader leader_and_tail(const Transfer_options& options, const std::string& path) {
     return options.readable_leader ? readable_leader(path, options.TX_code, options.trailer)
                                    : Readable_leader{{}, options.trailer, {}};
 }
 
+std::string starting_line(const std::optional<Program_part>& part) {
+    return part ? " from line " + std::to_string(part->first_line + 1) : std::string();
+}
+
 }  // namespace
 
 Text_send::Text_send(const Session& session, const Transfer_options& options, Text_sender& sender,
-                     std::string path)
+                     std::string path, std::optional<Program_part> part)
     : session_(session),
       control_(session.control),
       options_(options),
       sender_(sender),
       path_(std::move(path)),
-      copy_(session.files.program_path(file_names::scratch)),
+      part_(std::move(part)),
       readable_(leader_and_tail(options, path_)),
       lines_(session.files) {}
 
 Task<Transfer_end> Text_send::run() {
-    if (auto refusal = prepare()) {
-        co_return std::move(*refusal);
+    session_.op.show_text("Creating copy of file " + path_ + starting_line(part_));
+    std::string content;
+    auto trouble = co_await make_working_copy(content);
+    if (trouble) {
+        co_return end_with(Outcome::refused, std::move(*trouble));
     }
-    const Working_copy copy(session_.files, copy_);
+    const Working_copy copy(session_.files);
+    const auto error = co_await prepare(std::make_shared<const std::string>(std::move(content)));
+    if (error) {
+        co_return end_with(Outcome::refused, critical_box(expansion_error_text(*error)));
+    }
     if (auto refusal = co_await Send_switchbox_codes(session_, options_, sender_)) {
         co_return std::move(*refusal);
     }
@@ -72,31 +79,33 @@ Task<Transfer_end> Text_send::run() {
     co_return end();
 }
 
-/// Makes the working copy, shows it, and tries the whole expansion of called files, so that nothing
-/// leaves of a program that cannot be sent to its end.
-std::optional<Transfer_end> Text_send::prepare() {
-    session_.op.show_text("Creating copy of file " + path_);
-    if (auto trouble = Make_scratchpad_copy(session_.files, path_)) {
-        return end_with(Outcome::refused, std::move(*trouble));
+Task<std::optional<Message>> Text_send::make_working_copy(std::string& content) {
+    if (part_) {
+        content = std::move(part_->content);
+        co_return co_await Write_scratchpad_copy(session_.loop, session_.files, content);
     }
-    auto program = session_.files.read(copy_);
-    if (!program) {
-        session_.files.remove(copy_);
-        return end_with(Outcome::refused,
-                        critical_box("Cannot access file\n" + copy_ + "\n" + program.reason(),
-                                     "Disk read error"));
-    }
-    program_ = *std::move(program);
-    session_.op.show_text(program_);
+    co_return co_await Make_scratchpad_copy(session_.loop, session_.files, path_, content);
+}
+
+/// Shows the working copy and tries the whole expansion of called files, so that nothing leaves of
+/// a program that cannot be sent to its end.
+Task<std::optional<Expansion_error>> Text_send::prepare(
+    std::shared_ptr<const std::string> program) {
+    session_.op.show_program(program);
     control_.set_hold(false);
-    lines_.open(copy_, path_, session_.state.default_path);
-    if (const auto error = lines_.check()) {
-        session_.files.remove(copy_);
-        return end_with(Outcome::refused, critical_box(expansion_error_text(*error)));
+    lines_.open(std::move(program), path_, session_.state.default_path);
+    while (!lines_.look_through_main(looked_through_at_once)) {
+        co_await session_.loop.breath();
     }
-    control_.expect(lines_.total(), line_count(program_));
-    control_.set_caution(notes_before_send(program_, options_, sender_.tables()));
-    return std::nullopt;
+    auto error = lines_.check();
+    if (!error && part_) {
+        control_.expect(lines_.total(), part_->program_lines(lines_.main_lines()),
+                        part_->first_line + 1);
+    } else {
+        control_.expect(lines_.total(), lines_.main_lines());
+    }
+    control_.set_caution(notes_before_send(session_.op.shown_text(), options_, sender_.tables()));
+    co_return error;
 }
 
 Transfer_end Text_send::end() const {
@@ -106,7 +115,30 @@ Transfer_end Text_send::end() const {
     }
     Transfer_end end;
     end.outcome = all_sent_ ? Outcome::done : Outcome::stopped;
+    if (part_ && all_sent_) {
+        end.log = "File " + path_ + " has been sent" + starting_line(part_);
+    }
     return end;
+}
+
+/// Of a line of the working copy, both from 1; none for a lead-in's.
+std::optional<std::size_t> Text_send::program_line(std::size_t line) const {
+    return part_ ? part_->program_line(line) : line;
+}
+
+void Text_send::tell_place(Transfer_end& end) {
+    if (!begun_) {
+        return;
+    }
+    note_left();
+    std::string place = "No block has left for certain";
+    if (last_left_) {
+        end.last_line = program_line(last_left_->line);
+        const std::string where = end.last_line ? "line " + std::to_string(*end.last_line)
+                                                : std::string("in the lead-in");
+        place = "The last block that has left for certain: " + where + ", " + last_left_->text;
+    }
+    end.note += (end.note.empty() ? "" : "  |  ") + place;
 }
 
 Task<> wait_for_start(const Session& session, Text_sender& sender) {
@@ -122,6 +154,7 @@ Task<> wait_for_start(const Session& session, Text_sender& sender) {
 }
 
 Task<> Text_send::send_program() {
+    begun_ = true;
     do {
         co_await send_pass();
         if (sender_.given_up() || control_.DNC_alarm || control_.DNC_cycle == 0) {
@@ -154,6 +187,7 @@ Task<> Text_send::send_all_lines() {
         if (auto block = line_as_sent(line, options_)) {
             *block += options_.TX_eob;
             co_await sender_.sendit(std::move(*block), options_.TX_code);
+            note_handed_over(line);
         }
         count_line(line);
     }
@@ -161,22 +195,9 @@ Task<> Text_send::send_all_lines() {
 
 void Text_send::show_line(const std::string& line) {
     if (const auto offset = lines_.main_offset()) {
-        control_.at_line(number_of_line(*offset), line);
+        control_.at_line(program_line(lines_.main_line()).value_or(0), line);
         session_.op.select_text(*offset, line.size());
     }
-}
-
-/// Number, from 1, of the program's line that begins at `offset`: counted on from the line before,
-/// or from the start where a new pass begins.
-std::size_t Text_send::number_of_line(std::size_t offset) {
-    if (offset < line_offset_) {
-        lines_before_ = 0;
-        line_offset_ = 0;
-    }
-    lines_before_ +=
-        line_count(std::string_view(program_).substr(line_offset_, offset - line_offset_));
-    line_offset_ = offset;
-    return lines_before_ + 1;
 }
 
 void Text_send::count_line(const std::string& line) {
@@ -184,6 +205,26 @@ void Text_send::count_line(const std::string& line) {
     control_.count_program(sent_count_);
     if (const std::uint64_t total = lines_.total(); total > 0) {
         session_.op.set_progress(static_cast<int>(sent_count_ * 100 / total % 100));
+    }
+}
+
+// The line of the working copy that calls a file stands for all lines of that file.
+void Text_send::note_handed_over(const std::string& line) {
+    if (!sender_.given_up()) {
+        queued_.push_back({sender_.handed_over(), lines_.main_line(), line});
+    }
+    note_left();
+}
+
+// Of a port that has gone nobody knows what it still held.
+void Text_send::note_left() {
+    if (!session_.port.is_open()) {
+        return;
+    }
+    const std::uint64_t left = sender_.handed_over() - session_.port.out_buffer_count();
+    while (!queued_.empty() && queued_.front().end <= left) {
+        last_left_ = std::move(queued_.front());
+        queued_.pop_front();
     }
 }
 

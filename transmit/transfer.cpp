@@ -46,7 +46,7 @@ Transfer_end port_refusal(const Transfer_options& options, const std::string& re
 Transfer::Transfer(const Session& session, const Code_tables& tables, Receiver& receiver)
     : session_(session), control_(session.control), tables_(tables), receiver_(receiver) {}
 
-Task<Outcome> Transfer::Start_transfer(int mode) {
+Task<Outcome> Transfer::Start_transfer(int mode, std::optional<Program_part> part) {
     if (mode != send && mode != receive) {
         co_return Outcome::refused;
     }
@@ -56,6 +56,7 @@ Task<Outcome> Transfer::Start_transfer(int mode) {
         co_return Outcome::refused;
     }
     const Transfer_control::Running running(control_);
+    job.part = std::move(part);
     Transfer_end end = co_await run(std::move(job));
     co_await control_.end(std::move(end));
     co_return control_.outcome();
@@ -121,11 +122,12 @@ Task<Transfer_end> Transfer::run_send(Job job, const Transfer_options& options) 
                           "\r\nFile size:" + Str(static_cast<std::int64_t>(length)) + " bytes");
     Text_sender sender(session_, tables_, options);
     Transfer_end end;
+    std::optional<Text_send> text;
     if (job.binary) {
         end = co_await send_binary(options, sender, job.path);
     } else {
-        Text_send text(session_, options, sender, job.path);
-        end = co_await text.run();
+        text.emplace(session_, options, sender, job.path, std::move(job.part));
+        end = co_await text->run();
     }
     co_await drain();
     const bool gone = session_.port.lost() && !end.box;
@@ -136,6 +138,9 @@ Task<Transfer_end> Transfer::run_send(Job job, const Transfer_options& options) 
                                    "Com port error"));
     } else if (end.outcome == Outcome::done && control_.escape() == 1) {
         end.outcome = Outcome::stopped;
+    }
+    if (text && end.outcome != Outcome::done) {
+        text->tell_place(end);
     }
     co_return end;
 }

@@ -6,6 +6,7 @@
 #include "machines/transfer_options.h"
 #include "session/session.h"
 #include "transmit/code_tables.h"
+#include "transmit/program_part.h"
 #include "transmit/receiver.h"
 #include "transmit/sender.h"
 
@@ -28,14 +29,17 @@ class Transfer {
     /// Sends `filename`, as text or, with `TX_binary`, the bytes of `binaryfilename`; or receives
     /// into `filename`, with `RX_binary` into the file of binary receives. Returns when the
     /// transfer has ended, its box included. While another is on it only beeps, and returns
-    /// `refused`; so it does for other modes, which start nothing.
-    [[nodiscard]] Task<Outcome> Start_transfer(int mode);
+    /// `refused`; so it does for other modes, which start nothing. A text send with a `part` sends
+    /// that of the file.
+    [[nodiscard]] Task<Outcome> Start_transfer(int mode,
+                                               std::optional<Program_part> part = std::nullopt);
 
   private:
     struct Job {
         Mode mode = send;
         bool binary = false;  ///< the file's bytes as they are, in no tape code
         std::string path;     ///< that is sent, or that takes what is received
+        std::optional<Program_part> part = std::nullopt;
     };
 
     /// What the shared state says at the start; it may change while the transfer runs.

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+#include "platform/event_loop.h"
+#include "platform/files.h"
+#include "platform/result.h"
+#include "platform/task.h"
+
+namespace kelvane {
+
+// Long files in pieces, so that windows and timers wait for none of them. What is no longer than a
+// piece is read or written at once.
+
+/// The whole content. `loop` and `files` outlive the task, here and below.
+[[nodiscard]] Task<Result<std::string>> read_in_pieces(Event_loop& loop, const Files& files,
+                                                       std::string path);
+
+/// Makes `path` hold exactly `content`, which must stay as it is until then. A long content is
+/// first written to `temporary`, on the same disk; on failure an old file at `path` is untouched.
+[[nodiscard]] Task<Result<>> replace_in_pieces(Event_loop& loop, Files& files, std::string path,
+                                               const std::string& content, std::string temporary);
+
+}  // namespace kelvane
