@@ -1,6 +1,7 @@
 #include "desktop/window_places.h"
 
 #include <QDialog>
+#include <QDialogButtonBox>
 #include <QLayout>
 #include <QRegularExpression>
 #include <QScreen>
@@ -19,6 +20,8 @@ namespace {
 /// What a window manager puts around a window, at most.
 constexpr QSize frame(16, 40);
 
+constexpr int foot_gap = 9;  // pixels
+
 /// "Form=x,y,width,height"
 QString line_of(const QString& name, const QRect& place) {
     return QString("%1=%2,%3,%4,%5\r\n")
@@ -33,7 +36,7 @@ QSize room_on_screen(const QWidget& window) {
     return window.screen()->availableSize() - frame;
 }
 
-/// The last resort: what does not fit is scrolled.
+/// The last resort: what does not fit is scrolled, above the buttons of the foot.
 void make_scrollable(QWidget& window) {
     QLayout* layout = window.layout();
     if (layout == nullptr || qobject_cast<QDialog*>(&window) == nullptr) {
@@ -47,8 +50,12 @@ void make_scrollable(QWidget& window) {
     area->setWidget(content);
     area->setFocusPolicy(Qt::NoFocus);
     auto* outer = new QVBoxLayout(&window);
-    outer->setContentsMargins(0, 0, 0, 0);
-    outer->addWidget(area);
+    outer->setContentsMargins(0, 0, 0, foot_gap);
+    outer->addWidget(area, 1);
+    if (auto* foot = content->findChild<QDialogButtonBox*>()) {
+        foot->setContentsMargins(foot_gap, 0, foot_gap, 0);
+        outer->addWidget(foot);
+    }
 }
 
 /// Whole on the screen.

@@ -3,12 +3,16 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QDialogButtonBox>
 #include <QFile>
 #include <QFileDialog>
 #include <QKeyEvent>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QVBoxLayout>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
@@ -281,6 +285,34 @@ TEST_F(Finished_program, f1_opens_the_page_of_the_window_in_front_beside_a_modal
         program.help_form.close();
         window->hide();
     }
+}
+
+TEST(Window_places_test, what_is_too_large_scrolls_above_its_buttons_and_places_are_remembered) {
+    Memory_files files;
+    Window_places places;
+    places.use(files);
+    QDialog large;
+    large.setObjectName("Large");
+    auto* column = new QVBoxLayout(&large);
+    auto* content = new QWidget;
+    content->setMinimumSize(5000, 5000);
+    auto* foot = new QDialogButtonBox;
+    column->addWidget(content);
+    column->addWidget(foot);
+    places.place(large);
+    const QSize room = large.screen()->availableSize();
+    EXPECT_TRUE(large.width() < room.width() && large.height() < room.height());
+    ASSERT_NE(large.findChild<QScrollArea*>(), nullptr);
+    EXPECT_FALSE(large.findChild<QScrollArea*>()->isAncestorOf(foot));
+    large.setGeometry(20, 30, 300, 200);
+    places.remember(large);
+
+    Window_places next_run;
+    next_run.use(files);
+    QDialog again;
+    again.setObjectName("Large");
+    next_run.place(again);
+    EXPECT_EQ(again.geometry(), QRect(20, 30, 300, 200));
 }
 
 }  // namespace
