@@ -38,8 +38,8 @@ std::string code_note(const Without_code& found, Tape_code code) {
 
 }  // namespace
 
-std::string notes_before_send(std::string_view program, const Transfer_options& options,
-                              const Code_tables& tables) {
+Task<std::string> notes_before_send(Event_loop& loop, std::string_view program,
+                                    const Transfer_options& options, const Code_tables& tables) {
     const auto column = static_cast<std::size_t>(options.TX_code);
     const auto lacks_code = [&](char c) {
         return c != '\0' && tables.code_table[static_cast<unsigned char>(c)][column] == 0 &&
@@ -58,6 +58,7 @@ std::string notes_before_send(std::string_view program, const Transfer_options& 
         const auto lacking = std::count_if(sent->begin(), sent->end(), lacks_code);
         without.first_line = without.count == 0 ? number : without.first_line;
         without.count += static_cast<std::size_t>(lacking);
+        co_await loop.breath();
     }
     std::string notes;
     if (own_percent && (has_percent(options.leader) || has_percent(options.trailer))) {
@@ -66,7 +67,7 @@ std::string notes_before_send(std::string_view program, const Transfer_options& 
     if (without.count > 0) {
         notes += (notes.empty() ? "" : "\n") + code_note(without, options.TX_code);
     }
-    return notes;
+    co_return notes;
 }
 
 }  // namespace kelvane

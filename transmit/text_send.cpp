@@ -93,7 +93,7 @@ Task<std::optional<Expansion_error>> Text_send::prepare(
     std::shared_ptr<const std::string> program) {
     session_.op.show_program(program);
     control_.set_hold(false);
-    lines_.open(std::move(program), path_, session_.state.default_path);
+    lines_.open(program, path_, session_.state.default_path);
     while (!lines_.look_through_main(looked_through_at_once)) {
         co_await session_.loop.breath();
     }
@@ -104,7 +104,9 @@ Task<std::optional<Expansion_error>> Text_send::prepare(
     } else {
         control_.expect(lines_.total(), lines_.main_lines());
     }
-    control_.set_caution(notes_before_send(session_.op.shown_text(), options_, sender_.tables()));
+    const std::string notes =
+        co_await notes_before_send(session_.loop, *program, options_, sender_.tables());
+    control_.set_caution(notes);
     co_return error;
 }
 
