@@ -202,7 +202,7 @@ TEST_F(Finished_program, every_control_of_every_form_has_a_widget_of_its_name) {
              &program.select_device_form, &program.directories_form, &program.set_directory_form,
              &program.information_form, &program.page_layout_form, &program.resequence_form,
              &program.line_monitor_form, &program.test_line_form, &program.help_form,
-             &program.transfer_log_form}) {
+             &program.transfer_log_form, &program.start_form, &program.compare_form}) {
         const QWidget& window = *windows.window_of(*form);
         const auto [first, last] = controls.equal_range(form->name());
         for (auto control = first; control != last; ++control, ++walked) {
