@@ -21,7 +21,7 @@ constexpr Window_and_page pages[] = {
     {"resequence_form_lite", "renumber"},
     {"Line_monitor_form", "line"},
     {"Test_line_form", "line"},
-    {"Transfer_log_form", "send"},
+    {"Transfer_log_form", "transfer_log"},
     {"Start_form", "start_from_block"},
     {"Compare_form", "compare"},
     {"Thank_you_form_lite", help_contents},
