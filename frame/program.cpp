@@ -52,10 +52,12 @@ Program::Program(Platform& platform)
       command_job(window, commands),
       tool_commands(window, commands, open_program, start_form, compare_form) {
     select_device_form.on_selected = [this] { window.show_machine(); };
-    configure_form.on_applied = [this](const std::string& machine) {
+    configure_form.on_applied = [this](const std::string& machine, const Result<>& stored) {
         window.show_machine();
-        window.control.set_hint("Stored the settings of " + machine + "; transfers go to " +
-                                window.state.IO_device_name);
+        const std::string what =
+            stored ? "Stored the settings of " + machine
+                   : "The settings of " + machine + " could not be stored: " + stored.reason();
+        window.control.set_hint(what + "; transfers go to " + window.state.IO_device_name);
     };
     window.other_forms = {&comm_form,          &advanced_form,     &configure_form,
                           &directories_form,   &page_layout_form,  &select_device_form,

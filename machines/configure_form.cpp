@@ -272,16 +272,11 @@ void configure_IO_lite::store() {
     }
     Text_writer switchbox;
     switchbox.line(one_line(advanced_.Switchbox_txt.text()));
-    const auto stored = saveit(machine_file_path(files, name).value_or("")).and_then([&] {
-        return write_machine_file(files, switchbox_name(machine), switchbox.text());
-    });
-    if (!stored) {
-        tell("Cannot store the settings of " + machine + ".\n" + stored.reason());
-        return;
-    }
+    const auto saved = saveit(machine_file_path(files, name).value_or(""));
+    const auto codes = write_machine_file(files, switchbox_name(machine), switchbox.text());
     unload();
     if (on_applied) {
-        on_applied(machine);
+        on_applied(machine, saved ? codes : saved);
     }
 }
 

@@ -73,8 +73,8 @@ class configure_IO_lite : public Form {
     /// A number outside 1..128 leaves the list as it is.
     void show_com_port(int port);
 
-    /// Called when all has been stored, with the machine's name.
-    std::function<void(const std::string& machine)> on_applied;
+    /// Called after Apply, with the machine's name and what could not be stored of its settings.
+    std::function<void(const std::string& machine, const Result<>& stored)> on_applied;
 
     /// Writes the shown record to the file `path` (no settings file for an empty path), then
     /// the list of machines. The list is written whatever becomes of the record.
