@@ -8,8 +8,9 @@ target_compile_options(kelvane_flags INTERFACE
   $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict;-Wno-unknown-warning-option>)
 if(CMAKE_UNITY_BUILD)
   # A coroutine's frame has fields of the anonymous namespace of its own source; GCC takes a source
-  # that a unit includes for a header.
-  target_compile_options(kelvane_flags INTERFACE -Wno-subobject-linkage)
+  # that a unit includes for a header. Names of one source may shadow another's; builds source by
+  # source see what is shadowed within one.
+  target_compile_options(kelvane_flags INTERFACE -Wno-subobject-linkage -Wno-shadow)
 endif()
 if(KELVANE_SANITIZE)
   target_compile_options(kelvane_flags INTERFACE

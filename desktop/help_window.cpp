@@ -14,7 +14,7 @@
 
 // Takes the pages in, which a static library does not do of itself; no namespace may stand around
 // it.
-static void take_pages_in() {
+static void take_pages_in() {  // NOLINT(misc-use-anonymous-namespace)
     Q_INIT_RESOURCE(manual);
 }
 

@@ -97,7 +97,7 @@ void Main_window::make_menus(Kelvane_lite_form& form) {
 void Main_window::make_tool_bar(Kelvane_lite_form& form, Editor_parts& parts) {
     const auto& edit = parts.commands.EditMenuItem;
     const std::pair<const Button*, Drawing> tools[] = {
-        {&form.FileMenuItem[0], Drawing::send},
+        {&form.FileMenuItem.front(), Drawing::send},
         {&form.FileMenuItem[1], Drawing::receive},
         {nullptr, {}},
         {&edit[Edit_commands::new_program], Drawing::new_program},
@@ -107,7 +107,7 @@ void Main_window::make_tool_bar(Kelvane_lite_form& form, Editor_parts& parts) {
         {&edit[Edit_commands::redo], Drawing::redo},
         {&edit[Edit_commands::find], Drawing::find},
         {nullptr, {}},
-        {&form.ToolsMenuItem[0], Drawing::monitor},
+        {&form.ToolsMenuItem.front(), Drawing::monitor},
     };
     QToolBar* bar = addToolBar("Tools");
     bar->setObjectName("tool_bar");

@@ -73,7 +73,7 @@ void Window_places::use(Files& files) {
     files_ = &files;
     const std::string text =
         files.read(files.program_path(file_names::window_places)).value_or(std::string());
-    static const QRegularExpression form("^(.+)=(-?\\d+),(-?\\d+),(\\d+),(\\d+)$");
+    static const QRegularExpression form(R"(^(.+)=(-?\d+),(-?\d+),(\d+),(\d+)$)");
     for (Lines lines(text); !lines.at_end();) {
         const auto match = form.match(to_screen(lines.take()));
         if (match.hasMatch()) {

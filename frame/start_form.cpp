@@ -43,6 +43,7 @@ std::vector<std::string> state_rows(const Modal_state& state) {
 
 std::vector<std::string> warning_rows(const std::vector<Warning>& warnings) {
     std::vector<std::string> rows;
+    rows.reserve(warnings.size());
     for (const Warning& warning : warnings) {
         rows.push_back(warning_text(warning));
     }

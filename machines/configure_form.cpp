@@ -211,11 +211,11 @@ Result<> configure_IO_lite::saveit(const std::string& path) {
         advanced_.Timeout_txt.set_text(stored_timeout(""));
     }
     const auto& items = IO_device_lst.items();
-    const auto record =
-        path.empty() ? Result<>()
-                     : platform_.files.replace(path, machine_settings_text(shown_settings()));
-    const auto list = write_machine_list(platform_.files, {items.begin() + 1, items.end()});
-    return record.and_then([&] { return list; });
+    auto record = path.empty()
+                      ? Result<>()
+                      : platform_.files.replace(path, machine_settings_text(shown_settings()));
+    auto list = write_machine_list(platform_.files, {items.begin() + 1, items.end()});
+    return record ? list : record;
 }
 
 void configure_IO_lite::tell(std::string text) {

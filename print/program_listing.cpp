@@ -218,7 +218,9 @@ Result<> Program_listing::print_barcodes(const std::string& text, std::string& r
             refusal = bars.reason();
             return {};
         }
-        if (auto caption = printer_.print(margin() + "*" + command + text + "*\n"); !caption) {
+        std::string row = margin();
+        row += "*" + command + text + "*\n";
+        if (auto caption = printer_.print(row); !caption) {
             return caption;
         }
     }

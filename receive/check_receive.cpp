@@ -35,7 +35,7 @@ std::optional<Message> Try_target_folder(Files& files, const std::string& path) 
 Task<bool> Check_receive(const Session& session, std::string path) {
     Files& files = session.files;
     if (const auto refusal = Try_target_folder(files, path)) {
-        const Message box = *refusal;
+        const Message& box = *refusal;
         co_await session.op.ask(box);
         co_return false;
     }

@@ -276,7 +276,7 @@ Result<> Receive::stage_text(const std::string& text) {
     }
     Files& files = session_.files;
     const std::string converted = files.program_path(file_names::scratch_converted);
-    const auto staged = files.replace(converted, text).and_then([&] {
+    auto staged = files.replace(converted, text).and_then([&] {
         return files.rename(converted, staging_.path());
     });
     if (!staged) {

@@ -15,7 +15,7 @@ Staging_file::Staging_file(Files& files, Event_loop& loop)
 
 Result<> Staging_file::begin(const Unsaved_reception& reception) {
     unsettled_ = false;
-    const auto emptied = files_.replace(path_, {});
+    auto emptied = files_.replace(path_, {});
     if (emptied) {
         begin_reception(files_, reception);
     }

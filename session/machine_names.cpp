@@ -29,7 +29,7 @@ constexpr Capitals capitals[] = {
 char32_t small_letter(char32_t character) {
     for (const Capitals& range : capitals) {
         if (character >= range.first && character <= range.last &&
-            !(range.pairs && (character - range.first) % 2 != 0)) {
+            (!range.pairs || (character - range.first) % 2 == 0)) {
             return character + range.distance;
         }
     }

@@ -110,7 +110,7 @@ class Memory_files : public Files {
     void repair() { fates_.clear(); }
     [[nodiscard]] std::vector<std::string> names() const {
         std::vector<std::string> names;
-        // A loop, because clang 14 cannot read the views of this standard library.
+        names.reserve(files_.size());
         for (const auto& [name, content] : files_) {
             names.push_back(name);
         }
