@@ -117,6 +117,12 @@ void Find_bar::select(std::size_t from, std::size_t to) {
     pane_.moved();
 }
 
+/// Selects nothing: what is typed next must not take the block's place.
+void Find_bar::put_caret(std::size_t offset) {
+    pane_.caret().put(offset);
+    pane_.moved();
+}
+
 /// How a search ends; `running` when the program has been changed under it.
 template <typename Search>
 Task<Search_state> Find_bar::run(Search& search) {
@@ -206,7 +212,7 @@ Task<> Find_bar::go_to() {
     }
     const Text_view text = pane_.text();
     const std::size_t line = std::min(place->line, text.line_count() - 1);
-    select(text.line_start(line), text.line_end(line));
+    put_caret(text.line_start(line));
     result.set_caption(line < place->line ? "The last line" : "");
 }
 
@@ -219,7 +225,7 @@ Task<> Find_bar::go_to_block(std::string number) {
         co_return;
     }
     if (state == Search_state::found) {
-        select(search.found_at(), pane_.text().line_end(search.found_line()));
+        put_caret(search.found_at());
     } else {
         result.set_caption("Not found");
     }

@@ -65,6 +65,7 @@ class Find_bar {
     Task<> go_to();
     Task<> go_to_block(std::string number);
     void select(std::size_t from, std::size_t to);
+    void put_caret(std::size_t offset);
     void stop();
     /// What a field holds, in the bytes of the text shown.
     [[nodiscard]] std::string bytes_of(const Text_box& field) const;

@@ -219,7 +219,7 @@ Result<> Program_listing::print_barcodes(const std::string& text, std::string& r
             return {};
         }
         std::string row = margin();
-        row += "*" + command + text + "*\n";
+        row.append("*").append(command).append(text).append("*\n");
         if (auto caption = printer_.print(row); !caption) {
             return caption;
         }

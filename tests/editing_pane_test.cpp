@@ -338,6 +338,7 @@ TEST_F(Pane, FindsReplacesAndGoesTo) {
         bar.go_to_text.press_enter();
         shop.pass(1ms);
         EXPECT_EQ(pane().text().line_at(program().caret.begin()), c.line) << c.wanted;
+        EXPECT_EQ(program().caret.begin(), program().caret.end()) << "nothing is typed over";
         EXPECT_THAT(bar.result.caption(), ::testing::StartsWith(c.said));
     }
     bar.close();
