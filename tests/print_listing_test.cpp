@@ -19,9 +19,9 @@ class Print_listing : public ::testing::Test {
         window.state.filename = path;
         window.state.page_layout.Lines_per_page = 2;
         window.state.page_layout.margin = 1;
-        window.state.page_layout.Print_description = 0;
-        window.state.page_layout.Print_line_numbers = 0;
-        window.state.page_layout.Print_page_numbers = 0;
+        window.state.page_layout.Print_description = false;
+        window.state.page_layout.Print_line_numbers = false;
+        window.state.page_layout.Print_page_numbers = false;
     }
 
     const std::string path = "/nc/part-1.nc";
@@ -57,8 +57,8 @@ TEST_F(Print_listing, prints_in_the_layouts_font_and_says_where_to) {
 
 TEST_F(Print_listing, reverse_order_with_drawn_bar_codes) {
     window.state.page_layout.Lines_per_page = 6;
-    window.state.page_layout.Print_reverse_order = 1;
-    window.state.page_layout.Barcode_file = 1;
+    window.state.page_layout.Print_reverse_order = true;
+    window.state.page_layout.Barcode_file = true;
     printer.draws_barcodes = true;
     print();
     EXPECT_THAT(printer.pages, ElementsAre("\n\n C\n\n\n\n\n\n", bars + " A\n B\n"));
@@ -67,7 +67,7 @@ TEST_F(Print_listing, reverse_order_with_drawn_bar_codes) {
 
 TEST_F(Print_listing, bar_codes_of_the_path_in_the_installed_font) {
     printer.installed_font = "Code39OneInchTT-Regular";
-    window.state.page_layout.Barcode_path = 1;
+    window.state.page_layout.Barcode_path = true;
     window.state.page_layout.Lines_per_page = 8;
     print();
     const std::string name = "-/NC/PART-1.NC*\n";
@@ -88,7 +88,7 @@ TEST_F(Print_listing, what_cannot_be_a_bar_code_is_said_and_the_listing_is_print
          "Can't print barcode\nCode 39 has no bars for these characters:  _()"},
         {"/nc/part-1.nc", true, true, "Can't print barcode\ntoo fine"},
     };
-    window.state.page_layout.Barcode_file = 1;
+    window.state.page_layout.Barcode_file = true;
     for (const auto& c : cases) {
         system.files.put(c.path, "A\nB\nC\n");
         window.state.filename = c.path;
