@@ -71,6 +71,7 @@ class Scripted_message_box : public Message_box {
     /// Answers boxes that nobody expects, where they are no failure.
     std::function<Message_answer(const Message&)> otherwise;
     [[nodiscard]] const std::vector<Message>& shown() const { return shown_; }
+    void forget() { shown_.clear(); }
 
   private:
     struct Expectation {

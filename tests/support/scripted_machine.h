@@ -108,6 +108,10 @@ class Scripted_machine : public Serial_comm {
     // --- The record
     bool dtr = false;  ///< as last set by the program
     bool rts = false;
+    void forget() {
+        received_.clear();
+        times_.clear();
+    }
     [[nodiscard]] const std::string& received() const { return received_; }
     [[nodiscard]] const std::vector<Clock_time>& times() const { return times_; }
     [[nodiscard]] const Port_settings& settings() const { return settings_; }
