@@ -80,9 +80,14 @@ std::optional<std::string> Commands::old_program(const std::string& path) const 
 }
 
 void Commands::note_receive(Received_file received) {
-    const auto now = window_.platform.files.read(received.path);
-    if (!now) {
+    const Files& files = window_.platform.files;
+    if (!files.exists(received.path)) {
         return;  // saved as programs of their own
+    }
+    const auto now =
+        received.before ? files.read(received.path) : Result<std::string>(std::string());
+    if (!now) {
+        return;
     }
     offer_.reset();
     if (received.before && *received.before != *now) {

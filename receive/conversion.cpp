@@ -16,6 +16,11 @@ std::optional<Received_code> code_of(std::string_view raw, const Transfer_option
                          static_cast<unsigned char>(options.RX_eob)};
 }
 
+Message unrecognised_box() {
+    return critical_box("Cannot recognize received data.\nCheck I/O device settings.",
+                        "Received data error");
+}
+
 Conversion_options conversion_options(const Transfer_options& options) {
     return {options.ignore_before, options.ignore_after, options.unwanted, options.RX_Mask};
 }

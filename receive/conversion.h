@@ -5,6 +5,7 @@
 
 #include "machines/transfer_options.h"
 #include "platform/event_loop.h"
+#include "platform/message_box.h"
 #include "platform/task.h"
 #include "receive/received_code.h"
 #include "receive/received_text.h"
@@ -16,6 +17,9 @@ namespace kelvane {
 /// taken from it. No value when it cannot be recognised.
 [[nodiscard]] std::optional<Received_code> code_of(std::string_view raw,
                                                    const Transfer_options& options);
+
+/// The box that tells that the tape code is not known.
+[[nodiscard]] Message unrecognised_box();
 
 /// What the machine's record drops from them; `options` outlive it.
 [[nodiscard]] Conversion_options conversion_options(const Transfer_options& options);

@@ -137,13 +137,10 @@ Task<Transfer_end> Receive::save_binary(std::int64_t bytes, std::string path) {
     session_.op.show_text(received);
     Transfer_end end = keep_binary(path);
     while (end.outcome == Outcome::disk_full) {
-        const auto next = co_await ask_next_path(session_.op, *end.box, path);
-        if (!next) {
-            end.box.reset();
+        const bool again = co_await tries_again(end, path);
+        if (!again) {
             co_return end;
         }
-        path = *next;
-        session_.control.goes_to(path);
         end = keep_binary(path);
     }
     end.note = received + "  " + path;
@@ -205,14 +202,24 @@ Task<Transfer_end> Receive::save(const std::string& text, const Transfer_options
         if (end.outcome != Outcome::disk_full) {
             co_return end;
         }
-        const auto next = co_await ask_next_path(session_.op, *end.box, path);
-        if (!next) {
-            end.box.reset();
+        const bool again = co_await tries_again(end, path);
+        if (!again) {
             co_return end;
         }
-        path = *next;
-        session_.control.goes_to(path);
     }
+}
+
+/// After a save to `path` that failed: asks, in the place of the end's box, whether to try again,
+/// and moves `path` to where.
+Task<bool> Receive::tries_again(Transfer_end& end, std::string& path) {
+    const auto next = co_await ask_next_path(session_.op, *end.box, path);
+    if (!next) {
+        end.box.reset();
+        co_return false;
+    }
+    path = *next;
+    session_.control.goes_to(path);
+    co_return true;
 }
 
 /// A box, unless another one is due; a job that nobody may be watching ends without one.
@@ -236,10 +243,7 @@ Task<Receive::Text_or_trouble> Receive::code_convert_file(const Transfer_options
     const auto code = code_of(*raw, options);
     if (!code) {
         name_cause(*raw);
-        const Message box = critical_box(
-            "Cannot recognize received data.\nCheck I/O device "
-            "settings.",
-            "Received data error");
+        const Message box = unrecognised_box();
         co_await session_.op.ask(box);
         co_return Text{*raw, false, {}};
     }

@@ -50,6 +50,7 @@ class Receive : public Receiver {
     [[nodiscard]] Task<Transfer_end> save_text(const Transfer_options& options, std::string path);
     [[nodiscard]] Task<Transfer_end> save(const std::string& text, const Transfer_options& options,
                                           std::string path, const std::string& doubts);
+    [[nodiscard]] Task<bool> tries_again(Transfer_end& end, std::string& path);
     void tell(Transfer_end& end, const std::string& doubts) const;
     void name_cause(std::string_view raw);
     [[nodiscard]] Result<> stage_text(const std::string& text);

@@ -1,6 +1,7 @@
 #include "receive/reception_doubts.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <optional>
 
@@ -23,13 +24,25 @@ bool carries_parity(char byte) {
     return bare != '\0' && bare != '\x7f' && !is_device_control;
 }
 
+/// How often each byte occurs.
+using Byte_counts = std::array<std::size_t, 256>;
+
+Byte_counts counts_of(std::string_view raw) {
+    Byte_counts counts{};
+    for (const char byte : raw) {
+        ++counts[static_cast<unsigned char>(byte)];
+    }
+    return counts;
+}
+
 /// The parity that the characters follow: true for odd. No value when they follow none.
-std::optional<bool> parity_of(std::string_view raw, Receive_column column) {
+std::optional<bool> parity_of(const Byte_counts& bytes, Receive_column column) {
     std::size_t counts[2] = {0, 0};
     bool bit_7 = column == receive_eia;
-    for (const char byte : raw) {
-        if (carries_parity(byte)) {
-            ++counts[is_odd(byte) ? 1 : 0];
+    for (std::size_t value = 0; value < bytes.size(); ++value) {
+        const char byte = static_cast<char>(value);
+        if (bytes[value] > 0 && carries_parity(byte)) {
+            counts[is_odd(byte) ? 1 : 0] += bytes[value];
             bit_7 = bit_7 || (byte & 0x80) != 0;
         }
     }
@@ -52,12 +65,52 @@ std::string_view kept_part(std::string_view raw, char end_of_block,
     return raw;
 }
 
-void add_removed(Reception_doubts& doubts, std::int16_t character, std::size_t line) {
+/// What there is to say of a byte, wherever it comes.
+struct Byte_doubt {
+    bool wrong_parity = false;
+    char removed = '\0';  ///< the character that it may mean; NUL: none
+};
+
+using Byte_doubts = std::array<Byte_doubt, 256>;
+
+char removed_character(std::int16_t character) {
     const char removed = static_cast<char>(character);
-    if (removed > ' ' && removed < '\x7f') {
+    return removed > ' ' && removed < '\x7f' ? removed : '\0';
+}
+
+/// `odd`: the parity that the characters follow, if they do.
+Byte_doubts byte_doubts_of(std::optional<bool> odd, const Code_tables& tables,
+                           const Received_code& code, const Conversion_options& options) {
+    Byte_doubts doubts;
+    for (std::size_t value = 0; value < doubts.size(); ++value) {
+        const char byte = static_cast<char>(value);
+        doubts[value].wrong_parity = odd && carries_parity(byte) && is_odd(byte) != *odd;
+        if (value != code.end_of_block && options.unwanted.find(byte) != std::string_view::npos) {
+            const auto& row = tables.reverse_code_table[value];
+            doubts[value].removed = removed_character(row[static_cast<std::size_t>(code.column)]);
+        }
+    }
+    return doubts;
+}
+
+/// True when there is something to say of a byte that has come.
+bool occurs(const Byte_doubts& doubts, const Byte_counts& counts) {
+    for (std::size_t value = 0; value < doubts.size(); ++value) {
+        if (counts[value] > 0 && (doubts[value].wrong_parity || doubts[value].removed != '\0')) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void add(Reception_doubts& doubts, const Byte_doubt& doubt, std::size_t line) {
+    if (doubt.wrong_parity) {
+        doubts.wrong_parity.push_back(line);
+    }
+    if (doubt.removed != '\0') {
         doubts.removed.push_back(line);
-        if (doubts.removed_characters.find(removed) == std::string::npos) {
-            doubts.removed_characters += removed;
+        if (doubts.removed_characters.find(doubt.removed) == std::string::npos) {
+            doubts.removed_characters += doubt.removed;
         }
     }
 }
@@ -84,19 +137,17 @@ Reception_doubts doubts_of(std::string_view raw, const Code_tables& tables,
                            const Received_code& code, const Conversion_options& options) {
     const auto end_of_block = static_cast<char>(code.end_of_block);
     raw = kept_part(raw, end_of_block, options);
-    const std::optional<bool> odd = parity_of(raw, code.column);
+    const Byte_counts counts = counts_of(raw);
+    const Byte_doubts of_byte =
+        byte_doubts_of(parity_of(counts, code.column), tables, code, options);
     Reception_doubts doubts;
+    if (!occurs(of_byte, counts)) {
+        return doubts;
+    }
     std::size_t line = 1;
     for (const char byte : raw) {
-        if (odd && carries_parity(byte) && is_odd(byte) != *odd) {
-            doubts.wrong_parity.push_back(line);
-        }
-        if (byte == end_of_block) {
-            ++line;
-        } else if (options.unwanted.find(byte) != std::string_view::npos) {
-            const auto& row = tables.reverse_code_table[static_cast<unsigned char>(byte)];
-            add_removed(doubts, row[static_cast<std::size_t>(code.column)], line);
-        }
+        add(doubts, of_byte[static_cast<unsigned char>(byte)], line);
+        line += byte == end_of_block ? 1 : 0;
     }
     return doubts;
 }

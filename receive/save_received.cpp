@@ -73,8 +73,7 @@ Task<std::optional<Save_received::Content>> Save_received::converted(Unsaved_rec
         text = co_await converted_text(session_.loop, tables_, raw, *code, dropped);
     }
     if (text.empty()) {
-        const Message unknown = critical_box(
-            "Cannot recognize received data.\nCheck I/O device settings.", "Received data error");
+        const Message unknown = unrecognised_box();
         co_await session_.op.ask(unknown);
         co_return std::nullopt;
     }
