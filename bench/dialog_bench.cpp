@@ -62,18 +62,8 @@ class Machine {
 
 bool gap_beside_dialogs(const Display& display, Machine& machine) {
     constexpr double most = 50;  // milliseconds
-    const struct {
-        const char* menu;
-        int item;
-        const char* title;
-    } dialogs[] = {
-        {"f", 0, "Send to Mill"},      {"c", 0, "Configure serial port"},
-        {"c", 1, "Select I/O device"}, {"c", 2, "Select printer"},
-        {"c", 3, "Page layout"},       {"c", 4, "Files and directories"},
-        {"a", 1, "Getting started"},
-    };
     bool kept = true;
-    for (const auto& dialog : dialogs) {
+    for (const auto& dialog : menu_dialogs) {
         display.pick(dialog.menu, dialog.item);
         const bool came = display.shows(dialog.title);
         std::this_thread::sleep_for(2s);

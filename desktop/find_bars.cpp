@@ -40,10 +40,16 @@ QCheckBox* add_box(Check_box& control, QGridLayout& layout, int row, int column)
     return box;
 }
 
+/// Of a bar, whose column `wide` takes the room that is left.
+QGridLayout* make_layout(int space_above, int wide) {
+    auto* layout = new QGridLayout(new QWidget);
+    layout->setContentsMargins(4, space_above, 4, 2);
+    layout->setColumnStretch(wide, 1);
+    return layout;
+}
+
 QWidget* make_find_frame(Find_bar& bar) {
-    auto* frame = new QWidget;
-    auto* layout = new QGridLayout(frame);
-    layout->setContentsMargins(4, 2, 4, 2);
+    QGridLayout* layout = make_layout(2, 1);
     add_field(bar.find_text, *layout, 0, 0);
     add_button(bar.next_button, *layout, 0, 2);
     add_button(bar.previous_button, *layout, 0, 3);
@@ -52,34 +58,27 @@ QWidget* make_find_frame(Find_bar& bar) {
     add_button(bar.replace_button, *layout, 1, 2);
     add_button(bar.replace_all_button, *layout, 1, 3);
     add_box(bar.whole_word, *layout, 1, 4);
-    layout->setColumnStretch(1, 1);
-    bind_frame(bar.find_frame, *frame);
-    return frame;
+    bind_frame(bar.find_frame, *layout->parentWidget());
+    return layout->parentWidget();
 }
 
 QWidget* make_go_to_frame(Find_bar& bar) {
-    auto* frame = new QWidget;
-    auto* layout = new QGridLayout(frame);
-    layout->setContentsMargins(4, 2, 4, 2);
+    QGridLayout* layout = make_layout(2, 1);
     add_field(bar.go_to_text, *layout, 0, 0);
     add_button(bar.go_to_button, *layout, 0, 2);
-    layout->setColumnStretch(1, 1);
-    bind_frame(bar.go_to_frame, *frame);
-    return frame;
+    bind_frame(bar.go_to_frame, *layout->parentWidget());
+    return layout->parentWidget();
 }
 
 /// What has come of a search, and the button that stops a long one.
 QWidget* make_result_row(Find_bar& bar) {
-    auto* row = new QWidget;
-    auto* layout = new QGridLayout(row);
-    layout->setContentsMargins(4, 0, 4, 2);
+    QGridLayout* layout = make_layout(0, 0);
     auto* result = new QLabel;
     result->setAccessibleName("Search");
     bind(bar.result, *result);
     layout->addWidget(result, 0, 0);
     add_button(bar.stop_button, *layout, 0, 1);
-    layout->setColumnStretch(0, 1);
-    return row;
+    return layout->parentWidget();
 }
 
 }  // namespace

@@ -19,7 +19,6 @@ namespace {
 
 /// Bytes of a long log in which lines are looked for before other events have their turn.
 constexpr std::size_t slice = std::size_t{8} << 20;
-constexpr int zoom_step = 10;
 
 struct Key_step {
     QKeySequence::StandardKey moves, selects;
@@ -384,7 +383,7 @@ void Pane_view::mouseDoubleClickEvent(QMouseEvent* event) {
 void Pane_view::wheelEvent(QWheelEvent* event) {
     if (event->modifiers().testFlag(Qt::ControlModifier)) {
         const int turned = event->angleDelta().y();
-        pane_.set_zoom(pane_.zoom() + (turned > 0 ? zoom_step : turned < 0 ? -zoom_step : 0));
+        pane_.zoom_by(turned > 0 ? 1 : turned < 0 ? -1 : 0);
         event->accept();
         return;
     }

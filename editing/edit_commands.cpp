@@ -6,7 +6,6 @@ namespace kelvane {
 
 namespace {
 
-constexpr int zoom_step = 10;
 constexpr int usual_zoom = 100;
 
 struct Item_text {
@@ -89,8 +88,8 @@ void Edit_commands::attach_handlers() {
     on(go_to, [this] { find_bar_.open_go_to(); });
     on(other_content, [this] { show_other_content(); });
     on(follow, [this] { pane_.follow(); });
-    on(larger, [this] { pane_.set_zoom(pane_.zoom() + zoom_step); });
-    on(smaller, [this] { pane_.set_zoom(pane_.zoom() - zoom_step); });
+    on(larger, [this] { pane_.zoom_by(1); });
+    on(smaller, [this] { pane_.zoom_by(-1); });
     on(usual_size, [this] { pane_.set_zoom(usual_zoom); });
     for (std::size_t i = 0; i < RecentMenuItem.size(); ++i) {
         RecentMenuItem[i].on_click = [this, i] { open_file(pane_.program().recent().at(i)); };

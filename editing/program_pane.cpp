@@ -12,6 +12,7 @@ namespace {
 
 constexpr int least_zoom = 50;
 constexpr int most_zoom = 400;
+constexpr int zoom_step = 10;
 
 /// Of a text so long as to be read in slices, by its first lines.
 Text_encoding encoding_of_start(std::string_view text) {
@@ -212,6 +213,10 @@ void Program_pane::moved() {
     following_ = false;
     program_.end_step();
     changed();
+}
+
+void Program_pane::zoom_by(int steps) {
+    set_zoom(zoom_ + steps * zoom_step);
 }
 
 void Program_pane::set_zoom(int percent) {

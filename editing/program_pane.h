@@ -70,6 +70,8 @@ class Program_pane : public Control {
     /// Letters in percent of their usual size, 50 to 400; remembered from run to run.
     [[nodiscard]] int zoom() const { return zoom_; }
     void set_zoom(int percent);
+    /// Larger by so many steps, smaller by negative ones.
+    void zoom_by(int steps);
 
     /// Finds the lines of a long log, `budget` bytes at a time. True when all is done; before that
     /// the part is shown that is.

@@ -68,18 +68,8 @@ class Beside_dialogs : public ::testing::Test {
 TEST_F(Beside_dialogs, a_send_goes_on_and_stop_and_send_work) {
     constexpr int send_button = 86;
     constexpr int stop_button = 95;
-    const struct {
-        const char* menu;
-        int item;
-        const char* title;
-    } dialogs[] = {
-        {"f", 0, "Send to Mill"},      {"c", 0, "Configure serial port"},
-        {"c", 1, "Select I/O device"}, {"c", 2, "Select printer"},
-        {"c", 3, "Page layout"},       {"c", 4, "Files and directories"},
-        {"a", 1, "Getting started"},
-    };
     expect_it_goes_on();
-    for (const auto& dialog : dialogs) {
+    for (const auto& dialog : menu_dialogs) {
         SCOPED_TRACE(dialog.title);
         EXPECT_TRUE(display.pick(dialog.menu, dialog.item));
         ASSERT_TRUE(display.shows(dialog.title) && display.put_aside(dialog.title));

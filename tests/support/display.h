@@ -7,6 +7,20 @@
 
 namespace kelvane::testing {
 
+/// A dialog that may stand open beside a transfer: its menu's letter, its item from 0, its title
+/// with the machine of a `Program_directory` selected.
+struct Menu_dialog {
+    const char* menu;
+    int item;
+    const char* title;
+};
+inline constexpr Menu_dialog menu_dialogs[] = {
+    {"f", 0, "Send to Mill"},      {"c", 0, "Configure serial port"},
+    {"c", 1, "Select I/O device"}, {"c", 2, "Select printer"},
+    {"c", 3, "Page layout"},       {"c", 4, "Files and directories"},
+    {"a", 1, "Getting started"},
+};
+
 /// A screen that nobody sees (Xvfb), for the finished program in its real windows, with keys and a
 /// mouse from outside (xdotool). No window manager runs on it: the main window stands in the
 /// corner, and nobody but `type` gives a window the focus.
