@@ -1,5 +1,7 @@
 #include "receive/conversion.h"
 
+#include "session/transfer_end.h"
+
 namespace kelvane {
 
 namespace {
