@@ -5,11 +5,12 @@
 #include <chrono>
 #include <csignal>
 #include <fstream>
+#include <functional>
 #include <iostream>
 #include <memory>
-#include <sched.h>
 #include <stop_token>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -114,14 +115,10 @@ double median(std::vector<double> values) {
 /// Keeps every processor occupied by threads of a process that is not the program.
 class Occupied_processors {
   public:
-    /// `policy` is SCHED_OTHER for work like any other, SCHED_IDLE for work when nothing else is
-    /// to be done.
-    explicit Occupied_processors(int policy) {
+    Occupied_processors() {
         for (unsigned i = 0; i < std::thread::hardware_concurrency(); ++i) {
-            threads_.emplace_back([policy](const std::stop_token& stop) {
-                const sched_param none{};
-                const bool set = ::sched_setscheduler(0, policy, &none) == 0;
-                while (set && !stop.stop_requested()) {
+            threads_.emplace_back([](const std::stop_token& stop) {
+                while (!stop.stop_requested()) {
                 }
             });
         }
@@ -152,25 +149,30 @@ bool send_at(const Baud_row& row, const char* load, double use_goal, double proc
            used && sent;
 }
 
+bool send_on_an_idle_computer() {
+    const bool slow = send_at({9600, "BAUD 3"}, "idle", 98.5, 8);
+    return send_at({115200, "BAUD-2"}, "idle", 97, 30) && slow;
+}
+
 bool send_on_a_busy_computer() {
-    const Occupied_processors busy(SCHED_OTHER);
+    const Occupied_processors busy;
     const bool slow = send_at({9600, "BAUD 3"}, "busy", 98.5, 30);
     return send_at({115200, "BAUD-2"}, "busy", 97, 30) && slow;
 }
 
-// The machine works off less than comes in, so it must hold the line again and again. A processor
-// of a virtual computer takes a millisecond to wake; would one fall asleep, the machine would see
-// the first characters after each pause late, and its line would stay behind the program's by that
-// much.
+// The machine works off less than comes in, so it must hold the line again and again. It looks at
+// the line without sleeping: a processor of a virtual computer takes a millisecond to wake, the
+// first characters after each pause would be seen late, and the machine's line would stay behind
+// the program's by that much.
 bool obey_xoff_at(const Baud_row& row) {
     constexpr double two_and_a_chunk = 7;
-    const Occupied_processors awake(SCHED_IDLE);
     const int characters_per_second = row.baud / 10;
     std::vector<double> most;
     bool sent = true;
     for (int round = 0; round < rounds; ++round) {
         Run run(row, {"--buffer", "100000", "--high-water", "100", "--low-water", "20", "--drain",
-                      std::to_string(characters_per_second / 2), "--alarm-after", "100000"});
+                      std::to_string(characters_per_second / 2), "--alarm-after", "100000",
+                      "--attentive"});
         run.folder.put(
             "PART.NC",
             program_of(static_cast<std::size_t>(std::clamp(characters_per_second * 4, 700, 2500))));
@@ -181,6 +183,10 @@ bool obey_xoff_at(const Baud_row& row) {
     return promise("most characters after an Xoff at " + std::to_string(row.baud) + " baud",
                    median(most), Limit::at_most, two_and_a_chunk) &&
            sent;
+}
+
+bool obey_xoff() {
+    return std::ranges::count_if(baud_rates, obey_xoff_at) == std::ssize(baud_rates);
 }
 
 /// How often the process has slept and been woken.
@@ -214,16 +220,36 @@ bool wait_at_rest(const char* what, int event) {
            program->exit_within(patience) == 0;
 }
 
+bool wait_calmly() {
+    const bool for_xon = wait_at_rest("Xon", 1);
+    return wait_at_rest("data", 2) && for_xon;
+}
+
+/// What can be measured, by its name on the command line.
+struct Figure {
+    std::string_view name;
+    std::function<bool()> keeps_promise;
+};
+
+const Figure figures[] = {
+    {"use", [] { return send_on_an_idle_computer(); }},
+    {"busy", [] { return send_on_a_busy_computer(); }},
+    {"wait", [] { return wait_calmly(); }},
+    {"xoff", [] { return obey_xoff(); }},
+};
+
 }  // namespace
 
-int main() {
-    bool kept = send_at({9600, "BAUD 3"}, "idle", 98.5, 8);
-    kept = send_at({115200, "BAUD-2"}, "idle", 97, 30) && kept;
-    kept = send_on_a_busy_computer() && kept;
-    kept = wait_at_rest("Xon", 1) && kept;
-    kept = wait_at_rest("data", 2) && kept;
-    for (const Baud_row& row : baud_rates) {
-        kept = obey_xoff_at(row) && kept;
+/// `transfer_bench [NAME]`: all figures, or those of one name.
+int main(int count, char** arguments) {
+    const std::string_view wanted = count > 1 ? arguments[1] : "";
+    bool kept = true;
+    bool known = false;
+    for (const Figure& figure : figures) {
+        if (wanted.empty() || wanted == figure.name) {
+            known = true;
+            kept = figure.keeps_promise() && kept;
+        }
     }
-    return kept ? 0 : 1;
+    return kept && known ? 0 : 1;
 }

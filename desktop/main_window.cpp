@@ -3,7 +3,6 @@
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QMenuBar>
-#include <QProgressBar>
 #include <QPushButton>
 #include <QShortcut>
 #include <QStatusBar>
@@ -13,6 +12,7 @@
 #include <utility>
 
 #include "desktop/bindings.h"
+#include "desktop/busy_bar.h"
 #include "desktop/drawn_icons.h"
 #include "desktop/elided_label.h"
 #include "desktop/event_filter.h"
@@ -182,7 +182,7 @@ void Main_window::make_controls(Kelvane_lite_form& form, Editor_parts& parts) {
         }
         return false;
     });
-    progress_ = new QProgressBar(inner_);
+    progress_ = new Busy_bar(inner_);
     send_ = new QPushButton(inner_);
     stop_ = new QPushButton(inner_);
     bind(form.ProgressBar1, *progress_);

@@ -116,7 +116,9 @@ void Line::sleep_until(Time until) {
         {{present_ ? terminal_.descriptor() : -1, events, 0}, {watched_, POLLIN, 0}}};
     timespec timeout{};
     const timespec* limit = nullptr;
-    if (until != never) {
+    if (settings_.attentive) {
+        limit = &timeout;
+    } else if (until != never) {
         const auto left = std::max(Duration::zero(), until - Clock::now());
         timeout.tv_sec = static_cast<time_t>(left.count() / 1'000'000'000);
         timeout.tv_nsec = static_cast<long>(left.count() % 1'000'000'000);

@@ -24,6 +24,7 @@ struct Line_settings {
     int stop_bits = 1;
     bool unpaced_sending = false;   ///< bytes go out as fast as the terminal takes them
     std::size_t hang_up_after = 0;  ///< bytes of both directions; 0: never
+    bool attentive = false;         ///< never sleeps, for a whole processor
     Time deadline = never;          ///< of the whole run
 };
 

@@ -27,12 +27,12 @@ Outcome run_machine(const Options& options) {
         return Outcome::trouble;
     }
     std::cout << terminal.partner_path() << std::endl;
-    if (!options.full_speed) {
+    if (!options.full_speed && !options.attentive) {
         run_punctually();
     }
     const Time deadline = options.timeout.count() > 0 ? Clock::now() + options.timeout : never;
     Line line(terminal, {options.baud, options.stop_bits, options.full_speed, options.hang_up_after,
-                         deadline});
+                         options.attentive, deadline});
     return options.serve.empty() ? run_jobs(options, line) : Console(options, line).run();
 }
 

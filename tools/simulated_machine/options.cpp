@@ -176,6 +176,8 @@ constexpr Option option_table[] = {
      "end of block: lf, cr, lfcr, crlf or a text (crlf); an EIA machine always uses 128"},
     {"--switchbox", "SEQ", [](Options& o, View v) { return set_characters(o.switchbox, v); },
      "a switchbox stands in front: nothing passes until SEQ has gone by in the tape code"},
+    {"--attentive", "", [](Options& o, View) { return o.attentive = true; },
+     "watch the line without sleeping: what comes in is seen in microseconds, for a processor"},
     {"--hang-up-after", "N", [](Options& o, View v) { return set_count(o.hang_up_after, v, 1); },
      "pull the adapter out after N bytes in either direction"},
     {"--start-delay", "MS", [](Options& o, View v) { return set_milliseconds(o.start_delay, v); },

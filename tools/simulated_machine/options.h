@@ -36,6 +36,7 @@ struct Options {
     std::string end_of_block = "\r\n";
     std::string switchbox;
     std::size_t hang_up_after = 0;  ///< 0: never
+    bool attentive = false;
 
     std::size_t buffer = 1024;
     std::size_t high_water = 0;  ///< 0 on the command line: three quarters of the buffer
