@@ -8,12 +8,15 @@
 #include <cstdlib>
 #include <iostream>
 #include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "desktop/disk_files.h"
 #include "desktop/qt_event_loop.h"
 #include "frame/program.h"
 #include "promise.h"
-#include "receive/received_text.h"
+#include "receive/conversion.h"
 #include "support/headless_platform.h"
 #include "support/program_process.h"
 
@@ -49,15 +52,16 @@ Seconds time_of(Work work) {
     return taken.count();
 }
 
-/// The shortest of some runs, each after `prepare`: the others were disturbed.
+/// The one in the middle of some runs, each after `prepare`.
 template <typename Prepare, typename Work>
-Seconds shortest(Prepare prepare, Work work) {
-    Seconds best = 1e9;
+Seconds usual_time(Prepare prepare, Work work) {
+    std::vector<Seconds> times;
     for (int round = 0; round < rounds; ++round) {
         prepare();
-        best = std::min(best, time_of(work));
+        times.push_back(time_of(work));
     }
-    return best;
+    std::nth_element(times.begin(), times.begin() + rounds / 2, times.end());
+    return times[rounds / 2];
 }
 
 /// The program without windows, on real files and the real clock.
@@ -65,19 +69,29 @@ struct Program_on_disk {
     explicit Program_on_disk(const std::string& folder) : files(folder) { program.start(); }
 
     /// The staging file's conversion; true when it has become text.
-    bool converts() {
-        static const Transfer_options options = load_transfer_options(files, "(default)").options;
-        bool text = false;
+    bool converts_file() { return runs(convert_file()); }
+    /// The conversion of bytes in memory; true when it has become text of the same size.
+    bool converts(std::string_view raw) { return runs(convert(raw)); }
+
+    bool runs(Task<> work) {
+        done = false;
         Task_keeper keeper(loop);
-        keeper.start(convert(options, text));
+        keeper.start(std::move(work));
         if (!keeper.empty()) {
             QApplication::exec();
         }
-        return text;
+        return done;
     }
-    Task<> convert(const Transfer_options& options, bool& text) {
+    Task<> convert_file() {
         const Receive::Text_or_trouble result = co_await program.receive.code_convert_file(options);
-        text = std::holds_alternative<Receive::Text>(result);
+        done = std::holds_alternative<Receive::Text>(result);
+        QApplication::exit();
+    }
+    Task<> convert(std::string_view raw) {
+        const Received_code code{receive_ascii, 0x8D};
+        const std::string text = co_await converted_text(loop, program.code_tables, raw, code,
+                                                         conversion_options(options));
+        done = text.size() == raw.size();
         QApplication::exit();
     }
 
@@ -93,6 +107,8 @@ struct Program_on_disk {
                       doubles.desktop,
                       files};
     Program program{platform};
+    Transfer_options options = load_transfer_options(files, "(default)").options;
+    bool done = false;
 };
 
 bool measure(const Program_directory& folder) {
@@ -102,23 +118,16 @@ bool measure(const Program_directory& folder) {
     const std::string tr = "LC_ALL=C tr '\\200-\\377' '\\000-\\177' <'" + folder.path("raw") +
                            "' >'" + folder.path("by tr") + "'";
     bool done = true;
-    const Seconds by_tr = shortest([] {}, [&] { done = std::system(tr.c_str()) == 0 && done; });
+    const Seconds by_tr = usual_time([] {}, [&] { done = std::system(tr.c_str()) == 0 && done; });
 
     Program_on_disk disk(folder.path("."));
-    const Seconds file_to_file =
-        shortest([&] { folder.put(staging, raw); }, [&] { done = disk.converts() && done; });
+    // As in a receive, where the bytes are safe on the disk before they are converted.
+    const auto stage = [&] {
+        done = disk.files.replace(folder.path(staging), raw).has_value() && done;
+    };
+    const Seconds file_to_file = usual_time(stage, [&] { done = disk.converts_file() && done; });
     const bool right = done && folder.content(staging) == folder.content("by tr");
-
-    const Code_tables& tables = disk.program.code_tables;
-    const Received_code code{receive_ascii, 0x8D};
-    const std::string unwanted = "\n\r\x80\x8a\x8d\x1a";
-    const Seconds in_memory =
-        shortest([] {},
-                 [&] {
-                     Received_text text(raw, tables, code, {false, false, unwanted, {}});
-                     text.take(raw.size());
-                     done = text.finish().size() == raw.size() && done;
-                 });
+    const Seconds in_memory = usual_time([] {}, [&] { done = disk.converts(raw) && done; });
     std::cout << "  " << megabytes << " MB: tr " << megabytes / by_tr << " MB/s\n";
     const bool kept =
         promise("conversion with its yields, MB/s", megabytes / in_memory, Limit::at_least, 100);

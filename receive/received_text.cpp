@@ -7,6 +7,8 @@ namespace kelvane {
 
 namespace {
 
+constexpr std::size_t part_length = 100;  // bytes
+
 bool holds(std::string_view characters, int character) {
     return characters.find(static_cast<char>(character)) != std::string_view::npos;
 }
@@ -24,37 +26,52 @@ Received_text::Received_text(std::string_view raw, const Code_tables& tables,
         actions_[byte] = drops ? dropped : character;
     }
     actions_[code.end_of_block] = ends_block;
-    const auto blocks = std::count(raw.begin(), raw.end(), static_cast<char>(code.end_of_block));
-    text_.resize(raw.size() + 2 * static_cast<std::size_t>(blocks));
+    // Enough for lines of ordinary length; what shorter ones need beyond that, the text grows by.
+    text_.reserve(raw.size() + raw.size() / 8);
 }
 
 void Received_text::take(std::size_t count) {
-    const std::string_view part = raw_.substr(taken_, count);
-    taken_ += part.size();
-    char* out = text_.data() + end_;
-    for (const char byte : part) {
-        const std::int16_t action = actions_[static_cast<unsigned char>(byte)];
-        if (action >= 0) {
-            *out++ = static_cast<char>(action);
-        } else if (action == ends_block) {
-            out = end_line(out);
-        }
+    std::string_view left = raw_.substr(taken_, count);
+    taken_ += left.size();
+    while (!left.empty()) {
+        take_part(left.substr(0, part_length));
+        left.remove_prefix(std::min(left.size(), part_length));
     }
-    end_ = static_cast<std::size_t>(out - text_.data());
 }
 
-char* Received_text::end_line(char* out) {
+/// Through a small buffer, so that the text needs no filling before it is written. Nothing depends
+/// on whether a byte is kept but where the next one goes.
+void Received_text::take_part(std::string_view part) {
+    std::array<char, 2 * part_length> buffer;  // NOLINT(*-member-init): filled as far as it is read
+    char* out = buffer.data();
+    for (const char byte : part) {
+        const std::int16_t action = actions_[static_cast<unsigned char>(byte)];
+        if (action == ends_block) {
+            out = end_line(buffer.data(), out);
+        } else {
+            *out = static_cast<char>(action);
+            out += action >= 0 ? 1 : 0;
+        }
+    }
+    text_.append(buffer.data(), out);
+}
+
+/// Of the line that ends at `out` in a buffer behind the text; where the next one begins.
+char* Received_text::end_line(char* buffer, char* out) {
     if (std::exchange(drops_next_, false)) {
-        return text_.data() + line_start_;
+        text_.clear();
+        return buffer;
     }
     *out++ = '\r';
     *out++ = '\n';
-    line_start_ = static_cast<std::size_t>(out - text_.data());
+    line_start_ = text_.size() + static_cast<std::size_t>(out - buffer);
     return out;
 }
 
 std::string Received_text::finish() {
-    text_.resize(drops_unfinished_ ? line_start_ : end_);
+    if (drops_unfinished_) {
+        text_.resize(line_start_);
+    }
     return std::move(text_);
 }
 

@@ -37,14 +37,14 @@ class Received_text {
     static constexpr std::int16_t dropped = -1;
     static constexpr std::int16_t ends_block = -2;
 
-    char* end_line(char* out);
+    void take_part(std::string_view part);
+    char* end_line(char* buffer, char* out);
 
     std::string_view raw_;
     std::size_t taken_ = 0;
     std::array<std::int16_t, 256> actions_{};
-    std::string text_;  ///< storage of the largest size that the text can take
-    std::size_t end_ = 0;
-    std::size_t line_start_ = 0;
+    std::string text_;
+    std::size_t line_start_ = 0;  ///< in `text_`
     bool drops_next_;
     bool drops_unfinished_;
 };
