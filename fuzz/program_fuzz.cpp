@@ -4,6 +4,7 @@
 #include "frame/program.h"
 #include "fuzz_input.h"
 #include "session/file_names.h"
+#include "shop_whims.h"
 #include "support/headless_platform.h"
 #include "support/plain_settings.h"
 
@@ -12,21 +13,6 @@ namespace {
 using namespace kelvane;
 using namespace kelvane::testing;
 using namespace std::chrono_literals;
-
-/// Answers every box with "no" or "yes".
-class Quick_boxes : public Message_box {
-  public:
-    explicit Quick_boxes(bool yes) : yes_(yes) {}
-    Task<Message_answer> ask(Message message) override {
-        if (message.buttons == Message_buttons::yes_no) {
-            co_return yes_ ? Message_answer::yes : Message_answer::no;
-        }
-        co_return Message_answer::ok;
-    }
-
-  private:
-    bool yes_;
-};
 
 void put_files(Memory_files& files, fuzz::Fuzz_input& input) {
     for (const std::string_view name :
@@ -50,29 +36,39 @@ std::string settings(fuzz::Fuzz_input& input) {
     return plain_settings(lines);
 }
 
+/// Closes the window until it is gone; one that stays for what could not be saved is ended from
+/// outside.
+void end(Program& program, Virtual_loop& loop, const bool& ended) {
+    for (int times = 0; times < 3 && !ended; ++times) {
+        program.window.close();
+        loop.run_for(10s);
+    }
+    if (!ended) {
+        program.end_unasked();
+    }
+    loop.run_for(10s);
+}
+
 void run(fuzz::Fuzz_input& input) {
-    Headless_platform doubles;
-    Quick_boxes boxes(input.yes());
-    Platform platform{doubles.loop,    doubles.windows, boxes,           doubles.file_dialog,
-                      doubles.printer, doubles.machine, doubles.desktop, doubles.files};
-    const std::string port_settings = doubles.files.program_path(file_names::port_settings);
-    doubles.files.put(port_settings, settings(input));
-    put_files(doubles.files, input);
-    doubles.files.put("/nc/PART.NC", std::string(input.text()));
+    Headless_platform desk;
+    desk.files.put(desk.files.program_path(file_names::port_settings), settings(input));
+    put_files(desk.files, input);
+    desk.files.put("/nc/PART.NC", std::string(input.text()));
     const auto item = static_cast<std::size_t>(input.choice(6));
     const std::string from_machine(input.text());
-    doubles.machine.after(150ms, [&] { doubles.machine.sends(from_machine); });
-    doubles.desktop.command = input.text();
+    desk.machine.after(150ms, [&] { desk.machine.sends(from_machine); });
+    desk.desktop.command = input.text();
+    fuzz::answer_by(input, desk, "/nc/BACK.NC");
 
-    Program program(platform);
-    doubles.loop.after(20s, [&program] { program.window.close(); });
+    Program program(desk.platform);
     program.start();
-    doubles.file_dialog.answers = {"/nc/PART.NC", "/nc/BACK.NC", "/nc/BACK.NC"};
     if (program.window.loaded()) {
         program.window.FileMenuItem[item].click();
     }
-    doubles.loop.run_for(30s);
-    fuzz::require(!doubles.machine.is_open(), "the port is closed at the end");
+    desk.loop.run_for(20s);
+    end(program, desk.loop, desk.windows.ended);
+    fuzz::require(desk.windows.ended && !desk.machine.is_open(), "the port is closed at the end");
+    fuzz::require(program.window.tasks.empty(), "nothing goes on after the end");
 }
 
 }  // namespace
@@ -80,5 +76,6 @@ void run(fuzz::Fuzz_input& input) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::Fuzz_input input(data, size);
     run(input);
+    fuzz::require_no_failure();
     return 0;
 }

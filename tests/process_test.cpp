@@ -35,7 +35,8 @@ std::string part_program(int blocks) {
     std::string text = "O1234\r\nG90 G17\r\n";
     for (int block = 1; block <= blocks; ++block) {
         const std::string number = std::to_string(block * 10);
-        text += "N" + number + " G1 X" + number + ".125 Y-37.5 F250\r\n";
+        text.append("N").append(number).append(" G1 X").append(number).append(
+            ".125 Y-37.5 F250\r\n");
     }
     return text + "M30\r\n";
 }

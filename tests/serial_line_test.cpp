@@ -213,7 +213,7 @@ TEST_F(Serial_line_test, failures_to_open_are_told_apart) {
     constexpr uid_t nobody = 65534;
     constexpr gid_t others = 4242;
     ASSERT_TRUE(::geteuid() != 0 || ::chown(device_.c_str(), 0, others) == 0);
-    for (const mode_t mode : {0660, 0600}) {
+    for (const mode_t mode : {0660U, 0600U}) {
         ASSERT_EQ(::chmod(device_.c_str(), ::geteuid() == 0 ? mode : mode & 0060), 0);
         const bool changed = ::geteuid() == 0 && ::seteuid(nobody) == 0;
         EXPECT_EQ(open(), Port_error::no_permission);

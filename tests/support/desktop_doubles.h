@@ -146,7 +146,7 @@ class Scripted_file_dialog : public File_dialog {
             co_await loop_.next();
         }
         if (answers.empty()) {
-            co_return std::nullopt;
+            co_return otherwise ? otherwise(purpose) : std::nullopt;
         }
         const Answer answer = std::move(answers.front());
         answers.pop_front();
@@ -157,6 +157,8 @@ class Scripted_file_dialog : public File_dialog {
         co_return std::exchange(folder, std::nullopt);
     }
     std::deque<Answer> answers;
+    /// Answers when the queue is empty.
+    std::function<std::optional<std::string>(File_purpose)> otherwise;
     std::string shown_title;  ///< of the last file dialog
     std::optional<std::string> folder;
     bool stays_open = false;
