@@ -14,7 +14,7 @@ namespace kelvane {
 namespace {
 
 /// Widths of the columns in digits; what is wider is cut short.
-constexpr int column_widths[] = {16, 11, 9, 26, 8, 7, 9, 16, 16};
+constexpr int column_widths[] = {21, 11, 9, 26, 8, 7, 9, 16, 16};
 
 QTableView* table_of(Table& control) {
     auto* view = new QTableView;
@@ -51,7 +51,7 @@ std::unique_ptr<QDialog> make_transfer_log_dialog(Transfer_log_form& form) {
     column->addWidget(table_of(form.Transfers_tbl), 1);
     column->addLayout(
         row_of({count, foot_of({button_of(form.Export_button), button_of(form.Close_button)})}));
-    dialog->resize(760, 480);
+    dialog->resize(960, 480);
     finish_dialog(*dialog);
     return dialog;
 }

@@ -18,6 +18,8 @@ constexpr Window_and_page pages[] = {
     {"Set_directory_form_lite", "machines"},
     {"Page_layout_form_lite", "listing"},
     {"select_printer", "listing"},
+    {"print_preview", "listing"},
+    {"message_box", "messages"},
     {"resequence_form_lite", "renumber"},
     {"Line_monitor_form", "line"},
     {"Test_line_form", "line"},

@@ -156,7 +156,7 @@ TEST_F(Finished_program, every_menu_item_shows_its_form_or_dialog) {
         {3, 5, "", "Compare_form|Compare programs|modal|"},
         {3, 6, "", "Help_form|Manual|modeless|"},
         {4, 0, "", information + "Kelvane Lite|modeless|OK,\n"},
-        {4, 1, "", information + "Getting started|modeless|OK,\n"},
+        {4, 1, "", information + "Connecting a machine for the first time|modeless|OK,\n"},
         {4, 2, "", information + "Tape codes and handshakes|modeless|OK,\n"},
         {4, 3, "", information + "Command line|modeless|OK,\n"},
         {4, 4, "", information + "Trouble on the line|modeless|OK,\n"},

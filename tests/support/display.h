@@ -15,10 +15,13 @@ struct Menu_dialog {
     const char* title;
 };
 inline constexpr Menu_dialog menu_dialogs[] = {
-    {"f", 0, "Send to Mill"},      {"c", 0, "Configure serial port"},
-    {"c", 1, "Select I/O device"}, {"c", 2, "Select printer"},
-    {"c", 3, "Page layout"},       {"c", 4, "Files and directories"},
-    {"a", 1, "Getting started"},
+    {"f", 0, "Send to Mill"},
+    {"c", 0, "Configure serial port"},
+    {"c", 1, "Select I/O device"},
+    {"c", 2, "Select printer"},
+    {"c", 3, "Page layout"},
+    {"c", 4, "Files and directories"},
+    {"a", 1, "Connecting a machine for the first time"},
 };
 
 /// A screen that nobody sees (Xvfb), for the finished program in its real windows, with keys and a
