@@ -3,15 +3,11 @@
 // the same run.
 
 #include <QApplication>
-#include <algorithm>
-#include <chrono>
-#include <cstdlib>
-#include <iostream>
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
+#include "beside.h"
 #include "desktop/disk_files.h"
 #include "desktop/qt_event_loop.h"
 #include "frame/program.h"
@@ -25,14 +21,12 @@ namespace {
 using namespace kelvane;
 using namespace kelvane::bench;
 using namespace kelvane::testing;
-using Seconds = double;
 
-constexpr std::size_t size = 50'000'000;
 constexpr int rounds = 5;
 constexpr const char* staging = "scratchpad data 5";
 
 /// Even parity, lines ended by CR LF.
-std::string tape() {
+std::string tape(std::size_t size) {
     const Code_tables tables = Build_code_tables();
     std::string text;
     for (int line = 1; text.size() < size; ++line) {
@@ -42,26 +36,6 @@ std::string tape() {
         character = static_cast<char>(tables.code_table[static_cast<unsigned char>(character)][0]);
     }
     return text;
-}
-
-template <typename Work>
-Seconds time_of(Work work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    const std::chrono::duration<Seconds> taken = std::chrono::steady_clock::now() - start;
-    return taken.count();
-}
-
-/// The one in the middle of some runs, each after `prepare`.
-template <typename Prepare, typename Work>
-Seconds usual_time(Prepare prepare, Work work) {
-    std::vector<Seconds> times;
-    for (int round = 0; round < rounds; ++round) {
-        prepare();
-        times.push_back(time_of(work));
-    }
-    std::nth_element(times.begin(), times.begin() + rounds / 2, times.end());
-    return times[rounds / 2];
 }
 
 /// The program without windows, on real files and the real clock.
@@ -111,29 +85,32 @@ struct Program_on_disk {
     bool done = false;
 };
 
-bool measure(const Program_directory& folder) {
-    const std::string raw = tape();
-    const double megabytes = static_cast<double>(raw.size()) / 1e6;
+bool measure(const Program_directory& folder, std::size_t megabytes) {
+    const std::string raw = tape(megabytes * 1'000'000);
+    const std::string size = std::to_string(megabytes) + " MB, s";
     folder.put("raw", raw);
     const std::string tr = "LC_ALL=C tr '\\200-\\377' '\\000-\\177' <'" + folder.path("raw") +
                            "' >'" + folder.path("by tr") + "'";
     bool done = true;
-    const Seconds by_tr = usual_time([] {}, [&] { done = std::system(tr.c_str()) == 0 && done; });
+    const Seconds by_tr = usual_time(rounds, [&] { done = command(tr) && done; });
 
     Program_on_disk disk(folder.path("."));
     // As in a receive, where the bytes are safe on the disk before they are converted.
     const auto stage = [&] {
         done = disk.files.replace(folder.path(staging), raw).has_value() && done;
     };
-    const Seconds file_to_file = usual_time(stage, [&] { done = disk.converts_file() && done; });
-    const bool right = done && folder.content(staging) == folder.content("by tr");
-    const Seconds in_memory = usual_time([] {}, [&] { done = disk.converts(raw) && done; });
-    std::cout << "  " << megabytes << " MB: tr " << megabytes / by_tr << " MB/s\n";
+    const Seconds file_to_file =
+        usual_time(rounds, stage, [&] { done = disk.converts_file() && done; });
+    done = done && folder.content(staging) == folder.content("by tr");
+    const Seconds in_memory = usual_time(rounds, [&] { done = disk.converts(raw) && done; });
+    beside("conversion in memory, " + size, in_memory, "tr, file to file", by_tr);
+    beside("conversion file to file, safe on the disk, " + size, file_to_file, "tr, not synced",
+           by_tr);
+    const auto speed = [&](Seconds time) { return static_cast<double>(megabytes) / time; };
     const bool kept =
-        promise("conversion with its yields, MB/s", megabytes / in_memory, Limit::at_least, 100);
-    return promise("file to file, safe on disk, MB/s", megabytes / file_to_file, Limit::at_least,
-                   100) &&
-           kept && right && done;
+        promise("conversion with its yields, MB/s", speed(in_memory), Limit::at_least, 100);
+    return promise("file to file, safe on disk, MB/s", speed(file_to_file), Limit::at_least, 100) &&
+           kept && done;
 }
 
 }  // namespace
@@ -141,5 +118,10 @@ bool measure(const Program_directory& folder) {
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
-    return measure(Program_directory()) ? 0 : 1;
+    const Program_directory folder;
+    bool kept = true;
+    for (const std::size_t megabytes : {1, 10, 50}) {
+        kept = measure(folder, megabytes) && kept;
+    }
+    return kept ? 0 : 1;
 }

@@ -7,6 +7,7 @@
 #include <QPlainTextEdit>
 #include <QTemporaryDir>
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <fstream>
 #include <functional>
@@ -15,6 +16,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "beside.h"
 #include "desktop/disk_files.h"
 #include "desktop/pane_view.h"
 #include "desktop/qt_event_loop.h"
@@ -25,9 +27,10 @@
 namespace {
 
 using namespace kelvane;
+using kelvane::bench::beside;
 using kelvane::bench::Limit;
 using kelvane::bench::promise;
-using Seconds = double;
+using kelvane::bench::Seconds;
 
 struct Figures {
     Seconds first_lines = 0;   ///< from the choice of the file to its first lines on the screen
@@ -144,6 +147,20 @@ Figures in_own_process(const std::function<Figures()>& measure) {
     return figures;
 }
 
+/// Each figure's middle one of some runs.
+Figures usual_figures(const std::function<Figures()>& measure) {
+    std::array<Figures, 3> runs;
+    for (Figures& run : runs) {
+        run = in_own_process(measure);
+    }
+    const auto middle = [&runs](auto member) {
+        std::ranges::nth_element(runs, runs.begin() + runs.size() / 2, {}, member);
+        return runs[runs.size() / 2].*member;
+    };
+    return {middle(&Figures::first_lines), middle(&Figures::whole), middle(&Figures::longest_wait),
+            middle(&Figures::memory)};
+}
+
 void print(const char* what, const Figures& figures, double size) {
     std::cout << "  " << what << ": first lines " << figures.first_lines * 1000 << " ms, all "
               << figures.whole * 1000 << " ms, longest wait " << figures.longest_wait * 1000
@@ -154,10 +171,15 @@ bool compare(const std::string& path, std::size_t megabytes) {
     const double size = static_cast<double>(megabytes) * 1e6;
     write_program(path, megabytes * 1'000'000);
     std::cout << megabytes << " MB" << std::endl;
-    const Figures pane = in_own_process([&] { return measure_pane(path); });
-    const Figures widget = in_own_process([&] { return measure_widget(path); });
+    const Figures pane = usual_figures([&] { return measure_pane(path); });
+    const Figures widget = usual_figures([&] { return measure_widget(path); });
     print("editor", pane, size);
     print("plain-text widget", widget, size);
+    const std::string load = "load of " + std::to_string(megabytes) + " MB, ";
+    const char* peer = "plain-text widget";
+    beside(load + "first lines, s", pane.first_lines, peer, widget.first_lines);
+    beside(load + "longest wait of an event, s", pane.longest_wait, peer, widget.longest_wait);
+    beside(load + "memory, MB", pane.memory / 1e6, peer, widget.memory / 1e6);
     bool kept = promise("first lines, s", pane.first_lines, Limit::at_most, 0.5);
     kept = promise("longest wait of an event, s", pane.longest_wait, Limit::at_most, 0.1) && kept;
     if (megabytes >= 100) {

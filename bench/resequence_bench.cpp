@@ -2,8 +2,6 @@
 // the same file; what it costs in memory; and whether many GOTO targets make a line dearer.
 // Ends with status 1 when a promise is broken.
 
-#include <algorithm>
-#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -13,21 +11,20 @@
 #include <sys/resource.h>
 #include <utility>
 
+#include "beside.h"
 #include "promise.h"
 #include "resequence/engine.h"
 
 namespace {
 
 using namespace kelvane::bench;
-using Seconds = double;
 
-constexpr int line_count = 1'000'000;
-constexpr int rounds = 3;
+constexpr int rounds = 5;
 
 /// Blocks of some 30 characters; every thousandth jumps to one of `targets` blocks.
-std::string program(int targets) {
+std::string program(int lines, int targets) {
     std::string text;
-    for (int line = 1; line <= line_count; ++line) {
+    for (int line = 1; line <= lines; ++line) {
         const std::string number = std::to_string(line);
         text.append("N").append(number).append(" G1 X").append(number).append(".125 Y-3.21 F250");
         if (targets > 0 && line % 1000 == 0) {
@@ -36,19 +33,6 @@ std::string program(int targets) {
         text += "\r\n";
     }
     return text;
-}
-
-/// The shortest of some runs: the others were disturbed.
-template <typename Work>
-Seconds shortest(Work work) {
-    Seconds best = 1e9;
-    for (int round = 0; round < rounds; ++round) {
-        const auto start = std::chrono::steady_clock::now();
-        work();
-        const std::chrono::duration<Seconds> taken = std::chrono::steady_clock::now() - start;
-        best = std::min(best, taken.count());
-    }
-    return best;
 }
 
 std::string read(const std::string& path) {
@@ -78,40 +62,63 @@ double peak_memory() {
     return static_cast<double>(usage.ru_maxrss) * 1024;
 }
 
-bool faster_than(const std::string& awk, const std::string& folder, Seconds own) {
-    if (std::system(("command -v " + awk + " >/dev/null 2>&1").c_str()) != 0) {
-        std::cout << "  " << awk << " is not installed\n";
+struct Script {
+    const char* name;
+    const char* awk;
+    const char* text;
+};
+
+/// They do less than the program: the second only takes each line's first word for its number.
+constexpr Script scripts[] = {
+    {"mawk, numbers removed", "mawk", R"({ sub(/^N[0-9. ]*/, ""); print "N" (n += 10) " " $0 })"},
+    {"mawk, first words replaced", "mawk", R"({ print "N" (n += 10) substr($0, index($0, " ")) })"},
+    {"gawk, numbers removed", "gawk", R"({ sub(/^N[0-9. ]*/, ""); print "N" (n += 10) " " $0 })"},
+};
+
+bool faster_than(const Script& script, const std::string& folder, int lines, Seconds own) {
+    if (!command(std::string("command -v ") + script.awk + " >/dev/null 2>&1")) {
+        std::cout << "  " << script.awk << " is not installed\n";
         return true;
     }
-    const std::string command = "cd '" + folder + "' && LC_ALL=C " + awk +
-                                " '{ sub(/^N[0-9. ]*/, \"\"); print \"N\" (n += 10) \" \" $0 }'"
-                                " program > by_awk";
+    const std::string run =
+        "cd '" + folder + "' && LC_ALL=C " + script.awk + " '" + script.text + "' program > by_awk";
     bool same = true;
-    const Seconds other = shortest([&] { same = std::system(command.c_str()) == 0 && same; });
+    const Seconds other = usual_time(rounds, [&] { same = command(run) && same; });
     same = same && read(folder + "/by_awk") == read(folder + "/renumbered");
-    std::cout << "  " << awk << " " << other << " s, kelvane " << own << " s"
-              << (same ? "\n" : ", DIFFERENT RESULTS\n");
-    return promise("times as fast as " + awk, other / own, Limit::at_least, 1) && same;
+    beside("resequencing of " + std::to_string(lines) + " lines, s", own, script.name, other);
+    std::cout << (same ? "" : "  DIFFERENT RESULTS\n");
+    return promise("times as fast", other / own, Limit::at_least, 1) && same;
+}
+
+bool beside_scripts(const std::string& folder, int lines) {
+    const double base = peak_memory();
+    write(folder + "/program", program(lines, 0));
+    const auto size = static_cast<double>(std::filesystem::file_size(folder + "/program"));
+    const Seconds own = usual_time(rounds, [&folder] {
+        write(folder + "/renumbered", renumbered(read(folder + "/program"), true));
+    });
+    bool kept = promise("memory, files' sizes", (peak_memory() - base) / size, Limit::at_most, 4);
+    for (const Script& script : scripts) {
+        kept = faster_than(script, folder, lines, own) && kept;
+    }
+    return kept;
+}
+
+bool with_gotos(int lines) {
+    const std::string one = program(lines, 1);
+    const std::string many = program(lines, 1000);
+    const Seconds with_one = usual_time(rounds, [&one] { renumbered(one, true); });
+    const Seconds with_many = usual_time(rounds, [&many] { renumbered(many, true); });
+    std::cout << "1000 GOTOs: to one target " << with_one << " s, to 1000 " << with_many << " s\n";
+    return promise("times the cost of one target", with_many / with_one, Limit::at_most, 1.5);
 }
 
 bool measure(const std::string& folder) {
-    const double base = peak_memory();
-    write(folder + "/program", program(0));
-    const auto size = static_cast<double>(std::filesystem::file_size(folder + "/program"));
-    const Seconds own = shortest(
-        [&folder] { write(folder + "/renumbered", renumbered(read(folder + "/program"), true)); });
-    std::cout << line_count << " lines, " << size / 1e6 << " MB, file to file:\n";
-    bool kept = promise("memory, files' sizes", (peak_memory() - base) / size, Limit::at_most, 4);
-    for (const char* awk : {"mawk", "gawk"}) {
-        kept = faster_than(awk, folder, own) && kept;
+    bool kept = true;
+    for (const int lines : {10'000, 100'000, 1'000'000}) {
+        kept = beside_scripts(folder, lines) && kept;
     }
-    const std::string one = program(1);
-    const std::string many = program(1000);
-    const Seconds with_one = shortest([&one] { renumbered(one, true); });
-    const Seconds with_many = shortest([&many] { renumbered(many, true); });
-    std::cout << "1000 GOTOs: to one target " << with_one << " s, to 1000 " << with_many << " s\n";
-    return promise("times the cost of one target", with_many / with_one, Limit::at_most, 1.5) &&
-           kept;
+    return with_gotos(1'000'000) && kept;
 }
 
 }  // namespace

@@ -112,9 +112,14 @@ bool Page_painter::make_room(double height) {
     return printer_.newPage();
 }
 
+void Page_painter::set_font(const Print_font& font) {
+    painter_.setFont(metrics_.font(font));
+    pitch_ = QFontInfo(painter_.font()).fixedPitch() ? metrics_.column_width(font) : 0;
+}
+
 bool Page_painter::paint_text(const Print_item& item) {
     const double row = metrics_.row_height(item.font);
-    painter_.setFont(metrics_.font(item.font));
+    set_font(item.font);
     std::string_view rest = item.text;
     while (!rest.empty()) {
         const std::size_t end = std::min(rest.find('\n'), rest.size());
@@ -136,20 +141,32 @@ bool Page_painter::paint_text(const Print_item& item) {
 
 void Page_painter::paint_stretch(const Print_font& font, const QString& text) {
     const QFontMetricsF measures(painter_.font(), &printer_);
-    const double width = measures.horizontalAdvance(text);
+    const double width = width_of(text, measures);
     const double room = metrics_.page().width() - x_;
-    const double leading = metrics_.row_height(font) - measures.ascent() - measures.descent();
     if (!text.trimmed().isEmpty()) {
-        painter_.save();
-        painter_.translate(x_, y_ + leading / 2 + measures.ascent());
+        const double leading = metrics_.row_height(font) - measures.ascent() - measures.descent();
+        const QPointF base(x_, y_ + leading / 2 + measures.ascent());
         if (width > room) {
+            painter_.save();
+            painter_.translate(base);
             painter_.scale(room / width, 1);
+            painter_.drawText(QPointF(0, 0), text);
+            painter_.restore();
+        } else {
+            painter_.drawText(base, text);
         }
-        painter_.drawText(QPointF(0, 0), text);
-        painter_.restore();
     }
     x_ += std::min(width, room);
     column_ += static_cast<int>(text.size());
+}
+
+/// Plain characters of a fixed-pitch font need no shaping to be measured.
+double Page_painter::width_of(const QString& text, const QFontMetricsF& measures) const {
+    const bool plain = std::all_of(text.begin(), text.end(), [](QChar character) {
+        return character >= u' ' && character <= u'~';
+    });
+    return plain && pitch_ > 0 ? static_cast<double>(text.size()) * pitch_
+                               : measures.horizontalAdvance(text);
 }
 
 bool Page_painter::paint_bars(const Print_item& item) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QFont>
+#include <QFontMetricsF>
 #include <QSizeF>
 #include <QString>
 #include <string>
@@ -73,13 +74,16 @@ class Page_painter {
 
   private:
     [[nodiscard]] bool paint_text(const Print_item& item);
+    void set_font(const Print_font& font);
     [[nodiscard]] bool paint_bars(const Print_item& item);
     void paint_stretch(const Print_font& font, const QString& text);
+    [[nodiscard]] double width_of(const QString& text, const QFontMetricsF& measures) const;
     [[nodiscard]] bool make_room(double height);
 
     QPrinter& printer_;
     QPainter& painter_;
     Page_metrics metrics_;
+    double pitch_ = 0;  ///< width of the font's characters; 0 when they differ
     double x_ = 0;
     double y_ = 0;
     int column_ = 0;
