@@ -156,8 +156,10 @@ void Block_reader::read_mark(Block_word& word) {
             read_expression();
             break;
         case ',':
-            word.kind = Word_kind::other;
-            place_ += is_letter(at(place_)) ? 1 : 0;
+            if (is_letter(at(place_))) {
+                word.kind = Word_kind::other;
+                ++place_;
+            }
             read_value(word);
             break;
         case '"':

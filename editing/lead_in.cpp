@@ -71,6 +71,9 @@ class Proposal_writer {
 
     Start_proposal written() {
         warn();
+        if (reading_.line() == 0) {
+            return std::move(proposal_);  // nothing goes before the whole program
+        }
         find_hindrances();
         write_head();
         write_modes();
@@ -118,6 +121,11 @@ class Proposal_writer {
     [[nodiscard]] bool changes_tool() const {
         return reading_.after().tool_change != state_.tool_change;
     }
+    /// Mills know G80; of lathes those that have used one of the cycles that it ends.
+    [[nodiscard]] bool ends_cycle() const {
+        const Setting& cycle = state_[Modal::cycle];
+        return !cycle.word.empty() && (milling_ || (is_on(Modal::cycle) && cycle.code < 900));
+    }
     [[nodiscard]] bool spindle_turns() const {
         const Setting& spindle = state_[Modal::spindle];
         return spindle.known() && (spindle.code == 3 || spindle.code == 4);
@@ -145,12 +153,11 @@ bool Proposal_writer::has_arc() const {
 }
 
 bool Proposal_writer::has_distance() const {
-    if (!milling_) {
-        return block_['U'] || block_['W'];
-    }
     const Setting& distance = reading_.after()[Modal::distance];
-    const bool absolute = distance.known() && distance.code == 900;
-    return block_.has_axes() && !absolute;
+    const bool absolute =
+        distance.known() ? distance.code == 900 : !milling_ && distance.word.empty();
+    const bool lathe_distance = !milling_ && (block_['U'] || block_['W']);
+    return lathe_distance || (block_.has_axes() && !absolute);
 }
 
 void Proposal_writer::warn() {
@@ -257,7 +264,8 @@ void Proposal_writer::find_hindrances() {
     hinder_when(unknown({Modal::work_offset, Modal::units}), "offset or units are not known");
     hinder_when(unknown({Modal::plane}) || state_[Modal::plane].code != 170,
                 "the tool axis may not be Z");
-    hinder_when(unknown({Modal::feed}) || state_[Modal::feed_mode].code == 930,
+    const Setting& feed_mode = state_[Modal::feed_mode];
+    hinder_when(unknown({Modal::feed}) || feed_mode.code == 930 || feed_mode.doubt != Doubt::none,
                 "the feed is not known");
     hinder_when(!spindle_turns() || !state_[Modal::speed].known(),
                 "the spindle is not known to turn");
@@ -294,7 +302,7 @@ void Proposal_writer::write_modes() {
         }
     }
     words += state_[Modal::radius_comp].word.empty() ? "" : "G40 ";
-    words += state_[Modal::cycle].word.empty() ? "" : "G80 ";
+    words += ends_cycle() ? "G80 " : "";
     words += milling_ ? "G90 " : "";
     if (!words.empty()) {
         words.pop_back();
@@ -411,9 +419,10 @@ void Proposal_writer::write_coolant() {
 /// What the block chosen takes for granted.
 void Proposal_writer::write_return_to_program() {
     const Setting& distance = state_[Modal::distance];
-    if (milling_ && distance.known() && distance.code != 900) {
+    const bool has_one = milling_ || !distance.word.empty();
+    if (distance.known() && (distance.code != 900 || !milling_)) {
         put(distance.word);
-    } else if (milling_ && !distance.known()) {
+    } else if (has_one && !distance.known()) {
         check(Modal::distance);
     }
     write_motion();
@@ -431,7 +440,7 @@ void Proposal_writer::write_motion() {
     }
     if (!feed_given_ && !block_['F']) {
         const Setting& feed = state_[Modal::feed];
-        if (feed.known()) {
+        if (feed.known() && state_[Modal::feed_mode].code != 930) {
             words += (words.empty() ? "" : " ") + feed.word;
         } else {
             check(Modal::feed);

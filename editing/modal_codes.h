@@ -89,6 +89,7 @@ enum class M_effect : std::uint8_t {
     holds,
     once,
     coolant_off,
+    spindle_and_coolant,  ///< both at once, as most makers have it
     tool_change,
     call,   ///< of a sub-program
     ends,   ///< the program or the sub-program

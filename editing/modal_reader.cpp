@@ -24,8 +24,33 @@ bool holds_name(const List& list, std::string_view name) {
     return std::find(list.begin(), list.end(), name) != list.end();
 }
 
+bool is_named(const Block_words& block, std::string_view name) {
+    return std::any_of(block.statements.begin(), block.statements.end(),
+                       [name](const Block_word& word) { return upper_case(word.name) == name; });
+}
+
+/// What stands behind IF and THEN is done or left out.
+bool has_condition(const Block_words& block) {
+    return is_named(block, "IF") && is_named(block, "THEN");
+}
+
+/// True for codes that may have a P of their own.
+bool takes_p(int code, G_use use) {
+    const bool holds = use.effect == G_effect::holds;
+    return !holds || (use.group == Modal::cycle && !is_off_code(use.group, code));
+}
+
+bool takes_p(M_use use) {
+    return use.effect == M_effect::call || use.effect == M_effect::ends ||
+           use.effect == M_effect::other;
+}
+
 bool is_zero(std::string_view number) {
     return number.find_first_of("123456789") == std::string_view::npos;
+}
+
+bool is_given_as_zero(const Block_word* word) {
+    return word != nullptr && !word->computed && is_zero(word->number);
 }
 
 }  // namespace
@@ -41,7 +66,9 @@ void Modal_reader::read_line(std::string_view line) {
 void Modal_reader::begin_block(const Block_words& block) {
     axes_ = Axes::positions;
     dwell_ = false;
-    memory_.begin_block(block.skip ? Doubt::block_skip : Doubt::none);
+    memory_.begin_block(block.skip             ? Doubt::block_skip
+                        : has_condition(block) ? Doubt::condition
+                                               : Doubt::none);
     if (block.program_number) {
         memory_.begin_program();
         contour_begin_.clear();
@@ -74,16 +101,11 @@ void Modal_reader::read_block(const Block_words& block) {
 }
 
 void Modal_reader::read_statements(const Block_words& block) {
-    const auto is_named = [&block](std::string_view name) {
-        return std::any_of(
-            block.statements.begin(), block.statements.end(),
-            [name](const Block_word& word) { return upper_case(word.name) == name; });
-    };
     for (const Block_word& word : block.statements) {
         const std::string name = upper_case(word.name);
         if (name == "CALL") {
             call(&Program_survey::first_called_file, Doubt::called_file);
-        } else if (holds_name(jump_statements, name) || (name == "IF" && !is_named("THEN"))) {
+        } else if (holds_name(jump_statements, name) || (name == "IF" && !has_condition(block))) {
             read_jump(word);
         } else if (!holds_name(harmless_statements, name)) {
             memory_.doubt_all(Doubt::unread);
@@ -112,7 +134,7 @@ void Modal_reader::read_g_code(const Block_word& word, const Block_words& block)
         axes_ = Axes::unknown;
         return;
     }
-    const G_use use = g_use(*code, machining_);
+    const G_use use = use_of(*code, block);
     switch (use.effect) {
         case G_effect::holds:
             hold(use, *code, word, block);
@@ -131,6 +153,9 @@ void Modal_reader::read_g_code(const Block_word& word, const Block_words& block)
             break;
         case G_effect::reference:
             axes_ = Axes::reference;
+            if (!block.has_axes()) {
+                memory_.doubt_positions(Doubt::reference);  // some controls take all axes then
+            }
             break;
         case G_effect::shift:
             read_shift(block, word_text(word));
@@ -145,17 +170,26 @@ void Modal_reader::read_g_code(const Block_word& word, const Block_words& block)
             break;
         case G_effect::maker_differs:
             memory_.note_other(word_text(word));
+            memory_.doubt_positions(Doubt::maker_differs);
             axes_ = Axes::unknown;
             break;
     }
 }
 
+/// Where a lathe's G90, G92 or G94 names no way to go, it is no cycle but of its other set of
+/// codes, where they are what they are on mills.
+G_use Modal_reader::use_of(int code, const Block_words& block) const {
+    const G_use use = g_use(code, machining_);
+    const bool may_be_cycle = use.effect == G_effect::holds && use.group == Modal::cycle;
+    return may_be_cycle && code >= 900 && !block.has_axes() ? g_use(code, Machining::milling) : use;
+}
+
 void Modal_reader::hold(const G_use& use, int code, const Block_word& word,
                         const Block_words& block) {
     std::string text = word_text(word);
-    const bool changed = state()[use.group].code != code;
-    if (block['P'] && (use.group == Modal::work_offset || use.group == Modal::macro_call)) {
-        text += ' ' + word_text(*block['P']);
+    const Setting before = state()[use.group];
+    if (const Block_word* const p = p_of(word, use.group, block)) {
+        text += ' ' + word_text(*p);
     }
     memory_.set(use.group, std::move(text), code);
     if (!use.certain) {
@@ -164,12 +198,7 @@ void Modal_reader::hold(const G_use& use, int code, const Block_word& word,
     if (use.group == Modal::motion) {
         memory_.set(Modal::cycle, "G80", 800);
     }
-    if (changed && (use.group == Modal::work_offset || use.group == Modal::units)) {
-        memory_.doubt_positions(Doubt::offset_change);
-    }
-    if (changed && use.group == Modal::speed_mode && !block['S']) {
-        memory_.doubt(Modal::speed, Doubt::maker_differs);
-    }
+    doubt_numbers(use.group, before, block);
     if (use.group == Modal::length_comp) {
         clearance_awaited_ = !is_off_code(use.group, code);
         memory_.forget_clearance();
@@ -177,6 +206,59 @@ void Modal_reader::hold(const G_use& use, int code, const Block_word& word,
     if (use.group == Modal::macro_call && state().active(use.group)) {
         call(&Program_survey::first_call, Doubt::sub_program);
         axes_ = Axes::nothing;
+    }
+}
+
+/// The P that chooses among a code's offsets, or its macro; null for one of another code's.
+const Block_word* Modal_reader::p_of(const Block_word& word, Modal group,
+                                     const Block_words& block) const {
+    if (group != Modal::work_offset && group != Modal::macro_call) {
+        return nullptr;
+    }
+    const auto p = std::find_if(
+        block.others.begin(), block.others.end(),
+        [&word](const Block_word& w) { return w.letter == 'P' && w.begin > word.begin; });
+    if (p == block.others.end()) {
+        return nullptr;
+    }
+    const bool always_takes_one = word.number.find('.') != std::string_view::npos;
+    const bool is_shared = std::any_of(block.g.begin(), block.g.end(),
+                                       [this](const Block_word& w) {
+                                           const int code = g_code(w.number).value_or(-1);
+                                           return takes_p(code, g_use(code, machining_));
+                                       }) ||
+                           std::any_of(block.m.begin(), block.m.end(), [](const Block_word& w) {
+                               return takes_p(m_use(m_code(w.number).value_or(-1)));
+                           });
+    return is_shared && !always_takes_one && &*p == block['P'] ? nullptr : &*p;
+}
+
+/// Numbers that stand for something else since a code of `group` has changed.
+void Modal_reader::doubt_numbers(Modal group, const Setting& before, const Block_words& block) {
+    if (group == Modal::length_comp && !block['Z']) {
+        memory_.doubt(Modal::z, Doubt::offset_change);
+    }
+    const Setting& now = state()[group];
+    if (group == Modal::work_offset && now.word != before.word) {
+        memory_.doubt_positions(Doubt::offset_change);
+    }
+    if (now.code == before.code) {
+        return;
+    }
+    if (group == Modal::units) {
+        memory_.doubt_positions(Doubt::offset_change);
+    }
+    if (group == Modal::speed_mode && !block['S']) {
+        memory_.doubt(Modal::speed, Doubt::maker_differs);
+    }
+    if ((group == Modal::feed_mode || group == Modal::units) && !block['F']) {
+        memory_.doubt(Modal::feed, Doubt::maker_differs);
+    }
+    // G94 and G95 are of another set of lathe codes than G98 and G99.
+    const auto is_of_other_set = [](int code) { return code >= 980; };
+    if (group == Modal::feed_mode && before.code >= 0 &&
+        is_of_other_set(before.code) != is_of_other_set(now.code)) {
+        memory_.doubt(group, Doubt::maker_differs);
     }
 }
 
@@ -198,7 +280,7 @@ void Modal_reader::read_shift(const Block_words& block, std::string_view g_word)
         if (word != nullptr) {
             text += ' ' + word_text(*word);
         }
-        const bool to_zero = word != nullptr && !word->computed && is_zero(word->number);
+        const bool to_zero = is_given_as_zero(word);
         const bool named = word != nullptr || shifted.find(letter) != std::string::npos;
         ends = ends && (to_zero || !named);
     }
@@ -242,6 +324,9 @@ void Modal_reader::read_axes(const Block_words& block) {
     if (block.has_axes() && state().active(Modal::cycle) && axes_ == Axes::positions) {
         const int plane = state()[Modal::plane].code;
         memory_.doubt(plane == 180 ? Modal::y : plane == 190 ? Modal::x : Modal::z, Doubt::cycle);
+        if (is_given_as_zero(block['K']) || is_given_as_zero(block['L'])) {
+            memory_.doubt_positions(Doubt::cycle);  // done no times: nothing needs to move
+        }
     }
 }
 
@@ -285,10 +370,14 @@ Doubt Modal_reader::position_doubt() const {
     if (state().active(Modal::macro_call)) {
         return Doubt::sub_program;
     }
-    if (machining_ == Machining::turning) {
-        return state().active(Modal::cycle) ? Doubt::cycle : Doubt::none;
+    const bool turning = machining_ == Machining::turning;
+    if (turning && state().active(Modal::cycle)) {
+        return Doubt::cycle;
     }
     const Setting& distance = state()[Modal::distance];
+    if (turning && distance.word.empty()) {
+        return Doubt::none;
+    }
     if (!distance.known()) {
         return Doubt::distance;
     }
@@ -310,11 +399,21 @@ void Modal_reader::read_values(const Block_words& block) {
     }
     if (machining_ == Machining::milling && block['H'] && axes_ != Axes::unknown) {
         memory_.set_value(Modal::length_number, *block['H']);
+        if (!block['Z']) {
+            memory_.doubt(Modal::z, Doubt::offset_change);
+        }
     }
     if (block['T']) {
         memory_.set_value(Modal::next_tool, *block['T']);
         if (machining_ == Machining::turning || !memory_.survey().changes_with_m6) {
             memory_.change_tool();
+        }
+    }
+    if (axes_ == Axes::unknown) {
+        for (const Modal modal : {Modal::feed, Modal::speed}) {
+            if (state()[modal].known() && state()[modal].line == memory_.lines()) {
+                memory_.doubt(modal, Doubt::maker_differs);  // perhaps said to a macro
+            }
         }
     }
     const bool l_alone = block['L'] && block.g.empty() && block.m.empty() && !block.has_axes();
@@ -351,6 +450,12 @@ void Modal_reader::read_m_code(int code, const Block_word& word) {
         case M_effect::coolant_off:
             memory_.set(Modal::mist, word_text(word), code);
             memory_.set(Modal::flood, word_text(word), code);
+            break;
+        case M_effect::spindle_and_coolant:
+            for (const Modal modal : {Modal::spindle, Modal::flood}) {
+                memory_.set(modal, word_text(word), code);
+                memory_.doubt(modal, Doubt::maker_differs);
+            }
             break;
         case M_effect::tool_change:
             memory_.note_change_by_m6();

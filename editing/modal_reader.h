@@ -36,7 +36,11 @@ class Modal_reader {
     void read_jump(const Block_word& statement);
     void read_g_codes(const Block_words& block);
     void read_g_code(const Block_word& word, const Block_words& block);
+    [[nodiscard]] G_use use_of(int code, const Block_words& block) const;
     void hold(const G_use& use, int code, const Block_word& word, const Block_words& block);
+    [[nodiscard]] const Block_word* p_of(const Block_word& word, Modal group,
+                                         const Block_words& block) const;
+    void doubt_numbers(Modal group, const Setting& before, const Block_words& block);
     void read_shift(const Block_words& block, std::string_view g_word);
     void read_contour(const Block_words& block);
     void read_axes(const Block_words& block);

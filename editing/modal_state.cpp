@@ -6,7 +6,7 @@ namespace kelvane {
 
 namespace {
 
-constexpr std::array<std::string_view, 16> doubt_texts = {
+constexpr std::array<std::string_view, 17> doubt_texts = {
     "",
     "the axis has moved by a distance",
     "absolute or incremental is not known",
@@ -15,6 +15,7 @@ constexpr std::array<std::string_view, 16> doubt_texts = {
     "another file has run",
     "jumps lead from or to",
     "it depends on block skip",
+    "it depends on a condition",
     "the axis has gone to a place of the machine",
     "the tool has been changed",
     "the zero point has been changed",

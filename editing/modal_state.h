@@ -22,6 +22,7 @@ enum class Doubt : std::uint8_t {
     called_file,     ///< another file has run since
     jump,            ///< the control may have come here from elsewhere
     block_skip,      ///< depends on the block skip switch
+    condition,       ///< stands behind an IF
     reference,       ///< the axis has gone to a place of the machine
     tool_change,     ///< a tool change may have altered it
     offset_change,   ///< the number counts from another zero point now

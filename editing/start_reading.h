@@ -36,6 +36,8 @@ class Start_reading {
     [[nodiscard]] Machining machining() const { return *machining_; }
     [[nodiscard]] bool machining_sure() const { return given_ || evidence_.sure(); }
     [[nodiscard]] const Program_survey& survey() const { return survey_; }
+    /// The line chosen, from 0.
+    [[nodiscard]] std::size_t line() const { return line_; }
     /// What the control remembers before the line chosen.
     [[nodiscard]] const Modal_state& before() const { return before_; }
     /// The same after the first block from the line chosen on.

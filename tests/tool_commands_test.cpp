@@ -129,6 +129,7 @@ TEST(SendFromABlock, AsksMillOrLatheWhereTheProgramDoesNotSay) {
         EXPECT_TRUE(form.Machining_frame.visible());
         EXPECT_THAT(form.Warnings_lst.items(), Each(HasSubstr("line ")));
         EXPECT_FALSE(form.Mill_option.value() || form.Lathe_option.value());
+        form.Line_txt.set_text("2");
         form.Lathe_option.click();
         shop.desk.loop.after(1s, [&] {
             EXPECT_TRUE(form.Machining_frame.visible());
