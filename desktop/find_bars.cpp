@@ -50,13 +50,14 @@ QGridLayout* make_layout(int space_above, int wide) {
 
 QWidget* make_find_frame(Find_bar& bar) {
     QGridLayout* layout = make_layout(2, 1);
+    // Tab goes in this order: from one text to the other at once.
     add_field(bar.find_text, *layout, 0, 0);
+    add_field(bar.replace_text, *layout, 1, 0);
     add_button(bar.next_button, *layout, 0, 2);
     add_button(bar.previous_button, *layout, 0, 3);
-    add_box(bar.match_case, *layout, 0, 4);
-    add_field(bar.replace_text, *layout, 1, 0);
     add_button(bar.replace_button, *layout, 1, 2);
     add_button(bar.replace_all_button, *layout, 1, 3);
+    add_box(bar.match_case, *layout, 0, 4);
     add_box(bar.whole_word, *layout, 1, 4);
     bind_frame(bar.find_frame, *layout->parentWidget());
     return layout->parentWidget();
@@ -97,14 +98,24 @@ QWidget* make_find_bars(Find_bar& bar, QWidget& pane) {
         QWidget* field =
             control == nullptr ? &pane : all->findChild<QWidget*>(to_screen(control->name()));
         field->setFocus(Qt::ShortcutFocusReason);
-    };
-    Event_filter::install(*all, [&bar](QEvent& event) {
-        const bool escape = event.type() == QEvent::KeyPress &&
-                            static_cast<const QKeyEvent&>(event).key() == Qt::Key_Escape;
-        if (escape) {
-            bar.close();
+        if (auto* const line = qobject_cast<QLineEdit*>(field)) {
+            line->selectAll();  // it may have had the focus before
         }
-        return escape;
+    };
+    Event_filter::install(*all, [all, &bar](QEvent& event) {
+        if (event.type() != QEvent::KeyPress) {
+            return false;
+        }
+        const int key = static_cast<const QKeyEvent&>(event).key();
+        auto* const button = qobject_cast<QPushButton*>(all->focusWidget());
+        if (key == Qt::Key_Escape) {
+            bar.close();
+        } else if (button != nullptr && (key == Qt::Key_Return || key == Qt::Key_Enter)) {
+            button->click();
+        } else {
+            return false;
+        }
+        return true;
     });
     return all;
 }

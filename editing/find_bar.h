@@ -21,12 +21,12 @@ class Find_bar {
     Control find_frame{"find_bar"};
     Text_box find_text{"find_text", "F&ind:"};
     Text_box replace_text{"replace_text", "Re&place by:"};
-    Check_box match_case{"match_case", "Match c&ase"};
+    Check_box match_case{"match_case", "&Match case"};
     Check_box whole_word{"whole_word", "&Whole word"};
     Button next_button{"find_next", "Ne&xt"};
     Button previous_button{"find_previous", "Pre&vious"};
     Button replace_button{"replace_one", "Rep&lace"};
-    Button replace_all_button{"replace_all", "Replace all"};
+    Button replace_all_button{"replace_all", "&Replace all"};
 
     Control go_to_frame{"go_to_bar"};
     Text_box go_to_text{"go_to_text", "Line, or &N number (N120):"};
@@ -35,7 +35,7 @@ class Find_bar {
     /// What has come of the last search; plain text.
     Label result{"find_result"};
     /// Live while a search runs.
-    Button stop_button{"stop_search", "S&top search"};
+    Button stop_button{"stop_search", "St&op search"};
 
     /// Opens the bar with what is selected, if that is within a line.
     void open_find();
