@@ -10,6 +10,10 @@ bool is_plain(char byte) {
     return byte > ' ' && byte < 0x7F;
 }
 
+bool is_control(char byte) {
+    return static_cast<unsigned char>(byte) < ' ' || byte == 0x7F;
+}
+
 }  // namespace
 
 qreal Pane_layout::x_of(std::size_t column) const {
@@ -119,19 +123,33 @@ std::size_t Pane_painter::paint_part_of_long_line(std::size_t line, std::size_t 
 /// The value is the column behind the character.
 std::size_t Pane_painter::add_character(std::size_t at, std::size_t column, QColor colour) {
     const char byte = text_.bytes[at];
-    if (caret.selects() && at >= caret.begin() && at < caret.end()) {
+    const bool selected = caret.selects() && at >= caret.begin() && at < caret.end();
+    if (selected) {
         colour = colours_.selected_text;
     }
     if (byte == '\t') {
         return column + Text_view::tab_width - column % Text_view::tab_width;
     }
-    if (byte != ' ' && column + 1 > layout_.left) {
+    if (is_control(byte) && column + 1 > layout_.left) {
+        paint_control(byte, column, colour, selected ? colours_.selection : colours_.background);
+    } else if (byte != ' ' && column + 1 > layout_.left) {
         const bool plain = is_plain(byte);
         const QString shown = plain ? QString(QLatin1Char(byte))
                                     : QString::fromStdU16String(text_.shown(at, text_.next(at)));
         add(shown, column, colour, !plain || !layout_.fixed_pitch);
     }
     return column + 1;
+}
+
+/// The letter that makes it with Ctrl, reversed: many fonts have no pictures of control characters.
+void Pane_painter::paint_control(char byte, std::size_t column, QColor cell, QColor letter) {
+    flush();
+    const qreal x = layout_.x_of(column);
+    painter_.fillRect(QRectF(x, baseline_ - layout_.ascent + 1, layout_.column_width - 1,
+                             layout_.line_height - 2),
+                      cell);
+    painter_.setPen(letter);
+    painter_.drawText(QPointF(x, baseline_), QString(QLatin1Char(static_cast<char>(byte ^ 0x40))));
 }
 
 /// Characters that may not be as wide as a column are painted one by one.

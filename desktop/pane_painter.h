@@ -58,6 +58,7 @@ class Pane_painter {
     std::size_t paint_block(std::size_t line, std::size_t end_column);
     std::size_t paint_part_of_long_line(std::size_t line, std::size_t end_column);
     std::size_t add_character(std::size_t at, std::size_t column, QColor colour);
+    void paint_control(char byte, std::size_t column, QColor cell, QColor letter);
     void add(const QString& text, std::size_t column, const QColor& colour, bool alone);
     void flush();
     void paint_caret(std::size_t line);
