@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/save_path.h"
 #include "session/file_names.h"
 
 namespace kelvane {
@@ -36,6 +37,10 @@ Text_view Open_program::view() const {
 
 std::string Open_program::title() const {
     return path_.empty() ? "New program" : name_of(path_);
+}
+
+std::string Open_program::name_loading() const {
+    return name_of(loading_path_);
 }
 
 int Open_program::percent_loaded() const {
@@ -160,6 +165,7 @@ Task<> Open_program::load_anew(std::string path) {
 Task<bool> Open_program::load(std::string path) {
     const int mine = ++newest_load_;
     loading_.emplace();
+    loading_path_ = path;
     loading_length_ = files_.length(path).value_or(0);
     loading_->begin_load(loading_length_);
     first_lines_ = Line_index();
@@ -229,13 +235,14 @@ Task<bool> Open_program::may_overwrite(std::string path) {
     if (state == File_state::as_known || (!own && !files_.exists(path))) {
         co_return true;
     }
-    Message question{"File " + path, "Overwrite?", Message_icon::exclamation,
-                     Message_buttons::yes_no};
-    question.text += !own ? "\nalready exists. Overwrite existing file?"
-                     : state == File_state::gone
-                         ? "\nis no longer there. Write it again?"
-                         : "\nhas been changed by another program since it was opened.\nOverwrite "
-                           "it with the program shown here?";
+    Message question = overwrite_question(path);
+    if (own) {
+        question.text = "File " + path;
+        question.text += state == File_state::gone
+                             ? "\nis no longer there. Write it again?"
+                             : "\nhas been changed by another program since it was opened.\n"
+                               "Overwrite it with the program shown here?";
+    }
     const Message_answer answer = co_await boxes_.ask(question);
     co_return answer == Message_answer::yes;
 }

@@ -33,6 +33,8 @@ class Open_program {
     [[nodiscard]] const std::string& path() const { return path_; }
     /// The file's own name, or "New program".
     [[nodiscard]] std::string title() const;
+    /// The name of the file that is being loaded, or was last.
+    [[nodiscard]] std::string name_loading() const;
     [[nodiscard]] bool changed() const { return document_.changed(); }
     [[nodiscard]] bool loading() const { return loading_.has_value(); }
     /// Percent of the file that have been read; 100 when none is being read.
@@ -112,6 +114,7 @@ class Open_program {
     Program_document document_;
     On_disk on_disk_;
     std::optional<Program_document> loading_;
+    std::string loading_path_;
     std::size_t loading_length_ = 0;
     Line_index first_lines_;       ///< of the part of `loading_` that is shown
     std::size_t shown_first_ = 0;  ///< its length

@@ -78,8 +78,8 @@ std::string Program_pane::note() const {
         return (log_ready_ ? std::string("Messages") : std::string("Reading ...")) + place;
     }
     if (program_.loading()) {
-        return "Reading " + program_.title() + " ... " + std::to_string(program_.percent_loaded()) +
-               " %";
+        return "Reading " + program_.name_loading() + " ... " +
+               std::to_string(program_.percent_loaded()) + " %";
     }
     std::string said = program_.title() + (program_.changed() ? ", changed" : "");
     if (!program_.editable()) {
