@@ -133,7 +133,10 @@ Task<> Transfer_control::end(Transfer_end end) {
     op_.show_text(end.log);
     op_.set_progress(0);
     const std::string result = ran ? result_of(end.outcome, end.remarks) : std::string();
-    status_.end(result + (result.empty() || end.note.empty() ? "" : "  |  ") + end.note);
+    status_.end(ran ? result : end.note);
+    if (ran && !end.note.empty()) {
+        status_.add_note(end.note);
+    }
     if (end.box) {
         const Message box = *end.box;
         const Message_answer answer = co_await op_.ask(box);

@@ -177,11 +177,8 @@ class Transfer_control {
     void show_machine(const std::string& machine) { status_.set_machine(machine); }
     void set_summary(const std::string& summary) { status_.set_summary(summary); }
     void set_note(const std::string& note) { status_.set_note(note); }
-    /// Behind the note that is there.
-    void add_note(const std::string& note) {
-        const std::string& old = status_.note();
-        status_.set_note(old + (old.empty() ? "" : "  |  ") + note);
-    }
+    /// Behind the note that is there, and in the state field below the last transfer's result.
+    void add_note(const std::string& note) { status_.add_note(note); }
     void set_warning(const std::string& warning) { status_.set_warning(warning); }
     /// What the operator should know before the transfer that waits goes on; sentences with line
     /// feeds between them.

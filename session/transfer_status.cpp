@@ -229,6 +229,12 @@ void Transfer_status::set_note(std::string note) {
     show();
 }
 
+void Transfer_status::add_note(const std::string& note) {
+    note_ += (note_.empty() ? "" : "  |  ") + note;
+    result_.advice += (result_.advice.empty() ? "" : "\n") + note;
+    show();
+}
+
 void Transfer_status::set_warning(std::string warning) {
     warning_ = std::move(warning);
     show();
@@ -277,7 +283,8 @@ State_field::View Transfer_status::busy_view() const {
     return {kind_of(state_), large_words(state_),
             known ? percent_text(record_)
                   : grouped_decimal(static_cast<std::uint64_t>(record_.bytes)) + " bytes",
-            title() + " on " + port_ + ":  " + progress_text(record_) + ",  " + times_text(),
+            title() + " on " + port_ + beginning(record_) + ":  " + progress_text(record_) + ",  " +
+                times_text(),
             advice_now()};
 }
 

@@ -56,7 +56,8 @@ class Transfer_status {
     void set_hint(std::string hint);
     /// Shows `note` beside the idle machine.
     void set_note(std::string note);
-    [[nodiscard]] const std::string& note() const { return note_; }
+    /// The same behind the note that is there, and in the state field below the last result.
+    void add_note(const std::string& note);
     /// Shows `warning` beside the idle machine from now on, whatever transfers follow.
     void set_warning(std::string warning);
 
