@@ -34,9 +34,11 @@ if(KELVANE_SANITIZE OR KELVANE_FUZZ)
 endif()
 
 if(KELVANE_HARDENED)
+  # Not -fPIE: with it the linker copies Qt's variables into the executable, and Qt, which is built to
+  # use its own, ends at once.
   target_compile_options(kelvane_flags INTERFACE
     -fstack-protector-strong -fstack-clash-protection -fcf-protection
-    -D_FORTIFY_SOURCE=2 -fPIE)
+    -D_FORTIFY_SOURCE=2 -fPIC)
   target_link_options(kelvane_flags INTERFACE -pie -Wl,-z,relro,-z,now)
 endif()
 

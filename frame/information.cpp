@@ -1,5 +1,6 @@
 #include "frame/information.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -26,15 +27,18 @@ void Thank_you_form_lite::show_information(int item) {
     show();
 }
 
-/// The version under the heading; at the end what somebody who is asked for help wants to know.
+/// The version under the heading; before what can be read anywhere else, what somebody who is asked
+/// for help wants to know.
 std::string Thank_you_form_lite::about_text(std::string body) const {
     body.insert(body.find('\n'), "\n\nVersion " + std::string(program_version()) + ", built " +
                                      std::string(build_date()));
-    body += "\n## On this computer\n\n| Library | Version |\n|---|---|\n";
+    std::string computer = "\n## On this computer\n\nProgram directory:\n\n    " +
+                           platform_.files.program_directory() +
+                           "\n\n| Library | Version |\n|---|---|\n";
     for (const Library& library : platform_.desktop.libraries()) {
-        body += "| " + library.name + " | " + library.version + " |\n";
+        computer += "| " + library.name + " | " + library.version + " |\n";
     }
-    return body + "\nProgram directory:\n\n    " + platform_.files.program_directory() + "\n";
+    return body.insert(std::min(body.find("\n## "), body.size()), computer);
 }
 
 }  // namespace kelvane
