@@ -58,7 +58,7 @@ void same_as_anew(const Program_document& document) {
     anew.extend(view.bytes);
     require(anew.line_count() == view.line_count(), "lines as read anew");
     require(anew.unit_count() == view.index->unit_count(), "positions as read anew");
-    const std::size_t step = std::max<std::size_t>(view.line_count() / 8, 1);
+    const std::size_t step = std::max<std::size_t>(view.line_count() / 4, 1);
     for (std::size_t line = 0; line < view.line_count(); line += step) {
         require(view.line_start(line) == anew.line_start(view.bytes, line),
                 "a line begins where it begins");

@@ -1,5 +1,7 @@
 #include "machines/port_devices.h"
 
+#include <cstdint>
+
 #include "platform/basic_text.h"
 #include "platform/lines.h"
 
@@ -32,7 +34,7 @@ std::string usual_device(int com_port) {
 #ifdef _WIN32
     return "COM" + decimal(com_port);
 #else
-    return "/dev/ttyS" + decimal(com_port - 1);
+    return "/dev/ttyS" + decimal(std::int64_t{com_port} - 1);
 #endif
 }
 

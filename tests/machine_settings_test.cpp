@@ -3,6 +3,7 @@
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <limits>
 #include <random>
 
 #include "machines/machine_fields.h"
@@ -168,6 +169,7 @@ TEST(Port_devices, lines_are_found_and_replaced_and_all_others_stay) {
         EXPECT_EQ(text_with_device(c.text, 3, "/dev/x"), c.rewired) << c.text;
     }
     EXPECT_EQ(text_with_device("a\nCOM3=/dev/a\nb", 3, " "), "a\nb");
+    EXPECT_EQ(usual_device(std::numeric_limits<int>::min()), "/dev/ttyS-2147483649");
 }
 
 }  // namespace

@@ -2,11 +2,34 @@
 // the program holds in memory and what it has running must be the same in the evening as in the
 // morning.
 
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <malloc.h>
+#include <new>
 #include <random>
 
 #include "support/shop_jobs.h"
+
+namespace {
+/// Bytes that are in use. The allocator's own figure counts what it keeps for the next time, too.
+std::size_t in_use = 0;
+}  // namespace
+
+void* operator new(std::size_t size) {
+    void* const memory = std::malloc(size);
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    in_use += ::malloc_usable_size(memory);
+    return memory;
+}
+void operator delete(void* memory) noexcept {
+    in_use -= ::malloc_usable_size(memory);
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    ::operator delete(memory);
+}
 
 namespace kelvane::testing {
 namespace {
@@ -64,6 +87,7 @@ std::size_t after_a_day(Shop_floor& shop, std::mt19937& random, Clock_time eveni
         if (*job.command_line == '\0') {
             shop.state().IO_device_name = job.machine;
             job.run(shop);
+            until_done(shop);
             shop.all().configure_form.unload();
         }
     }
@@ -75,8 +99,7 @@ std::size_t after_a_day(Shop_floor& shop, std::mt19937& random, Clock_time eveni
     shop.boxes().forget();
     shop.desk.printer.pages.clear();
     shop.desk.printer.sizes.clear();
-    ::malloc_trim(0);
-    return ::mallinfo2().uordblks;
+    return in_use;
 }
 
 TEST(Soak, AWeekLeavesNothingBehind) {
@@ -93,8 +116,8 @@ TEST(Soak, AWeekLeavesNothingBehind) {
         RecordProperty("bytes in use on day " + std::to_string(day), int(evenings.back()));
     }
     RecordProperty("jobs", jobs);
-    // By Thursday what keeps a bounded past has it; from then on less than 8 bytes a job.
-    EXPECT_LT(evenings.back(), evenings[3] + 8'000);
+    // Buffers keep their largest size; four bytes a job would be more.
+    EXPECT_LT(std::ranges::max(evenings), evenings.front() + 8'000);
     EXPECT_FALSE(shop.desk.loop.timers().next_due()) << "a timer runs on";
     shop.window().unload();
     EXPECT_TRUE(shop.desk.windows.ended);

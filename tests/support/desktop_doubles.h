@@ -83,7 +83,8 @@ class Scripted_message_box : public Message_box {
     /// Answers boxes that nobody expects, where they are no failure.
     std::function<Message_answer(const Message&)> otherwise;
     [[nodiscard]] const std::vector<Message>& shown() const { return shown_; }
-    void forget() { shown_.clear(); }
+    /// Gives the memory back, too.
+    void forget() { shown_ = std::vector<Message>(); }
 
   private:
     struct Expectation {

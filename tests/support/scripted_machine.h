@@ -108,9 +108,10 @@ class Scripted_machine : public Serial_comm {
     // --- The record
     bool dtr = false;  ///< as last set by the program
     bool rts = false;
+    /// Gives the memory back, too.
     void forget() {
-        received_.clear();
-        times_.clear();
+        received_ = std::string();
+        times_ = std::vector<Clock_time>();
     }
     [[nodiscard]] const std::string& received() const { return received_; }
     [[nodiscard]] const std::vector<Clock_time>& times() const { return times_; }

@@ -84,6 +84,12 @@ inline const std::vector<Shop_job>& shop_jobs() {
         {"receive", [](Shop_floor& shop) { file_job(shop, 1, job_wire); }},
         {"receive separately", [](Shop_floor& shop) { file_job(shop, 1, job_wire); }, "Lathe"},
         {"binary receive", [](Shop_floor& shop) { file_job(shop, 5, job_wire); }},
+        {"end while receiving",
+         [](Shop_floor& shop) {
+             shop.machine().after(300ms, [&shop] { shop.machine().sends(job_wire); });
+             shop.pick(1, "PART.NC");
+             shop.pass(1s);
+         }},
         {"print", [](Shop_floor& shop) { file_job(shop, 2, ""); }},
         {"receive as a job",
          [](Shop_floor& shop) {

@@ -51,8 +51,9 @@ class Line {
     [[nodiscard]] std::optional<Arrival> peek() const;
     std::optional<Arrival> take();
 
-    /// Whether bytes are on their way to the machine, or have arrived and were not taken.
-    [[nodiscard]] bool incoming() const { return !arrivals_.empty(); }
+    /// Whether bytes are on their way to the machine, or have arrived and were not taken. An absent
+    /// partner may have left some: a machine that overslept has not yet looked for them.
+    [[nodiscard]] bool incoming() const { return !arrivals_.empty() || terminal_.readable(); }
 
     /// How many bytes may arrive before wait() has to return; at least 1, which is the default.
     void look_after(std::size_t bytes) { look_after_ = bytes; }

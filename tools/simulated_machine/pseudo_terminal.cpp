@@ -68,6 +68,11 @@ bool Pseudo_terminal::partner_present() const {
     return descriptor_ >= 0 && ::poll(&state, 1, 0) >= 0 && (state.revents & POLLHUP) == 0;
 }
 
+bool Pseudo_terminal::readable() const {
+    pollfd state{descriptor_, POLLIN, 0};
+    return descriptor_ >= 0 && ::poll(&state, 1, 0) > 0 && (state.revents & POLLIN) != 0;
+}
+
 std::size_t Pseudo_terminal::read(std::span<std::uint8_t> into) const {
     const ssize_t count = ::read(descriptor_, into.data(), into.size());
     return count > 0 ? static_cast<std::size_t>(count) : 0;

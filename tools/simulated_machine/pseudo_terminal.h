@@ -34,6 +34,8 @@ class Pseudo_terminal {
     /// Whether the partner has its end open at this moment.
     [[nodiscard]] bool partner_present() const;
 
+    /// Whether bytes wait to be read; those of a partner that has gone, too.
+    [[nodiscard]] bool readable() const;
     /// Reads what is there without waiting; how many bytes, 0 when there are none.
     [[nodiscard]] std::size_t read(std::span<std::uint8_t> into) const;
 
