@@ -77,6 +77,7 @@ class Proposal_writer {
         find_hindrances();
         write_head();
         write_modes();
+        write_compensations();
         write_tool();
         write_stop();
         if (!changes_tool()) {
@@ -106,6 +107,7 @@ class Proposal_writer {
     void hinder_when(bool condition, std::string_view why);
     void write_head();
     void write_modes();
+    void write_compensations();
     void write_tool();
     void write_stop();
     void write_spindle();
@@ -311,15 +313,33 @@ void Proposal_writer::write_modes() {
     for (const Modal modal : to_check) {
         check(modal);
     }
-    for (const Modal modal : {Modal::radius_comp, Modal::cycle, Modal::local_shift, Modal::scaling,
-                              Modal::mirror, Modal::rotation, Modal::polar, Modal::interpolation,
-                              Modal::macro_call, Modal::path_mode}) {
+    for (const Modal modal :
+         {Modal::cycle, Modal::local_shift, Modal::scaling, Modal::mirror, Modal::rotation,
+          Modal::polar, Modal::interpolation, Modal::macro_call, Modal::path_mode}) {
         if (state_.active(modal)) {
             check(modal);
         }
     }
     for (const Other_code& other : state_.others) {
         comment("CHECK " + other.word + " OF " + line_text(other.line));
+    }
+}
+
+/// Those that no block of the proposal switches on or off: a block that goes to the part without
+/// its tool length goes too deep.
+void Proposal_writer::write_compensations() {
+    if (state_.active(Modal::radius_comp)) {
+        check(Modal::radius_comp);
+        if (milling_) {
+            check(Modal::radius_number);
+        }
+    }
+    const bool on = state_.active(Modal::length_comp);
+    if (on && !hindrances_.empty() && !changes_tool()) {
+        check(Modal::length_comp);
+        check(Modal::length_number);
+    } else if (!on && !state_[Modal::length_comp].word.empty()) {
+        check(Modal::length_comp);
     }
 }
 

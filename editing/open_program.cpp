@@ -222,7 +222,10 @@ Open_program::File_state Open_program::file_state() const {
     const auto length = files_.length(path_);
     if (length == on_disk_.length) {
         const auto bytes = files_.read(path_);
-        if (bytes && hash_of(*bytes) == on_disk_.hash) {
+        if (!bytes) {
+            return File_state::unreadable;
+        }
+        if (hash_of(*bytes) == on_disk_.hash) {
             return File_state::as_known;
         }
     }
@@ -238,8 +241,10 @@ Task<bool> Open_program::may_overwrite(std::string path) {
     Message question = overwrite_question(path);
     if (own) {
         question.text = "File " + path;
-        question.text += state == File_state::gone
-                             ? "\nis no longer there. Write it again?"
+        question.text += state == File_state::gone ? "\nis no longer there. Write it again?"
+                         : state == File_state::unreadable
+                             ? "\ncan no longer be read.\n"
+                               "Overwrite it with the program shown here?"
                              : "\nhas been changed by another program since it was opened.\n"
                                "Overwrite it with the program shown here?";
     }
@@ -327,7 +332,11 @@ Task<bool> Open_program::saved_or_discarded(std::string text) {
 }
 
 Task<> Open_program::look_at_file() {
-    if (loading() || changed() || path_.empty() || file_state() != File_state::changed) {
+    if (loading() || changed() || path_.empty()) {
+        co_return;
+    }
+    const File_state state = file_state();
+    if (state == File_state::as_known || state == File_state::gone) {
         co_return;
     }
     const bool loaded = co_await load(path_);

@@ -89,7 +89,7 @@ class Open_program {
         std::size_t length = 0;
         std::size_t hash = 0;
     };
-    enum class File_state { as_known, changed, gone };
+    enum class File_state { as_known, changed, gone, unreadable };
 
     Task<bool> load(std::string path);
     Task<> load_anew(std::string path);

@@ -92,7 +92,7 @@ void Commands::note_receive(Received_file received) {
     offer_.reset();
     if (received.before && *received.before != *now) {
         offer_ = received.path;
-        window_.control.add_note("it differs from what was there: Tools, Compare shows where");
+        window_.control.add_note("It differs from what was there: Tools, Compare shows where");
     }
     received_ = std::move(received);
 }
