@@ -165,7 +165,7 @@ std::string punched(const std::string& text, int parity) {
 TEST(Recognition, WrongParityAndRemovedCharactersAreToldByLine) {
     const Code_tables tables = Build_code_tables();
     const std::string text = "%\r\nO12 (PART)\r\nG0 X100.5\r\nM30\r\n";
-    const auto flipped = [](std::string bytes, std::vector<std::size_t> at) {
+    const auto flipped = [](std::string bytes, const std::vector<std::size_t>& at) {
         for (const std::size_t i : at) {
             bytes[i] = static_cast<char>(bytes[i] ^ 4);
         }
@@ -234,7 +234,7 @@ TEST(WorkingCopy, only_tape_images_are_converted) {
         {punched("O1\n\r\rG0X1\n\r\r", 1), "O1\r\nG0X1\r\n"},
         {nuls + punched(text, 0) + "\xFF\xFF" + nuls, nuls + text + "\x7F\x7F" + nuls},
         {std::string(5000, '\0') + punched(text, 1), std::string(5000, '\0') + text},
-        {punched(text, 0) + "G\x31", text + "G1"},  // a damaged character
+        {punched(text, 0) + "G1", text + "G1"},  // a damaged character
     };
     for (const auto& [image, converted] : images) {
         EXPECT_EQ(working_copy(image), converted) << converted;
@@ -245,10 +245,8 @@ TEST(WorkingCopy, only_tape_images_are_converted) {
         text,
         "O1\nG0\n",
         "N30G00Y90Z60\nM30\n",  // all even, as it happens
-        "(pr\xC3\xA9-per\xC3\xA7"
-        "age Z-50)\nG0 X1\n",
-        "(pr\xE9-per\xE7"
-        "age Z-50)\n",
+        "(pr\xC3\xA9-perforation Z-50)\nG0 X1\n",
+        "(pr\xE9-perforation Z-50)\n",
         "(GEH\xC4USE F\xDCR K\xD6RPER)\r\n",
         "(\xD0\xA4\xD0\xA0\xD0\x95\xD0\x97\xD0\x90)\r\nG0\r\n",
         "(" + std::string(76, '\xCD') + ")\r\n(" + std::string(76, '\xCD') + ")\r\n",

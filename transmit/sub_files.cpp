@@ -60,7 +60,8 @@ std::string expansion_error_text(const Expansion_error& error) {
     return error.file + "\n" + where + error.reason;
 }
 
-void Sub_file_reader::open(Content main, std::string real_main, std::string default_directory) {
+void Sub_file_reader::open(const Content& main, std::string real_main,
+                           std::string default_directory) {
     default_directory_ = std::move(default_directory);
     main_ = nullptr;
     known_.clear();

@@ -69,7 +69,7 @@ class Sub_file_reader {
 
     /// `main` is the working copy of the main program, `real_main` the operator's own file, whose
     /// name messages show and whose folder is the first to look in.
-    void open(Content main, std::string real_main, std::string default_directory);
+    void open(const Content& main, std::string real_main, std::string default_directory);
 
     /// Looks through the next `budget` bytes of the main program. True when no more are left, of
     /// which `check` looks through all.

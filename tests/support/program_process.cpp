@@ -23,6 +23,7 @@ namespace fs = std::filesystem;
 
 std::vector<char*> pointers(std::vector<std::string>& texts) {
     std::vector<char*> all;
+    all.reserve(texts.size() + 1);
     for (std::string& text : texts) {
         all.push_back(text.data());
     }
