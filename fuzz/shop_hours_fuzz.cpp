@@ -101,12 +101,15 @@ void come_to_rest(Shop_floor& shop) {
     shop.desk.file_dialog.otherwise = nullptr;
     shop.machine().cts = true;
     furnish(shop);
-    for (Form* form : shop.window().other_forms) {
-        if (form != &shop.all().comm_form) {
-            form->unload();
+    // What was under way may open a window of its own when another has been closed.
+    for (int times = 0; times < 3; ++times) {
+        for (Form* form : shop.window().other_forms) {
+            if (form != &shop.all().comm_form) {
+                form->unload();
+            }
         }
+        until_done(shop);
     }
-    until_done(shop);
     shop.pass(2min);
     fuzz::require(shop.idle() && shop.window().tasks.empty(), "all comes to rest");
     shop.state().IO_device_name = "Mill";
