@@ -124,6 +124,7 @@ Figures measure_send(const std::string& path) {
                       doubles.machine,
                       doubles.desktop,
                       files};
+    doubles.boxes.expect("Using default COM port configuration");
     Program program(platform);
     program.start();
     Task_keeper tasks(loop);
