@@ -1,6 +1,7 @@
 #include "editing/program_document.h"
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 #include "platform/basic_text.h"
@@ -16,7 +17,14 @@ constexpr std::size_t max_undo_bytes = std::size_t{128} << 20;
 
 void Program_document::begin(std::string bytes) {
     *this = Program_document{};
-    text_ = std::move(bytes);
+    text_ = std::make_shared<std::string>(std::move(bytes));
+}
+
+std::string& Program_document::own_text() {
+    if (text_.use_count() > 1) {
+        text_ = std::make_shared<std::string>(*text_);
+    }
+    return *text_;
 }
 
 void Program_document::load(std::string bytes) {
@@ -27,31 +35,31 @@ void Program_document::load(std::string bytes) {
 
 void Program_document::begin_load(std::size_t expected) {
     load({});
-    text_.reserve(expected);
+    text_->reserve(expected);
 }
 
 bool Program_document::prepare(std::size_t budget) {
     if (prepared_) {
         return true;
     }
-    if (checked_ < text_.size()) {
-        const std::string_view piece = std::string_view(text_).substr(checked_, budget);
+    if (checked_ < text().size()) {
+        const std::string_view piece = std::string_view(text()).substr(checked_, budget);
         check_.feed(piece);
         checked_ += piece.size();
         budget -= piece.size();
         index_ = Line_index(check_.result());
     }
-    prepared_ = checked_ == text_.size() && index_.extend(text_, budget);
-    loaded_size_ = text_.size();
+    prepared_ = checked_ == text().size() && index_.extend(text(), budget);
+    loaded_size_ = text().size();
     return prepared_;
 }
 
 std::size_t Program_document::line_start(std::size_t line) const {
-    return index_.line_start(text_, line);
+    return index_.line_start(text(), line);
 }
 
 std::size_t Program_document::line_at(std::size_t offset) const {
-    return index_.line_at(text_, offset);
+    return index_.line_at(text(), offset);
 }
 
 std::string_view Program_document::line(std::size_t line) const {
@@ -61,7 +69,7 @@ std::string_view Program_document::line(std::size_t line) const {
 std::string_view Program_document::line_end_at(std::size_t offset) const {
     const auto end_of = [this](std::size_t number) {
         const std::size_t begin = line_start(number) + line(number).size();
-        return std::string_view(text_).substr(begin, line_start(number + 1) - begin);
+        return std::string_view(text()).substr(begin, line_start(number + 1) - begin);
     };
     const std::size_t number = line_at(offset);
     std::string_view end = end_of(number);
@@ -72,14 +80,14 @@ std::string_view Program_document::line_end_at(std::size_t offset) const {
 }
 
 bool Program_document::allowed(std::size_t at, std::size_t removed, std::size_t added) const {
-    return editable() && at <= text_.size() && removed <= text_.size() - at &&
-           (added <= removed || text_.size() - removed + added <= max_grown);
+    return editable() && at <= text().size() && removed <= text().size() - at &&
+           (added <= removed || text().size() - removed + added <= max_grown);
 }
 
 /// Changes the text and what is known of its lines, and nothing else.
 void Program_document::exchange(std::size_t at, std::size_t removed, std::string_view added) {
-    text_.replace(at, removed, added);
-    index_.edited(text_, at, removed, added.size());
+    own_text().replace(at, removed, added);
+    index_.edited(text(), at, removed, added.size());
     ++revision_;
 }
 
@@ -88,7 +96,7 @@ bool Program_document::replace(std::size_t at, std::size_t removed, std::string_
         return false;
     }
     end_step();
-    remember({at, text_.substr(at, removed), std::string(added)});
+    remember({at, text().substr(at, removed), std::string(added)});
     end_step();
     exchange(at, removed, added);
     return true;
@@ -99,7 +107,7 @@ bool Program_document::typed(std::size_t at, std::size_t removed, std::u16string
         return false;
     }
     const std::string bytes = typed_bytes(added, encoding(), line_end_at(at));
-    std::string old = text_.substr(at, removed);
+    std::string old = text().substr(at, removed);
     if (old == bytes || !allowed(at, removed, bytes.size())) {
         return false;
     }

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -27,15 +28,17 @@ class Program_document {
     void load(std::string bytes);
     /// Begins with an empty program; `expected` bytes are set aside.
     void begin_load(std::size_t expected);
-    void load_piece(std::string_view piece) { text_ += piece; }
+    void load_piece(std::string_view piece) { own_text() += piece; }
     /// Recognises the encoding and finds the lines, `budget` bytes at a time. True when all is
     /// done: only then what is said of lines holds, and the program can be edited.
     bool prepare(std::size_t budget = std::string::npos);
 
     // --- Reading
-    [[nodiscard]] const std::string& text() const { return text_; }
+    [[nodiscard]] const std::string& text() const { return *text_; }
+    /// The same for others to keep: it stays as it is now.
+    [[nodiscard]] std::shared_ptr<const std::string> shared_text() const { return text_; }
     /// For looking; valid until the next edit.
-    [[nodiscard]] Text_view view() const { return {text_, &index_, encoding()}; }
+    [[nodiscard]] Text_view view() const { return {text(), &index_, encoding()}; }
     [[nodiscard]] Text_encoding encoding() const { return check_.result(); }
     [[nodiscard]] bool editable() const { return prepared_ && loaded_size_ <= max_editable; }
     /// At least 1; after a line end at the end of the program stands one more, empty line.
@@ -80,13 +83,15 @@ class Program_document {
     };
 
     void begin(std::string bytes);
+    /// For a change: a copy when others keep the text.
+    [[nodiscard]] std::string& own_text();
     [[nodiscard]] bool allowed(std::size_t at, std::size_t removed, std::size_t added) const;
     void exchange(std::size_t at, std::size_t removed, std::string_view added);
     void remember(Edit edit);
     bool continues_step(const Edit& edit);
     void forget_beyond_limit();
 
-    std::string text_;
+    std::shared_ptr<std::string> text_ = std::make_shared<std::string>();
     Encoding_check check_;
     std::size_t checked_ = 0;  ///< bytes
     Line_index index_;

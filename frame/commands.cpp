@@ -1,5 +1,6 @@
 #include "frame/commands.h"
 
+#include <memory>
 #include <utility>
 
 #include "platform/basic_text.h"
@@ -113,7 +114,7 @@ Task<> Commands::resequence() {
         co_return;
     }
     window_.control.begin_stoppable_work();
-    std::string content;
+    std::shared_ptr<const std::string> content;
     const auto trouble = co_await Make_scratchpad_copy(
         window_.platform.loop, window_.platform.files, window_.state.filename, content);
     if (trouble) {

@@ -70,6 +70,10 @@ Program::Program(Platform& platform)
                             edit_commands.EditMenuItem,
                             {{"RecentMenu", "&Recent programs", edit_commands.RecentMenuItem}}};
     window.may_close = [this] { return open_program.may_be_lost(); };
+    transfer.known_content = [this](const std::string& path) {
+        return same_path(path, open_program.path()) ? open_program.document().shared_text()
+                                                    : nullptr;
+    };
     join_menus();
     comm_form.load();
 }

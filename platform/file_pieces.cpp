@@ -1,6 +1,7 @@
 #include "platform/file_pieces.h"
 
 #include <cstddef>
+#include <memory>
 #include <string_view>
 #include <utility>
 
@@ -27,6 +28,26 @@ class Temporary_file {
     const std::string path_;
 };
 
+/// Whether the file holds exactly `content`, which outlives the task.
+Task<Result<bool>> holds(Event_loop& loop, const Files& files, std::string path,
+                         std::string_view content) {
+    std::size_t same = 0;
+    while (true) {
+        const auto piece = files.read_part(path, same, piece_size);
+        if (!piece) {
+            co_return piece.failure();
+        }
+        if (content.substr(same, piece->size()) != *piece) {
+            co_return false;
+        }
+        same += piece->size();
+        if (piece->size() < piece_size) {
+            co_return same == content.size();
+        }
+        co_await loop.breath();
+    }
+}
+
 }  // namespace
 
 Task<Result<std::string>> read_in_pieces(Event_loop& loop, const Files& files, std::string path) {
@@ -43,6 +64,26 @@ Task<Result<std::string>> read_in_pieces(Event_loop& loop, const Files& files, s
         }
         co_await loop.breath();
     }
+}
+
+Task<Result<std::shared_ptr<const std::string>>> read_in_pieces(
+    Event_loop& loop, const Files& files, std::string path,
+    std::shared_ptr<const std::string> known) {
+    if (known) {
+        const auto same = co_await holds(loop, files, path, *known);
+        if (!same) {
+            co_return same.failure();
+        }
+        if (*same) {
+            co_return known;
+        }
+        known.reset();
+    }
+    auto content = co_await read_in_pieces(loop, files, std::move(path));
+    if (!content) {
+        co_return content.failure();
+    }
+    co_return std::make_shared<const std::string>(*std::move(content));
 }
 
 Task<Result<>> replace_in_pieces(Event_loop& loop, Files& files, std::string path,

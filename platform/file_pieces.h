@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "platform/event_loop.h"
@@ -15,6 +16,12 @@ namespace kelvane {
 /// The whole content. `loop` and `files` outlive the task, here and below.
 [[nodiscard]] Task<Result<std::string>> read_in_pieces(Event_loop& loop, const Files& files,
                                                        std::string path);
+
+/// The same for a file of which `known`, unless it is null, may be the content: then that is what
+/// comes back, and the content is in memory only once. The file itself decides, byte by byte.
+[[nodiscard]] Task<Result<std::shared_ptr<const std::string>>> read_in_pieces(
+    Event_loop& loop, const Files& files, std::string path,
+    std::shared_ptr<const std::string> known);
 
 /// Makes `path` hold exactly `content`, which must stay as it is until then. A long content is
 /// first written to `temporary`, on the same disk; on failure an old file at `path` is untouched.

@@ -97,6 +97,7 @@ TEST(ProgramDocument, TypingIsUndoneInSteps) {
     EXPECT_EQ(document.text(), "N1 G0X1\rY\rN2\r");
     EXPECT_TRUE(document.changed());
     document.mark_saved();
+    const auto sent = document.shared_text();
     document.typed(8, 1, u"");
     document.typed(7, 1, u"");
     EXPECT_EQ(document.undo(), 9U);
@@ -114,6 +115,7 @@ TEST(ProgramDocument, TypingIsUndoneInSteps) {
     while (document.undo()) {
     }
     EXPECT_TRUE(document.changed()) << "the state saved can no more be reached";
+    EXPECT_EQ(*sent, "N1 G0X1\rY\rN2\r") << "what is being sent is not edited";
     EXPECT_FALSE(document.replace(3, 99, ""));
 }
 

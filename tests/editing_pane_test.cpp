@@ -9,8 +9,10 @@
 namespace kelvane::testing {
 namespace {
 
+using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 /// A shop with a program open in the editor.
 class Pane : public ::testing::Test {
@@ -127,7 +129,7 @@ TEST_F(Pane, ChangesAreNeverLostUnasked) {
     shop.boxes().expect("Save them before it is sent", Message_answer::discard);
     shop.send();
     shop.wait_until_idle();
-    EXPECT_THAT(shop.received(), HasSubstr("N1 G0"));
+    EXPECT_THAT(shop.received(), AllOf(HasSubstr("N1 G0"), Not(HasSubstr("X"))));
     EXPECT_EQ(shop.file("PART.NC"), old);
     EXPECT_EQ(shown(), changed);
 

@@ -5,7 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "platform/file_pieces.h"
 #include "platform/task_keeper.h"
+#include "support/memory_files.h"
 #include "support/virtual_loop.h"
 
 namespace kelvane::testing {
@@ -181,6 +183,37 @@ TEST_F(Task_test, an_exception_comes_out_where_the_task_is_awaited_or_out_of_the
     pressed = true;
     loop.step();  // the others of the round go on
     EXPECT_TRUE(keeper.empty());
+}
+
+Task<> read(Event_loop& loop, const Files& files, std::shared_ptr<const std::string>& content) {
+    const auto result = co_await read_in_pieces(loop, files, "/nc/LONG.NC", content);
+    content = result ? *result : nullptr;
+}
+
+TEST_F(Task_test, a_long_file_is_in_memory_once_but_what_it_holds_decides) {
+    Memory_files files;
+    const std::string shown = std::string(5'000'000, 'N') + "M30";
+    const struct {
+        const char* name;
+        std::string file;
+        bool shared;
+    } cases[] = {{"as it is shown", shown, true},
+                 {"longer", shown + "\r\n", false},
+                 {"cut", shown.substr(0, 4'500'000), false},
+                 {"emptied", "", false},
+                 {"its last character another", shown.substr(0, shown.size() - 1) + "1", false}};
+    for (const auto& c : cases) {
+        files.put("/nc/LONG.NC", c.file);
+        const auto known = std::make_shared<const std::string>(shown);
+        auto content = known;
+        loop.run(read(loop, files, content));
+        EXPECT_TRUE(*content == c.file) << c.name;
+        EXPECT_EQ(content == known, c.shared) << c.name;
+    }
+    files.remove("/nc/LONG.NC");
+    auto content = std::make_shared<const std::string>(shown);
+    loop.run(read(loop, files, content));
+    EXPECT_EQ(content, nullptr);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "transmit/scratch_copy.h"
 
+#include <memory>
 #include <utility>
 
 #include "platform/file_pieces.h"
@@ -23,17 +24,17 @@ Message cannot_copy(std::string title, const std::string& path) {
 }  // namespace
 
 Task<std::optional<Message>> Make_scratchpad_copy(Event_loop& loop, Files& files, std::string path,
-                                                  std::string& content) {
+                                                  std::shared_ptr<const std::string>& content) {
     const std::string copy = files.program_path(file_names::scratch);
     if (same_path(path, copy)) {
         co_return cannot_copy("Disk read error", copy + own_file);
     }
-    auto read = co_await read_in_pieces(loop, files, path);
+    const auto read = co_await read_in_pieces(loop, files, path, std::move(content));
     if (!read) {
         co_return cannot_copy("Disk read error", path);
     }
-    content = working_copy(*std::move(read));
-    co_return co_await Write_scratchpad_copy(loop, files, content);
+    content = working_copy(*read);
+    co_return co_await Write_scratchpad_copy(loop, files, *content);
 }
 
 Task<std::optional<Message>> Write_scratchpad_copy(Event_loop& loop, Files& files,

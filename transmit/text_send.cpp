@@ -47,25 +47,26 @@ std::string starting_line(const std::optional<Program_part>& part) {
 }  // namespace
 
 Text_send::Text_send(const Session& session, const Transfer_options& options, Text_sender& sender,
-                     std::string path, std::optional<Program_part> part)
+                     std::string path, std::optional<Program_part> part, Content known)
     : session_(session),
       control_(session.control),
       options_(options),
       sender_(sender),
       path_(std::move(path)),
       part_(std::move(part)),
+      known_(std::move(known)),
       readable_(leader_and_tail(options, path_)),
       lines_(session.files) {}
 
 Task<Transfer_end> Text_send::run() {
     session_.op.show_text("Creating copy of file " + path_ + starting_line(part_));
-    std::string content;
+    Content content;
     auto trouble = co_await make_working_copy(content);
     if (trouble) {
         co_return end_with(Outcome::refused, std::move(*trouble));
     }
     const Working_copy copy(session_.files);
-    const auto error = co_await prepare(std::make_shared<const std::string>(std::move(content)));
+    const auto error = co_await prepare(std::move(content));
     if (error) {
         co_return end_with(Outcome::refused, critical_box(expansion_error_text(*error)));
     }
@@ -79,18 +80,18 @@ Task<Transfer_end> Text_send::run() {
     co_return end();
 }
 
-Task<std::optional<Message>> Text_send::make_working_copy(std::string& content) {
+Task<std::optional<Message>> Text_send::make_working_copy(Content& content) {
     if (part_) {
-        content = std::move(part_->content);
-        co_return co_await Write_scratchpad_copy(session_.loop, session_.files, content);
+        content = std::make_shared<const std::string>(std::move(part_->content));
+        co_return co_await Write_scratchpad_copy(session_.loop, session_.files, *content);
     }
+    content = std::move(known_);
     co_return co_await Make_scratchpad_copy(session_.loop, session_.files, path_, content);
 }
 
 /// Shows the working copy and tries the whole expansion of called files, so that nothing leaves of
 /// a program that cannot be sent to its end.
-Task<std::optional<Expansion_error>> Text_send::prepare(
-    std::shared_ptr<const std::string> program) {
+Task<std::optional<Expansion_error>> Text_send::prepare(Content program) {
     session_.op.show_program(program);
     control_.set_hold(false);
     lines_.open(program, path_, session_.state.default_path);

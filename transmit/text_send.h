@@ -16,9 +16,12 @@ namespace kelvane {
 /// One text send on an open port: from the working copy to the last character of the tail.
 class Text_send {
   public:
-    /// `options` and `sender` outlive the send. With a `part` that is sent of the file.
+    using Content = std::shared_ptr<const std::string>;
+
+    /// `options` and `sender` outlive the send. With a `part` that is sent of the file. `known` is
+    /// what the file probably holds, or null.
     Text_send(const Session& session, const Transfer_options& options, Text_sender& sender,
-              std::string path, std::optional<Program_part> part);
+              std::string path, std::optional<Program_part> part, Content known);
 
     /// Makes and checks the working copy, sends the select codes, waits for the start, and sends
     /// the program. The end that it returns is still to be made; the last characters may be queued.
@@ -29,9 +32,8 @@ class Text_send {
     void tell_place(Transfer_end& end);
 
   private:
-    [[nodiscard]] Task<std::optional<Message>> make_working_copy(std::string& content);
-    [[nodiscard]] Task<std::optional<Expansion_error>> prepare(
-        std::shared_ptr<const std::string> program);
+    [[nodiscard]] Task<std::optional<Message>> make_working_copy(Content& content);
+    [[nodiscard]] Task<std::optional<Expansion_error>> prepare(Content program);
     Task<> send_program();
     Task<> send_pass();
     Task<> send_all_lines();
@@ -50,6 +52,7 @@ class Text_send {
     Text_sender& sender_;
     const std::string path_;
     std::optional<Program_part> part_;
+    Content known_;
     const Readable_leader readable_;
     Sub_file_reader lines_;
     std::uint64_t sent_count_ = 0;  ///< bytes of the program as progress counts them

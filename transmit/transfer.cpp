@@ -126,7 +126,8 @@ Task<Transfer_end> Transfer::run_send(Job job, const Transfer_options& options) 
     if (job.binary) {
         end = co_await send_binary(options, sender, job.path);
     } else {
-        text.emplace(session_, options, sender, job.path, std::move(job.part));
+        auto known = known_content ? known_content(job.path) : nullptr;
+        text.emplace(session_, options, sender, job.path, std::move(job.part), std::move(known));
         end = co_await text->run();
     }
     co_await drain();

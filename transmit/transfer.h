@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -33,6 +35,10 @@ class Transfer {
     /// that of the file.
     [[nodiscard]] Task<Outcome> Start_transfer(int mode,
                                                std::optional<Program_part> part = std::nullopt);
+
+    /// What is in memory already of the file at that path, and may have become another one; null
+    /// when nothing is. A send then needs no memory of its own for it. May be empty.
+    std::function<std::shared_ptr<const std::string>(const std::string& path)> known_content;
 
   private:
     struct Job {
