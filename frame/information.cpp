@@ -32,12 +32,11 @@ void Thank_you_form_lite::show_information(int item) {
 std::string Thank_you_form_lite::about_text(std::string body) const {
     body.insert(body.find('\n'), "\n\nVersion " + std::string(program_version()) + ", built " +
                                      std::string(build_date()));
-    std::string computer = "\n## On this computer\n\nProgram directory:\n\n    " +
-                           platform_.files.program_directory() +
-                           "\n\n| Library | Version |\n|---|---|\n";
+    std::string computer = "\n## On this computer\n\n| Library | Version |\n|---|---|\n";
     for (const Library& library : platform_.desktop.libraries()) {
         computer += "| " + library.name + " | " + library.version + " |\n";
     }
+    computer += "\nProgram directory:\n\n    " + platform_.files.program_directory() + "\n";
     return body.insert(std::min(body.find("\n## "), body.size()), computer);
 }
 
