@@ -190,6 +190,7 @@ Task<bool> Open_program::load(std::string path) {
         if (mine != newest_load_) {
             co_return false;
         }
+        tell_change();  // of how much has been read
     }
     while (failure.empty() && !loading_->prepare(piece_size)) {
         co_await loop_.breath();

@@ -159,6 +159,10 @@ TEST_F(Pane, FilesThatOthersChange) {
     EXPECT_EQ(shop.file("PART.NC"), "XN1 G0\r\nN2 M30\r\n");
 
     type(u"Y");
+    shop.desk.files.fail("read", "PART.NC");
+    shop.boxes().expect("can no longer be read", Message_answer::no);
+    press(Edit_commands::save);
+    shop.desk.files.repair();
     shop.desk.files.remove("/nc/PART.NC");
     shop.boxes().expect("is no longer there", Message_answer::yes);
     press(Edit_commands::save);
