@@ -227,8 +227,11 @@ void bind(Text_box& control, QLineEdit& widget, Text_form form) {
                      });
     Event_filter::install(widget, [&control, &widget, form](QEvent& event) {
         if (event.type() == QEvent::FocusIn && control.selects_all_on_focus) {
-            // A mouse press sets its caret only after the focus has come.
-            QMetaObject::invokeMethod(&widget, "selectAll", Qt::QueuedConnection);
+            // A mouse press sets its caret only after the focus has come. What is typed comes soon.
+            const bool by_mouse =
+                static_cast<const QFocusEvent&>(event).reason() == Qt::MouseFocusReason;
+            QMetaObject::invokeMethod(&widget, "selectAll",
+                                      by_mouse ? Qt::QueuedConnection : Qt::DirectConnection);
         }
         return is_refused_key(control, event, form);
     });
