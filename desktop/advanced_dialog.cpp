@@ -11,7 +11,7 @@ namespace kelvane {
 
 namespace {
 
-constexpr int text_width = 13;
+constexpr int text_width = 10;
 
 /// A label and its field, with the unit behind it.
 void add_field(QGridLayout& grid, Text_box& control, char key, const QString& unit = {}) {

@@ -252,20 +252,30 @@ void bind(Text_box& control, QPlainTextEdit& widget) {
 
 void bind(List_box& control, QListWidget& widget) {
     const auto filled_with = std::make_shared<unsigned>(control.revision() - 1);
-    const Refresh refresh = bind_widget(control, widget, [&control, &widget, filled_with] {
-        refresh_items(control, widget, *filled_with);
-        refresh_selection(control, widget);
-    });
+    const auto choosing = std::make_shared<bool>(false);
+    const Refresh refresh =
+        bind_widget(control, widget, [&control, &widget, filled_with, choosing] {
+            const bool has_new_items = *filled_with != control.revision();
+            refresh_items(control, widget, *filled_with);
+            if (has_new_items || !*choosing) {
+                refresh_selection(control, widget);
+            }
+        });
     // A press on another row reports the selection and then the press; it is one choice.
     const auto chosen = std::make_shared<bool>(false);
-    const auto choose = [&control, &widget, chosen, refresh] {
+    const auto choose = [&control, &widget, chosen, choosing, refresh] {
         *chosen = true;
         const int row = selected_row(widget);
         if (row >= 0) {
+            *choosing = true;
             control.choose(row);
+            *choosing = false;
+        }
+        if (row >= 0 && control.selected() == row) {
             refresh();
         } else {
-            // Nothing is a choice only until the new row follows; else the old one stays.
+            // Nothing is a choice only until the new row follows; else the old one stays. A choice
+            // that is taken back would be made again by the rest of the key's work.
             QMetaObject::invokeMethod(&widget, refresh, Qt::QueuedConnection);
         }
     };

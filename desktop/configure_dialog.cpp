@@ -14,31 +14,32 @@ namespace kelvane {
 namespace {
 
 QGroupBox* machines(configure_IO_lite& form) {
-    auto* grid = new QGridLayout;
-    auto* list = list_of(form.IO_device_lst, 6, 12);
-    auto* name = field_of(form.New_name_txt, 8, Text_form::name);
+    auto* list = list_of(form.IO_device_lst, 6, 9);
+    auto* name = field_of(form.New_name_txt, 5, Text_form::name);
     name->setAccessibleName("Add to list");
-    grid->addWidget(label_of(form.IO_device_lst, *list, 'M'), 0, 0);
-    grid->addWidget(button_of(form.Command3, 'D'), 0, 1);
-    grid->addWidget(filter_of(*list), 1, 0, 1, 2);
-    grid->addWidget(list, 2, 0, 1, 2);
-    grid->addWidget(button_of(form.Command2, 'l'), 3, 0);
-    grid->addWidget(name, 3, 1);
-    grid->addWidget(hint_of(form.name_hint), 4, 0, 1, 2);
-    grid->setRowStretch(2, 1);
-    return group_of("", grid);
+    auto* add = new QHBoxLayout;
+    add->addWidget(button_of(form.Command2, 'l'));
+    add->addWidget(name, 1);
+    auto* column = new QVBoxLayout;
+    column->addLayout(
+        row_of({label_of(form.IO_device_lst, *list, 'M'), button_of(form.Command3, 'D')}));
+    column->addWidget(filter_of(*list));
+    column->addWidget(list, 1);
+    column->addLayout(add);
+    column->addWidget(hint_of(form.name_hint));
+    return group_of("", column);
 }
 
 QGroupBox* line(configure_IO_lite& form) {
     auto* seven = option_of(form.Opt_7_bits);
     auto* bits = new QVBoxLayout;
-    bits->addLayout(labelled(form.stopbits_lst, *list_of(form.stopbits_lst, 3, 2), 'S'), 1);
+    bits->addLayout(labelled(form.stopbits_lst, *list_of(form.stopbits_lst, 3, 1), 'S'), 1);
     bits->addWidget(label_of(form.data_bits_label, *seven, 'i'));
     bits->addWidget(seven);
     bits->addWidget(option_of(form.Opt_8_bits));
     auto* row = new QHBoxLayout;
-    row->addLayout(labelled(form.COM_lst, *list_of(form.COM_lst, 4, 3), 'O'), 1);
-    row->addLayout(labelled(form.BAUD_lst, *list_of(form.BAUD_lst, 4, 5), 'B'), 1);
+    row->addLayout(labelled(form.COM_lst, *list_of(form.COM_lst, 4, 2), 'O'), 1);
+    row->addLayout(labelled(form.BAUD_lst, *list_of(form.BAUD_lst, 4, 4), 'B'), 1);
     row->addLayout(bits);
     return group_of("", row);
 }
@@ -71,7 +72,7 @@ QGroupBox* handshaking(configure_IO_lite& form) {
 
 /// In two columns, as the frames above it stand.
 QGroupBox* end_of_block(configure_IO_lite& form) {
-    auto* custom = field_of(form.Custom_EOB_txt, 4);
+    auto* custom = field_of(form.Custom_EOB_txt, 3);
     custom->setAccessibleName("Custom");
     auto* grid = new QGridLayout;
     grid->addWidget(check_box_of(form.chk_LF), 0, 0);

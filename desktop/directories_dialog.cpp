@@ -8,15 +8,15 @@
 #include <QPushButton>
 
 #include "desktop/dialog_parts.h"
+#include "desktop/elided_label.h"
 
 namespace kelvane {
 
 namespace {
 
 QGroupBox* directory(directories_form_lite& form) {
-    auto* path = new QLabel;
+    auto* path = new Elided_label;
     bind(form.directory, *path);
-    path->setTextInteractionFlags(Qt::TextSelectableByMouse);
     path->setAccessibleName(without_access_key(to_screen(form.directory_label.caption())));
     auto* group = group_of({}, row_of({path, button_of(form.Set_directory_button)}));
     bind_frame(form.directory_label, *group);

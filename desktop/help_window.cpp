@@ -5,7 +5,9 @@
 #include <QImage>
 #include <QKeyEvent>
 #include <QPushButton>
+#include <QScreen>
 #include <QTextBrowser>
+#include <algorithm>
 
 #include "desktop/dialog_parts.h"
 #include "desktop/event_filter.h"
@@ -24,12 +26,14 @@ namespace {
 
 constexpr QSize help_window_size(860, 700);
 constexpr int widest_picture = 760;
+/// Frame, bar and margins beside a picture.
+constexpr int beside_picture = 100;
 
 QUrl page_address(const std::string& page) {
     return {"qrc:/manual/" + to_screen(page) + ".md"};
 }
 
-/// Pictures are made to fit the window as it is first shown.
+/// Pictures are made to fit the window as it is first shown on its screen.
 class Manual_pages : public QTextBrowser {
   protected:
     QVariant loadResource(int type, const QUrl& name) override {
@@ -37,9 +41,10 @@ class Manual_pages : public QTextBrowser {
         const QImage picture = type == QTextDocument::ImageResource
                                    ? QImage::fromData(resource.toByteArray())
                                    : QImage();
-        return picture.width() > widest_picture
-                   ? picture.scaledToWidth(widest_picture, Qt::SmoothTransformation)
-                   : resource;
+        const int room =
+            std::min(widest_picture, screen()->availableSize().width() - beside_picture);
+        return picture.width() > room ? picture.scaledToWidth(room, Qt::SmoothTransformation)
+                                      : resource;
     }
 };
 

@@ -28,9 +28,6 @@ QTextBrowser* text_of(Thank_you_form_lite& form) {
     refresh();
     control.observe(refresh);
     QObject::connect(browser, &QObject::destroyed, [&control] { control.observe({}); });
-    const QFontMetrics metrics = browser->fontMetrics();
-    browser->setMinimumSize(metrics.horizontalAdvance(QString(72, '0')),
-                            metrics.lineSpacing() * 30);
     return browser;
 }
 
@@ -41,6 +38,8 @@ std::unique_ptr<QDialog> make_information_dialog(Thank_you_form_lite& form) {
     auto* column = new QVBoxLayout(dialog.get());
     column->addWidget(text_of(form), 1);
     column->addWidget(foot_of({button_of(form.OK_button)}));
+    const QFontMetrics metrics = dialog->fontMetrics();
+    dialog->resize(metrics.horizontalAdvance(QString(80, '0')), metrics.lineSpacing() * 34);
     finish_dialog(*dialog);
     return dialog;
 }

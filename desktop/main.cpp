@@ -8,6 +8,7 @@
 
 #include "desktop/disk_files.h"
 #include "desktop/end_signals.h"
+#include "desktop/markdown_look.h"
 #include "desktop/program_windows.h"
 #include "desktop/qt_desktop_services.h"
 #include "desktop/qt_event_loop.h"
@@ -99,6 +100,7 @@ int main(int argc, char** argv) {
         icon.addFile(QString(":/kelvane-lite-%1.png").arg(size));
     }
     Application::setWindowIcon(icon);
+    make_links_readable();
     Application::setDesktopFileName("kelvane-lite");
     // No display name: the system would append it to every window's title.
     Application::setQuitOnLastWindowClosed(false);

@@ -1,6 +1,8 @@
 #include "desktop/markdown_look.h"
 
+#include <QApplication>
 #include <QFontMetricsF>
+#include <QPalette>
 #include <QTextDocument>
 #include <QTextFrame>
 #include <QTextTable>
@@ -20,6 +22,17 @@ void give_room(QTextDocument& document) {
             format.setBottomMargin(metrics.lineSpacing() / 2);
             table->setFormat(format);
         }
+    }
+}
+
+void make_links_readable() {
+    constexpr int middle = 128;
+    QPalette palette;
+    if (palette.color(QPalette::Base).lightness() < middle &&
+        qGray(palette.color(QPalette::Link).rgb()) < middle) {
+        palette.setColor(QPalette::Link, QColor(0x8A, 0xC4, 0xFF));
+        palette.setColor(QPalette::LinkVisited, QColor(0xC9, 0xA7, 0xFF));
+        QApplication::setPalette(palette);
     }
 }
 

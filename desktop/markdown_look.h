@@ -8,4 +8,7 @@ namespace kelvane {
 /// none.
 void give_room(QTextDocument& document);
 
+/// Bright links for documents on a dark ground, where the desktop's colours have none.
+void make_links_readable();
+
 }  // namespace kelvane

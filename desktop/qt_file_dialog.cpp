@@ -82,7 +82,7 @@ std::optional<std::string> Qt_file_dialog::chosen(const QFileDialog& dialog) {
 Task<std::optional<std::string>> Qt_file_dialog::ask_file(File_purpose purpose) {
     const Dialog_owner<QFileDialog> dialog("file_dialog", windows_.active_window());
     prepare(*dialog, purpose);
-    const bool accepted = co_await windows_.run(*dialog);
+    const bool accepted = co_await windows_.run_in_place(*dialog);
     co_return accepted ? chosen(*dialog) : std::nullopt;
 }
 
@@ -91,7 +91,7 @@ Task<std::optional<std::string>> Qt_file_dialog::ask_folder(std::string start) {
                                            "Choose a directory", from_path(start));
     dialog->setOptions(QFileDialog::DontUseNativeDialog | QFileDialog::ShowDirsOnly);
     dialog->setFileMode(QFileDialog::Directory);
-    const bool accepted = co_await windows_.run(*dialog);
+    const bool accepted = co_await windows_.run_in_place(*dialog);
     co_return accepted ? first_selected(*dialog) : std::nullopt;
 }
 

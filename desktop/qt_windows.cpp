@@ -136,6 +136,16 @@ Task<bool> Qt_windows::run(QDialog& dialog) {
     co_return shown && shown->result() == QDialog::Accepted;
 }
 
+Task<bool> Qt_windows::run_in_place(QDialog& dialog) {
+    const QPointer<QDialog> shown(&dialog);
+    places_.place(dialog);
+    const bool accepted = co_await run(dialog);
+    if (shown) {
+        places_.remember(*shown);
+    }
+    co_return accepted;
+}
+
 void Qt_windows::repaint(Form& form) {
     Entry* entry = entry_of(form);
     if (entry != nullptr && entry->window) {

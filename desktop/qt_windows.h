@@ -55,6 +55,8 @@ class Qt_windows : public Window_system {
     /// Shows a dialog of Qt's, modal and with the usual pointer, and waits until it is closed, by
     /// anybody. True when it has been accepted.
     Task<bool> run(QDialog& dialog);
+    /// Likewise, where and as large as a dialog of its name was last.
+    Task<bool> run_in_place(QDialog& dialog);
     /// Ends all windows, so that the forms may end.
     void clear();
 

@@ -83,7 +83,7 @@ QListWidget* add_preview(QGridLayout& grid, List_box& control) {
     list->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     list->setSelectionMode(QAbstractItemView::NoSelection);
     list->setUniformItemSizes(true);
-    list->setMinimumWidth(list->fontMetrics().horizontalAdvance(QString(16, '0')));
+    list->setMinimumWidth(list->fontMetrics().horizontalAdvance(QString(10, '0')));
     bind(control, *list);
     grid.addWidget(label_of(control, *list), 0, column);
     grid.addWidget(list, 1, column);

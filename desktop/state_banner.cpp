@@ -1,6 +1,6 @@
 #include "desktop/state_banner.h"
 
-#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QFontMetrics>
 #include <QPainter>
 #include <algorithm>
@@ -46,13 +46,53 @@ Drawing drawing_of(Kind kind) {
     }
 }
 
+std::string all_details(const State_field::View& view) {
+    return view.details + (view.advice.empty() ? "" : "\n" + view.advice);
+}
+
 /// Larger than other letters by so much: to be read from three metres.
 constexpr qreal enlargement = 2.6;
 constexpr int gap = 8;  // pixels
 
+/// A notification: readers speak it when it is shown anew, where they know no alerts.
+class Banner_accessible : public QAccessibleWidget {
+  public:
+    Banner_accessible(QWidget& banner, const State_field& field)
+        : QAccessibleWidget(&banner, QAccessible::Notification), field_(field) {}
+
+    QString text(QAccessible::Text kind) const override {
+        const State_field::View& view = field_.view();
+        switch (kind) {
+            case QAccessible::Name:
+                return to_screen(view.words);
+            case QAccessible::Description:
+                return to_screen(all_details(view));
+            default:
+                return QAccessibleWidget::text(kind);
+        }
+    }
+
+  private:
+    const State_field& field_;
+};
+
+QAccessibleInterface* make_banner_interface(const QString&, QObject* object) {
+    auto* banner = dynamic_cast<State_banner*>(object);
+    return banner == nullptr ? nullptr : new Banner_accessible(*banner, banner->field());
+}
+
+void offer_banner_to_assistive_programs() {
+    static const bool installed = [] {
+        QAccessible::installFactory(make_banner_interface);
+        return true;
+    }();
+    static_cast<void>(installed);
+}
+
 }  // namespace
 
 State_banner::State_banner(State_field& field) : field_(field), pace_([this] { refresh(); }) {
+    offer_banner_to_assistive_programs();
     setObjectName(to_screen(field.name()));
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     field_.observe([this] {
@@ -76,15 +116,16 @@ void State_banner::refresh() {
     if (shown_.words != before.words) {
         announce();
     }
-    setToolTip(to_screen(shown_.details + (shown_.advice.empty() ? "" : "\n" + shown_.advice)));
+    setToolTip(to_screen(all_details(shown_)));
     update();
 }
 
 void State_banner::announce() {
-    setAccessibleDescription(to_screen(shown_.details));
-    setAccessibleName(to_screen(shown_.words));
-    QAccessibleEvent alert(this, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+    for (const auto kind :
+         {QAccessible::NameChanged, QAccessible::ObjectShow, QAccessible::Alert}) {
+        QAccessibleEvent event(this, kind);
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
 QFont State_banner::large_font() const {

@@ -15,6 +15,7 @@ class State_banner : public QWidget {
     ~State_banner() override { field_.observe({}); }
 
     [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] const State_field& field() const { return field_; }
     /// Painting that the last change has caused.
     void add_cost(qint64 nanoseconds) { pace_.add_cost(nanoseconds); }
 

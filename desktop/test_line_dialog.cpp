@@ -34,9 +34,13 @@ QHBoxLayout* line_of(Test_line_form& form) {
 }
 
 QGroupBox* signals_of(Test_line_form& form) {
-    auto* row =
-        row_of({lamp_of(form.cts_label), lamp_of(form.dsr_label), lamp_of(form.dcd_label),
-                lamp_of(form.ri_label), check_box_of(form.chk_DTR), check_box_of(form.chk_RTS)});
+    auto* row = new QHBoxLayout;
+    for (Label* lamp : {&form.cts_label, &form.dsr_label, &form.dcd_label, &form.ri_label}) {
+        row->addWidget(lamp_of(*lamp));
+    }
+    row->addStretch();
+    row->addWidget(check_box_of(form.chk_DTR));
+    row->addWidget(check_box_of(form.chk_RTS));
     return group_of("Signals of the machine, and of this computer", row);
 }
 

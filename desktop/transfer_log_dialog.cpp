@@ -14,7 +14,7 @@ namespace kelvane {
 namespace {
 
 /// Widths of the columns in digits; what is wider is cut short.
-constexpr int column_widths[] = {21, 11, 9, 26, 8, 7, 9, 16, 16};
+constexpr int column_widths[] = {20, 11, 9, 24, 8, 7, 9, 16, 16};
 
 QTableView* table_of(Table& control) {
     auto* view = new QTableView;
@@ -24,6 +24,8 @@ QTableView* table_of(Table& control) {
     for (const int width : column_widths) {
         view->setColumnWidth(column++, width * digit);
     }
+    view->horizontalHeader()->setResizeContentsPrecision(0);  // by the rows in sight
+    view->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
     // How it ended is seen without scrolling.
     view->horizontalHeader()->moveSection(static_cast<int>(transfer_result_column), 4);
     view->verticalHeader()->setDefaultSectionSize(view->fontMetrics().lineSpacing() + 6);

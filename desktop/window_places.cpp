@@ -6,6 +6,7 @@
 #include <QRegularExpression>
 #include <QScreen>
 #include <QScrollArea>
+#include <QStyle>
 #include <QVBoxLayout>
 #include <QWidget>
 
@@ -21,6 +22,7 @@ namespace {
 constexpr QSize frame(16, 40);
 
 constexpr int foot_gap = 9;  // pixels
+constexpr int scrolled_gap = 4;
 
 /// "Form=x,y,width,height"
 QString line_of(const QString& name, const QRect& place) {
@@ -42,6 +44,8 @@ void make_scrollable(QWidget& window) {
     if (layout == nullptr || qobject_cast<QDialog*>(&window) == nullptr) {
         return;
     }
+    layout->setContentsMargins(scrolled_gap, scrolled_gap, scrolled_gap, scrolled_gap);
+    layout->setSpacing(scrolled_gap);
     auto* content = new QWidget;
     content->setLayout(layout);
     auto* area = new QScrollArea;
@@ -85,20 +89,28 @@ void Window_places::use(Files& files) {
 
 void Window_places::place(QWidget& window) const {
     const QSize room = room_on_screen(window);
+    fprintf(stderr, "least %s %d %d room %d %d\n", qPrintable(window.objectName()),
+            window.minimumSizeHint().width(), window.minimumSizeHint().height(), room.width(),
+            room.height());
     const QSize least = window.minimumSizeHint().expandedTo(window.minimumSize());
     const bool set = window.testAttribute(Qt::WA_Resized);
-    const QSize usual = (set ? window.size() : window.sizeHint()).expandedTo(least);
+    QSize usual = (set ? window.size() : window.sizeHint()).expandedTo(least);
     if (least.width() > room.width() || least.height() > room.height()) {
         make_scrollable(window);
+        usual.rwidth() += window.style()->pixelMetric(QStyle::PM_ScrollBarExtent);
     }
     const auto known = places_.find(window.objectName());
     const QSize wanted = known == places_.end() ? usual : known->second.size().expandedTo(least);
     window.resize(wanted.boundedTo(room));
+    QRect place({}, window.size() + frame);
     if (known != places_.end()) {
-        const QRect screen = window.screen()->availableGeometry();
-        window.move(
-            moved_into(screen, QRect(known->second.topLeft(), window.size() + frame)).topLeft());
+        place.moveTopLeft(known->second.topLeft());
+    } else if (const QWidget* owner = window.parentWidget()) {
+        place.moveCenter(owner->frameGeometry().center());
+    } else {
+        return;
     }
+    window.move(moved_into(window.screen()->availableGeometry(), place).topLeft());
 }
 
 void Window_places::remember(const QWidget& window) {

@@ -1,5 +1,6 @@
 #include "frame/command_job.h"
 
+#include "frame/raised.h"
 #include "platform/basic_text.h"
 #include "receive/check_receive.h"
 #include "session/file_names.h"
@@ -46,6 +47,7 @@ Task<> Command_job::run() {
         co_return;
     }
     state_.filename = state_.Command_line_filename;
+    const Raised runs(state_.job_runs);
     co_await act();
 }
 
@@ -102,6 +104,7 @@ void Command_job::Add_machine_name(int mode) {
                                     : " could not be added: " + added.reason()) +
                              "; this job goes to " + state_.IO_device_name;
     window_.control.set_warning(said);
+    window_.job_remark = said;
     window_.platform.desktop.tell_standard_error(said);
 }
 

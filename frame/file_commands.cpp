@@ -1,6 +1,7 @@
 #include "frame/file_commands.h"
 
 #include "frame/file_filter.h"
+#include "frame/raised.h"
 #include "platform/save_path.h"
 #include "receive/check_receive.h"
 
@@ -35,18 +36,6 @@ std::string title_of(int item, const std::string& machine) {
 std::string purpose_of(int item) {
     return item == print ? "printed" : item == resequence ? "renumbered" : "sent";
 }
-
-/// True for as long as it lives.
-class Raised {
-  public:
-    explicit Raised(bool& flag) : flag_(flag) { flag_ = true; }
-    Raised(const Raised&) = delete;
-    Raised& operator=(const Raised&) = delete;
-    ~Raised() { flag_ = false; }
-
-  private:
-    bool& flag_;
-};
 
 }  // namespace
 
@@ -83,8 +72,10 @@ Task<> File_commands::run(int item) {
 
 Task<std::optional<std::string>> File_commands::choose_file(int item) {
     const Raised choosing(choosing_);
-    window_.show_text({});
-    window_.repaint();
+    if (window_.control.busy() == 0) {
+        window_.show_text({});
+        window_.repaint();
+    }
     File_dialog& dialog = window_.platform.file_dialog;
     dialog.title = title_of(item, window_.state.IO_device_name);
     auto chosen =

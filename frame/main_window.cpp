@@ -159,6 +159,9 @@ void Kelvane_lite_form::offer_file(const std::string& path) {
 
 void Kelvane_lite_form::show_title(const std::string& transfer) {
     const std::string product(product_name);
+    if (!transfer.empty()) {
+        first_steps.set_visible(false);
+    }
     set_caption(transfer.empty() ? product : transfer + " - " + product);
     ProgressBar1.set_busy(!transfer.empty() && control.direction() == Direction::receive);
 }
@@ -170,7 +173,9 @@ void Kelvane_lite_form::show_machine() {
 }
 
 void Kelvane_lite_form::keep_record(Transfer_record& record) {
-    first_steps.set_visible(false);
+    if (state.job_runs && !job_remark.empty()) {
+        record.remarks += (record.remarks.empty() ? "" : "\n") + job_remark;
+    }
     record.when = platform.desktop.date_text() + " " + platform.desktop.time_text();
     if (const auto kept = add_to_transfer_log(platform.files, record); !kept) {
         platform.desktop.tell_standard_error("The transfer log cannot be written: " +

@@ -109,6 +109,8 @@ class Kelvane_lite_form : public Form, public Operator {
     /// Exit status of the program: 0; of a command-line job 1 until it has been done; 3 when
     /// another instance has been met.
     int exit_status = 0;
+    /// What is to be said of the command line's job in the transfer log, too.
+    std::string job_remark;
 
   protected:
     void on_load() override;

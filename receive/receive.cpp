@@ -227,7 +227,7 @@ void Receive::tell(Transfer_end& end, const std::string& doubts) const {
     if (doubts.empty() || end.box) {
         return;
     }
-    if (session_.state.Command_line != 0) {
+    if (session_.state.job_runs) {
         session_.desktop.tell_standard_error(doubts);
     } else {
         end.box = warning_box(doubts, "Received data error");

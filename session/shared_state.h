@@ -22,6 +22,7 @@ struct Shared_state {
     int Command_line_event = 0;        ///< command number of the command line, 1..6
     std::string Command_line_machine;  ///< may be empty
     std::string Command_line_filename;
+    bool job_runs = false;  ///< of the command line: nobody may be there to answer
 
     // --- The selected machine
     int IO_device = 0;  ///< index in the machine list, 0 is "(default)"

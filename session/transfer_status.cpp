@@ -247,8 +247,9 @@ void Transfer_status::show() {
 }
 
 std::string Transfer_status::idle_text() const {
-    std::string text = machine_ + (summary_.empty() ? "" : " \xb7 ") + summary_;
-    for (const std::string* part : {&warning_, &note_, &hint_}) {
+    std::string text = hint_ + (hint_.empty() ? "" : "  |  ") + machine_ +
+                       (summary_.empty() ? "" : " \xb7 ") + summary_;
+    for (const std::string* part : {&warning_, &note_}) {
         text += part->empty() ? "" : "  |  " + *part;
     }
     return text;

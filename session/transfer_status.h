@@ -52,7 +52,8 @@ class Transfer_status {
     void set_result(const Transfer_record& record);
     /// Back to idle. `note` stays until the next transfer ("Received bytes are kept in ...").
     void end(std::string note);
-    /// Shows `hint` beside all else until the next transfer begins.
+    /// Shows `hint`, the answer to what has just been done, before all else until the next transfer
+    /// begins.
     void set_hint(std::string hint);
     /// Shows `note` beside the idle machine.
     void set_note(std::string note);

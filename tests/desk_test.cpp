@@ -20,7 +20,7 @@ TEST(Desk, SaysBeforeDuringAndAfterASendWhatGoesOnAndKeepsALog) {
     EXPECT_TRUE(shop.window().first_steps.visible());
     EXPECT_EQ(shop.status(), "Mill \xb7 COM1 (/dev/ttyS0) \xb7 9600 \xb7 ASCII even \xb7 Xon/Xoff");
     shop.window().Send_button.click();
-    EXPECT_TRUE(says("Nothing waits to be sent"));
+    EXPECT_TRUE(shop.status().starts_with("Nothing waits to be sent")) << shop.status();
     shop.pick(0, "PART.NC");
     EXPECT_EQ(shop.desk.file_dialog.shown_title, "Send to Mill");
     shop.pass(29s);

@@ -202,6 +202,11 @@ TEST_F(List_binding_test, code_selects_without_a_handler_and_a_handler_may_chang
     control.select(3);
     EXPECT_EQ(widget.selectedItems().first()->text(), "three");
     EXPECT_EQ(log, "");
+    control.on_mouse_down = [this] { log += "x", control.select(3); };  // does not let go
+    press_key(widget, Qt::Key_Up);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(log, "x");
+    EXPECT_EQ(widget.selectedItems().first()->text(), "three");
     control.on_mouse_down = [this] { control.set_items({"new"}); };
     press_row(2);
     EXPECT_EQ(widget.count(), 1);

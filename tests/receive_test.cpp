@@ -237,6 +237,7 @@ TEST(Receive, TellsWrongParityAfterTheSaveAndAJobTellsStandardError) {
     wire[11] = static_cast<char>(wire[11] ^ 4);  // "X100" becomes "X140"
     const std::string said = "1 character had wrong parity: line 3";
     Shop_floor shop({{4, " 0"}}, "");
+    shop.start("/nc/PART.NC");  // opened; no job
     shop.boxes().expect(said);
     shop.receive_from_machine("NEW.NC", wire);
     EXPECT_EQ(shop.file("NEW.NC"), "%\r\nO1\r\nG0X140.5\r\n") << "nothing is changed";
@@ -244,11 +245,17 @@ TEST(Receive, TellsWrongParityAfterTheSaveAndAJobTellsStandardError) {
 
     Shop_floor job({{4, " 0"}}, "");
     job.desk.files.put(job.desk.files.program_path(file_names::machine_list), "Mill\r\n");
-    job.start("2|/nc/NEW.NC|Mill");
+    job.start("2|/nc/NEW.NC|Saw");
     job.pass(200ms);
     job.machine().sends(wire);
     job.desk.loop.run_until([&] { return job.desk.windows.ended; });
-    EXPECT_EQ(job.desk.desktop.told, said + "\n");
+    const std::string added =
+        "Machine Saw is not in the list of machines and has been added to it; this job goes to "
+        "Mill";
+    EXPECT_EQ(job.desk.desktop.told, added + "\n" + said + "\n");
+    const std::string log =
+        job.desk.files.content(job.desk.files.program_path(file_names::transfer_log));
+    EXPECT_TRUE(log.ends_with("\tdone\t" + said + ";" + added + "\r\n")) << log;
     EXPECT_EQ(job.desk.windows.exit_status, 0);
 }
 
@@ -375,6 +382,15 @@ TEST(SaveReceivedData, ConvertedOrRawAfterStopASendAndAnotherRun) {
     EXPECT_EQ(shop.file("BYTES"), wire);
     EXPECT_EQ(shop.desk.files.content("/kelvane/scratchpad data 5 (received)"), wire)
         << "the working copy of a send has taken its place, not its bytes";
+
+    Shop_floor next_run;
+    next_run.desk.files = shop.desk.files;
+    next_run.start();
+    next_run.boxes().expect("9 bytes received from Mill for\n/nc/NEW.NC", Message_answer::convert);
+    next_run.desk.file_dialog.answers = {{File_purpose::save, "/nc/LATER.NC"}};
+    next_run.window().ToolsMenuItem[3].click();
+    next_run.pass(100ms);
+    EXPECT_EQ(next_run.file("LATER.NC"), "%\r\nG0X1\r\n");
 }
 
 TEST(Receive, ALostAdapterOrAFullDiskKeepsWhatHadCome) {

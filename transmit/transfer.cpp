@@ -34,8 +34,7 @@ Transfer_end port_refusal(const Transfer_options& options, const std::string& re
         com_name(options) + " port is not available\nSelect a different COM port";
     const std::string text = fixed_text + (reason.empty() ? "" : "\n\n" + reason);
     Transfer_end refusal = end_with(Outcome::refused, warning_box(text, "Com port error"));
-    refusal.box->buttons =
-        state.Command_line == 0 ? Message_buttons::ok_configure : Message_buttons::ok;
+    refusal.box->buttons = state.job_runs ? Message_buttons::ok : Message_buttons::ok_configure;
     refusal.log = text;
     refusal.remarks = reason;
     return refusal;
