@@ -89,9 +89,6 @@ void Window_places::use(Files& files) {
 
 void Window_places::place(QWidget& window) const {
     const QSize room = room_on_screen(window);
-    fprintf(stderr, "least %s %d %d room %d %d\n", qPrintable(window.objectName()),
-            window.minimumSizeHint().width(), window.minimumSizeHint().height(), room.width(),
-            room.height());
     const QSize least = window.minimumSizeHint().expandedTo(window.minimumSize());
     const bool set = window.testAttribute(Qt::WA_Resized);
     QSize usual = (set ? window.size() : window.sizeHint()).expandedTo(least);

@@ -15,12 +15,16 @@ namespace {
 std::size_t in_use = 0;
 }  // namespace
 
-void* operator new(std::size_t size) {
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     void* const memory = std::malloc(size);
+    in_use += ::malloc_usable_size(memory);
+    return memory;
+}
+void* operator new(std::size_t size) {
+    void* const memory = ::operator new(size, std::nothrow);
     if (memory == nullptr) {
         throw std::bad_alloc();
     }
-    in_use += ::malloc_usable_size(memory);
     return memory;
 }
 void operator delete(void* memory) noexcept {
