@@ -74,14 +74,7 @@ struct Program_on_disk {
     Qt_event_loop loop;
     Headless_platform doubles;
     Disk_files files;
-    Platform platform{loop,
-                      doubles.windows,
-                      doubles.boxes,
-                      doubles.file_dialog,
-                      doubles.printer,
-                      doubles.machine,
-                      doubles.desktop,
-                      files};
+    Platform platform = doubles.with(loop, doubles.printer, files);
     Program program{platform};
     Transfer_options options = load_transfer_options(files, "(default)").options;
     bool done = false;

@@ -116,14 +116,7 @@ Figures measure_send(const std::string& path) {
     Qt_event_loop loop;
     kelvane::testing::Headless_platform doubles;
     Disk_files files(folder_of(path));
-    Platform platform{loop,
-                      doubles.windows,
-                      doubles.boxes,
-                      doubles.file_dialog,
-                      doubles.printer,
-                      doubles.machine,
-                      doubles.desktop,
-                      files};
+    Platform platform = doubles.with(loop, doubles.printer, files);
     doubles.boxes.expect("Using default COM port configuration");
     Program program(platform);
     program.start();

@@ -28,8 +28,7 @@ bool print(const std::string& folder) {
     Disk_files files(folder);
     Qt_windows windows(doubles.loop);
     Qt_printer printer(files, windows);
-    Platform platform{doubles.loop, doubles.windows, doubles.boxes,   doubles.file_dialog,
-                      printer,      doubles.machine, doubles.desktop, files};
+    Platform platform = doubles.with(doubles.loop, printer, files);
     Kelvane_lite_form window(platform);
     Program_listing listing(platform, window, window.control, window.state);
     window.state.filename = folder + "/PART.NC";

@@ -244,11 +244,7 @@ Result<> Disk_files::append(const std::string& path, std::string_view content) {
 
 Result<> Disk_files::sync(const std::string& path) {
     const Handle handle = open_file(path, O_WRONLY);
-    if (!handle.ok() || ::fsync(handle.get()) != 0) {
-        return failed();
-    }
-    sync_folder_of(path);
-    return {};
+    return handle.ok() && ::fsync(handle.get()) == 0 ? Result<>() : failed();
 }
 
 Result<> Disk_files::copy(const std::string& from, const std::string& to) {

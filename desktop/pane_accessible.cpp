@@ -111,11 +111,7 @@ QAccessibleInterface* make_interface(const QString&, QObject* object) {
 }  // namespace
 
 void offer_pane_to_assistive_programs() {
-    static const bool installed = [] {
-        QAccessible::installFactory(make_interface);
-        return true;
-    }();
-    static_cast<void>(installed);
+    QAccessible::installFactory(make_interface);  // which is kept once
 }
 
 }  // namespace kelvane

@@ -81,18 +81,10 @@ QAccessibleInterface* make_banner_interface(const QString&, QObject* object) {
     return banner == nullptr ? nullptr : new Banner_accessible(*banner, banner->field());
 }
 
-void offer_banner_to_assistive_programs() {
-    static const bool installed = [] {
-        QAccessible::installFactory(make_banner_interface);
-        return true;
-    }();
-    static_cast<void>(installed);
-}
-
 }  // namespace
 
 State_banner::State_banner(State_field& field) : field_(field), pace_([this] { refresh(); }) {
-    offer_banner_to_assistive_programs();
+    QAccessible::installFactory(make_banner_interface);  // which is kept once
     setObjectName(to_screen(field.name()));
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     field_.observe([this] {

@@ -85,13 +85,16 @@ void Commands::note_receive(Received_file received) {
     if (!files.exists(received.path)) {
         return;  // saved as programs of their own
     }
-    const auto now =
-        received.before ? files.read(received.path) : Result<std::string>(std::string());
-    if (!now) {
-        return;
+    bool differs = false;
+    if (received.before) {
+        const auto now = files.read(received.path);
+        if (!now) {
+            return;
+        }
+        differs = *received.before != *now;
     }
     offer_.reset();
-    if (received.before && *received.before != *now) {
+    if (differs) {
         offer_ = received.path;
         window_.control.add_note("It differs from what was there: Tools, Compare shows where");
     }

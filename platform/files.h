@@ -48,7 +48,9 @@ class Files {
     /// Writes one blank to a new file at `path` and removes it again, to see whether its folder can
     /// be written. A file that is there already stays as it is.
     [[nodiscard]] virtual Result<> try_out(const std::string& path) = 0;
-    /// Makes what has been appended survive a loss of power.
+    /// Makes what has been appended survive a loss of power. A name does since `replace` or
+    /// `rename` has given it: the folder is not written again, for a receive does this every
+    /// second.
     [[nodiscard]] virtual Result<> sync(const std::string& path) = 0;
     /// As `replace` with the content of `from`.
     [[nodiscard]] virtual Result<> copy(const std::string& from, const std::string& to) = 0;

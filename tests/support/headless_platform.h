@@ -19,7 +19,12 @@ struct Headless_platform {
     Scripted_machine machine{loop};
     Recorded_desktop desktop;
     Memory_files files;
-    Platform platform{loop, windows, boxes, file_dialog, printer, machine, desktop, files};
+    Platform platform = with(loop, printer, files);
+
+    /// The same with others for some of them, which outlive it.
+    [[nodiscard]] Platform with(Event_loop& events, Printer& paper, Files& store) {
+        return {events, windows, boxes, file_dialog, paper, machine, desktop, store};
+    }
 };
 
 }  // namespace kelvane::testing

@@ -96,8 +96,7 @@ class Print_room : public ::testing::Test {
     Disk_files files{folder.path().toStdString()};
     Qt_windows windows{doubles.loop};
     Qt_printer printer{files, windows};
-    Platform platform{doubles.loop, doubles.windows, doubles.boxes,   doubles.file_dialog,
-                      printer,      doubles.machine, doubles.desktop, files};
+    Platform platform = doubles.with(doubles.loop, printer, files);
     Kelvane_lite_form window{platform};
     Program_listing listing{platform, window, window.control, window.state};
     const QString pdf = folder.filePath("Program listing.pdf");
