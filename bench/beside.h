@@ -39,12 +39,15 @@ inline bool command(const std::string& line) {
     return std::system(line.c_str()) == 0;
 }
 
+/// Which of two figures is the better one.
+enum class Better { smaller, greater };
+
 /// Prints a figure beside that of another program in the same run: a row of a table, of which the
-/// last field tells how many times as good the own figure is. `what` names the unit, too; the
-/// smaller figure is the better one.
-inline void beside(std::string_view what, double own, std::string_view peer, double theirs) {
+/// last field tells how many times as good the own figure is. `what` names the unit, too.
+inline void beside(std::string_view what, double own, std::string_view peer, double theirs,
+                   Better better = Better::smaller) {
     std::cout << "| " << what << " | " << own << " | " << peer << " | " << theirs << " | "
-              << theirs / own << " |" << std::endl;
+              << (better == Better::smaller ? theirs / own : own / theirs) << " |" << std::endl;
 }
 
 }  // namespace kelvane::bench
