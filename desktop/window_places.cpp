@@ -75,8 +75,9 @@ QRect moved_into(const QRect& screen, QRect place) {
 
 void Window_places::use(Files& files) {
     files_ = &files;
-    const std::string text =
-        files.read(files.program_path(file_names::window_places)).value_or(std::string());
+    const auto read = files.read(files.program_path(file_names::window_places));
+    unread_ = read.unreadable();
+    const std::string text = read.value_or(std::string());
     static const QRegularExpression form(R"(^(.+)=(-?\d+),(-?\d+),(\d+),(\d+)$)");
     for (Lines lines(text); !lines.at_end();) {
         const auto match = form.match(to_screen(lines.take()));
@@ -113,7 +114,7 @@ void Window_places::place(QWidget& window) const {
 void Window_places::remember(const QWidget& window) {
     const bool plain = (window.windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen)) == 0;
     const QRect place(window.pos(), window.size());
-    if (files_ == nullptr || !plain || places_[window.objectName()] == place) {
+    if (files_ == nullptr || unread_ || !plain || places_[window.objectName()] == place) {
         return;
     }
     places_[window.objectName()] = place;

@@ -23,6 +23,7 @@ class Window_places {
 
   private:
     Files* files_ = nullptr;
+    bool unread_ = false;  ///< what could not be read is not written over
     std::map<QString, QRect> places_;
 };
 

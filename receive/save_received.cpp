@@ -6,6 +6,7 @@
 #include "platform/lines.h"
 #include "receive/conversion.h"
 #include "receive/reception_doubts.h"
+#include "session/file_names.h"
 
 namespace kelvane {
 
@@ -21,6 +22,10 @@ Message question_about(const Unsaved_reception& reception, std::size_t length) {
             title, Message_icon::information, Message_buttons::convert_or_raw};
 }
 
+Message unread_box(const std::string& path, const std::string& reason) {
+    return critical_box("Cannot access file\n" + path + "\n" + reason);
+}
+
 }  // namespace
 
 Task<> Save_received::run() {
@@ -32,7 +37,9 @@ Task<> Save_received::run() {
     if (!reception) {
         const Message nothing{"There is no received data that has not been saved.", title,
                               Message_icon::information, Message_buttons::ok};
-        co_await session_.op.ask(nothing);
+        const Message unread =
+            unread_box(session_.files.program_path(file_names::reception_note), reception.reason());
+        co_await session_.op.ask(reception.missing() ? nothing : unread);
         co_return;
     }
     auto content = co_await this->content(*reception);
@@ -44,8 +51,7 @@ Task<> Save_received::run() {
 Task<std::optional<Save_received::Content>> Save_received::content(Unsaved_reception reception) {
     auto raw = session_.files.read(reception.file);
     if (!raw) {
-        const Message unread =
-            critical_box("Cannot access file\n" + reception.file + "\n" + raw.reason());
+        const Message unread = unread_box(reception.file, raw.reason());
         co_await session_.op.ask(unread);
         co_return std::nullopt;
     }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
+#include <vector>
 
 #include "platform/basic_text.h"
 #include "session/file_names.h"
@@ -21,27 +23,43 @@ void write_note(Files& files, const Unsaved_reception& reception) {
     static_cast<void>(files.replace(files.program_path(file_names::reception_note), note.text()));
 }
 
-std::optional<Unsaved_reception> read_note(const Files& files) {
+Result<Unsaved_reception> read_note(const Files& files) {
     const auto content = files.read(files.program_path(file_names::reception_note));
     if (!content) {
-        return std::nullopt;
+        return content.failure();
     }
+    const Failure damaged{"It is damaged"};
     Text_reader lines(*content);
     Unsaved_reception reception;
     std::string form;
     if (!lines.line(reception.machine) || !lines.line(reception.path) || !lines.line(form)) {
-        return std::nullopt;
+        return damaged;
     }
     const auto* word = std::find(form_words.begin(), form_words.end(), form);
     if (word == form_words.end()) {
-        return std::nullopt;
+        return damaged;
     }
     reception.form = static_cast<Unsaved_reception::Form>(word - form_words.begin());
     return reception;
 }
 
-bool holds_something(const Files& files, const std::string& path) {
-    return files.length(path).value_or(std::uint64_t{0}) > 0;
+/// The file with the bytes that a note speaks of; missing when nothing had come.
+Result<std::string> received_file(const Files& files, Unsaved_reception::Form form) {
+    std::vector<std::string_view> names = {file_names::reception_aside, file_names::scratch};
+    if (form == Unsaved_reception::Form::binary) {
+        names.push_back(file_names::received_binary);
+    }
+    for (const auto name : names) {
+        const std::string path = files.program_path(name);
+        const auto length = files.length(path);
+        if (length.unreadable()) {
+            return length.failure();
+        }
+        if (length && *length > 0) {
+            return path;
+        }
+    }
+    return Failure{"Nothing had come", true};
 }
 
 }  // namespace
@@ -63,32 +81,31 @@ void forget_reception(Files& files) {
     files.remove(files.program_path(file_names::reception_aside));
 }
 
-std::optional<Unsaved_reception> unsaved_reception(const Files& files) {
+Result<Unsaved_reception> unsaved_reception(const Files& files) {
     auto reception = read_note(files);
     if (!reception) {
-        return std::nullopt;
+        return reception;
     }
-    for (const auto name : {file_names::reception_aside, file_names::scratch}) {
-        reception->file = files.program_path(name);
-        if (holds_something(files, reception->file)) {
-            return reception;
-        }
+    const auto file = received_file(files, reception->form);
+    if (!file) {
+        return file.failure();
     }
-    reception->file = files.program_path(file_names::received_binary);
-    return reception->form == Unsaved_reception::Form::binary &&
-                   holds_something(files, reception->file)
-               ? reception
-               : std::nullopt;
+    reception->file = *file;
+    return reception;
 }
 
 Result<> set_reception_aside(Files& files) {
-    const auto reception = unsaved_reception(files);
-    const std::string staged = files.program_path(file_names::scratch);
-    if (!reception) {
+    const auto note = read_note(files);
+    const auto received = received_file(files, note ? note->form : Unsaved_reception::Form::binary);
+    if (note.missing() || received.missing()) {
         forget_reception(files);
         return {};
     }
-    return reception->file == staged
+    if (!received) {
+        return received.failure();
+    }
+    const std::string staged = files.program_path(file_names::scratch);
+    return *received == staged
                ? files.rename(staged, files.program_path(file_names::reception_aside))
                : Result<>();
 }

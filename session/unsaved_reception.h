@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 
 #include "platform/files.h"
@@ -24,10 +23,11 @@ void begin_reception(Files& files, const Unsaved_reception& reception);
 void mark_converted(Files& files);
 /// It has been saved.
 void forget_reception(Files& files);
-/// No value without any, or when nothing had come.
-[[nodiscard]] std::optional<Unsaved_reception> unsaved_reception(const Files& files);
+/// Missing without any, or when nothing had come.
+[[nodiscard]] Result<Unsaved_reception> unsaved_reception(const Files& files);
 /// To be called before something else takes the staging file's place: the bytes go to a name of
-/// their own. When they cannot, they stay, and nothing may be written over them.
+/// their own, also when their note cannot be read. When they cannot, they stay, and nothing may be
+/// written over them.
 [[nodiscard]] Result<> set_reception_aside(Files& files);
 
 }  // namespace kelvane

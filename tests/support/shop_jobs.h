@@ -17,6 +17,8 @@ struct Shop_job {
 };
 
 inline const std::string job_part = "%\r\nO1\r\nN1G0X1\r\nCALL SUB.NC\r\n!\r\nN2M30\r\n%\r\n";
+/// What an earlier run has received and not saved.
+inline const std::string job_left = "LEFT\n";
 inline const std::string job_wire = "%\r\nO1\r\nN1G0X7\r\nO2\r\nN1G0X8\r\n%\r\n";
 
 /// Files of two machines with all that they can have, and an operator's folder. Boxes are answered
@@ -38,6 +40,8 @@ inline void furnish(Shop_floor& shop, const std::string& machine = "Mill") {
     own(default_file_types, "NC|*.nc\r\n\r\n1\r\n0\r\n");
     own(transfer_log, "a line\r\n");
     own(unsaved_program, "/nc/KEPT.NC\nkept text\r\n");
+    own(reception_note, "Mill\r\n/nc/LOST.NC\r\nraw\r\n");
+    own(scratch, job_left);
     for (const char* name : {"PART.NC", "OTHER.NC", "PART.NC O 1"}) {
         shop.program(name, job_part + "(" + name + ")\r\n");
     }
