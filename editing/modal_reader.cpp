@@ -320,13 +320,17 @@ void Modal_reader::read_axes(const Block_words& block) {
     for (const auto& [letter, axis] : secondary_axes) {
         read_incremental(axis, block[letter]);
     }
-    // A cycle runs along its own axis, which its block need not name.
     if (block.has_axes() && state().active(Modal::cycle) && axes_ == Axes::positions) {
-        const int plane = state()[Modal::plane].code;
-        memory_.doubt(plane == 180 ? Modal::y : plane == 190 ? Modal::x : Modal::z, Doubt::cycle);
-        if (is_given_as_zero(block['K']) || is_given_as_zero(block['L'])) {
-            memory_.doubt_positions(Doubt::cycle);  // done no times: nothing needs to move
-        }
+        run_cycle(block);
+    }
+}
+
+/// A cycle runs along its own axis, which its block need not name.
+void Modal_reader::run_cycle(const Block_words& block) {
+    const int plane = state()[Modal::plane].code;
+    memory_.doubt(plane == 180 ? Modal::y : plane == 190 ? Modal::x : Modal::z, Doubt::cycle);
+    if (is_given_as_zero(block['K']) || is_given_as_zero(block['L'])) {
+        memory_.doubt_positions(Doubt::cycle);  // done no times: nothing needs to move
     }
 }
 
@@ -394,14 +398,8 @@ void Modal_reader::read_values(const Block_words& block) {
     if (block['S'] && axes_ != Axes::shift) {
         memory_.set_value(Modal::speed, *block['S']);
     }
-    if (machining_ == Machining::milling && block['D'] && axes_ != Axes::unknown) {
-        memory_.set_value(Modal::radius_number, *block['D']);
-    }
-    if (machining_ == Machining::milling && block['H'] && axes_ != Axes::unknown) {
-        memory_.set_value(Modal::length_number, *block['H']);
-        if (!block['Z']) {
-            memory_.doubt(Modal::z, Doubt::offset_change);
-        }
+    if (machining_ == Machining::milling && axes_ != Axes::unknown) {
+        read_offsets(block);
     }
     if (block['T']) {
         memory_.set_value(Modal::next_tool, *block['T']);
@@ -410,15 +408,32 @@ void Modal_reader::read_values(const Block_words& block) {
         }
     }
     if (axes_ == Axes::unknown) {
-        for (const Modal modal : {Modal::feed, Modal::speed}) {
-            if (state()[modal].known() && state()[modal].line == memory_.lines()) {
-                memory_.doubt(modal, Doubt::maker_differs);  // perhaps said to a macro
-            }
-        }
+        doubt_arguments();
     }
     const bool l_alone = block['L'] && block.g.empty() && block.m.empty() && !block.has_axes();
     if (l_alone) {
         call(&Program_survey::first_call, Doubt::sub_program);
+    }
+}
+
+void Modal_reader::read_offsets(const Block_words& block) {
+    if (block['D']) {
+        memory_.set_value(Modal::radius_number, *block['D']);
+    }
+    if (block['H']) {
+        memory_.set_value(Modal::length_number, *block['H']);
+        if (!block['Z']) {
+            memory_.doubt(Modal::z, Doubt::offset_change);
+        }
+    }
+}
+
+/// A feed or speed beside an unknown code is perhaps said to a macro.
+void Modal_reader::doubt_arguments() {
+    for (const Modal modal : {Modal::feed, Modal::speed}) {
+        if (state()[modal].known() && state()[modal].line == memory_.lines()) {
+            memory_.doubt(modal, Doubt::maker_differs);
+        }
     }
 }
 

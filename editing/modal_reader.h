@@ -44,10 +44,13 @@ class Modal_reader {
     void read_shift(const Block_words& block, std::string_view g_word);
     void read_contour(const Block_words& block);
     void read_axes(const Block_words& block);
+    void run_cycle(const Block_words& block);
     void read_axis(Modal axis, const Block_word& word);
     void read_incremental(Modal axis, const Block_word* word);
     [[nodiscard]] Doubt position_doubt() const;
     void read_values(const Block_words& block);
+    void read_offsets(const Block_words& block);
+    void doubt_arguments();
     void read_m_codes(const Block_words& block);
     void read_m_code(int code, const Block_word& word);
     void call(std::optional<std::size_t> Program_survey::*first, Doubt why);
