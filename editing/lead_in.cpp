@@ -11,40 +11,8 @@ namespace kelvane {
 
 namespace {
 
-constexpr std::array<std::string_view, 17> warning_texts = {
-    "Cutter radius compensation is on since",
-    "A canned cycle is on since",
-    "The block belongs to a contour that a cycle reads:",
-    "The block is an arc, its start must be met exactly:",
-    "The block may move by a distance from where the tool stands:",
-    "Coordinates are shifted, turned, scaled, mirrored or polar since",
-    "A rotary axis has been turned at",
-    "Where the tool should stand is not known since",
-    "The program jumps, first at",
-    "The program calculates with variables, first at",
-    "Sub-programs or macros run, first at",
-    "Other files are called, first at",
-    "What the block skip switch decides stands at",
-    "A program ends at",
-    "This cannot be read:",
-    "A code that only the machine's maker knows stands at",
-    "It is not clear whether this is for a mill or a lathe:",
-};
-
-constexpr std::array<Modal, 6> transformations = {Modal::local_shift, Modal::scaling,
-                                                  Modal::mirror,      Modal::rotation,
-                                                  Modal::polar,       Modal::interpolation};
-
 std::string line_text(std::size_t line) {
     return "LINE " + decimal(static_cast<std::int64_t>(line) + 1);
-}
-
-bool is_arc(const Setting& motion) {
-    return motion.code == 20 || motion.code == 30;
-}
-
-bool is_at_zero(const Setting& axis) {
-    return axis.known() && Val(std::string_view(axis.word).substr(1)) == 0;
 }
 
 /// True when two axis words are written alike, so that their numbers can be compared, and `one` is
@@ -70,18 +38,24 @@ class Proposal_writer {
           milling_(reading.machining() == Machining::milling) {}
 
     Start_proposal written() {
-        warn();
+        proposal_.warnings = start_warnings(reading_);
         if (reading_.line() == 0) {
             return std::move(proposal_);  // nothing goes before the whole program
         }
+        write_tape_mark();
+        if (block_.program_number) {
+            return std::move(proposal_);
+        }
         find_hindrances();
-        write_head();
+        comment("START AT " + line_text(reading_.block_line()) + " - READ AND EDIT BEFORE SENDING");
         write_modes();
         write_compensations();
         write_tool();
         write_stop();
-        if (!changes_tool()) {
-            write_spindle();
+        write_spindle();
+        if (changes_tool() || !hindrances_.empty()) {
+            write_coolant();
+        } else {
             write_moves();
         }
         write_return_to_program();
@@ -89,23 +63,9 @@ class Proposal_writer {
     }
 
   private:
-    // --- Warnings
-    void warn();
-    void warn_of_block();
-    void warn_of_program();
-    void warn_of_doubts();
-    void warn_when(bool condition, Start_warning kind, std::size_t line);
-    /// A group's last code switches its effect on, whatever may have come since.
-    [[nodiscard]] bool is_on(Modal group) const {
-        return state_.active(group) && !is_off_code(group, state_[group].code);
-    }
-    [[nodiscard]] bool has_arc() const;
-    [[nodiscard]] bool has_distance() const;
-
-    // --- Blocks
     void find_hindrances();
     void hinder_when(bool condition, std::string_view why);
-    void write_head();
+    void write_tape_mark();
     void write_modes();
     void write_compensations();
     void write_tool();
@@ -121,13 +81,14 @@ class Proposal_writer {
     void put(std::string block) { proposal_.blocks.push_back(std::move(block)); }
 
     [[nodiscard]] bool changes_tool() const {
-        return reading_.after().tool_change != state_.tool_change;
+        return reading_.after().tool_change && reading_.after().tool_change != state_.tool_change;
     }
     /// Mills know G80; of lathes those that have used one of the cycles that it ends.
     [[nodiscard]] bool ends_cycle() const {
         const Setting& cycle = state_[Modal::cycle];
-        return !cycle.word.empty() && (milling_ || (is_on(Modal::cycle) && cycle.code < 900));
+        return !cycle.word.empty() && (milling_ || (state_.on(Modal::cycle) && cycle.code < 900));
     }
+    [[nodiscard]] bool stops_to_change() const { return milling_ && changes_tool(); }
     [[nodiscard]] bool spindle_turns() const {
         const Setting& spindle = state_[Modal::spindle];
         return spindle.known() && (spindle.code == 3 || spindle.code == 4);
@@ -142,88 +103,6 @@ class Proposal_writer {
     bool feed_given_ = false;
     Start_proposal proposal_;
 };
-
-void Proposal_writer::warn_when(bool condition, Start_warning kind, std::size_t line) {
-    if (condition) {
-        proposal_.warnings.push_back({kind, line});
-    }
-}
-
-bool Proposal_writer::has_arc() const {
-    const bool moves = block_.has_axes() || block_['I'] || block_['J'] || block_['K'];
-    return moves && is_arc(reading_.after()[Modal::motion]);
-}
-
-bool Proposal_writer::has_distance() const {
-    const Setting& distance = reading_.after()[Modal::distance];
-    const bool absolute =
-        distance.known() ? distance.code == 900 : !milling_ && distance.word.empty();
-    const bool lathe_distance = !milling_ && (block_['U'] || block_['W']);
-    return lathe_distance || (block_.has_axes() && !absolute);
-}
-
-void Proposal_writer::warn() {
-    warn_when(is_on(Modal::radius_comp), Start_warning::radius_compensation,
-              state_[Modal::radius_comp].line);
-    warn_when(is_on(Modal::cycle), Start_warning::cycle, state_[Modal::cycle].line);
-    warn_of_block();
-    for (const Modal modal : transformations) {
-        warn_when(is_on(modal), Start_warning::transformed, state_[modal].line);
-    }
-    for (const Modal axis : {Modal::a, Modal::b, Modal::c}) {
-        const bool turned = !state_[axis].word.empty() && !is_at_zero(state_[axis]);
-        warn_when(turned, Start_warning::rotary_axis, state_[axis].line);
-    }
-    warn_of_doubts();
-    warn_of_program();
-}
-
-void Proposal_writer::warn_of_block() {
-    const std::size_t line = reading_.block_line();
-    warn_when(state_.in_contour, Start_warning::contour, line);
-    warn_when(has_arc(), Start_warning::arc, line);
-    warn_when(has_distance(), Start_warning::incremental, line);
-    warn_when(block_.skip, Start_warning::block_skip, line);
-}
-
-void Proposal_writer::warn_of_program() {
-    const Program_survey& survey = reading_.survey();
-    const std::pair<std::optional<std::size_t>, Start_warning> findings[] = {
-        {survey.first_jump, Start_warning::jumps},
-        {survey.first_variable, Start_warning::variables},
-        {survey.first_call, Start_warning::sub_programs},
-        {survey.first_called_file, Start_warning::called_files}};
-    for (const auto& [line, kind] : findings) {
-        warn_when(line.has_value(), kind, line.value_or(0));
-    }
-    if (!state_.others.empty()) {
-        warn_when(true, Start_warning::other_codes, state_.others.front().line);
-    }
-    warn_when(!reading_.machining_sure(), Start_warning::mill_or_lathe, reading_.block_line());
-}
-
-void Proposal_writer::warn_of_doubts() {
-    for (const Modal axis : {Modal::x, Modal::y, Modal::z}) {
-        const Setting& place = state_[axis];
-        if ((milling_ || axis != Modal::y) && !place.known()) {
-            warn_when(true, Start_warning::position,
-                      place.word.empty() ? reading_.block_line() : place.doubt_line);
-            break;
-        }
-    }
-    const std::pair<Doubt, Start_warning> kinds[] = {
-        {Doubt::block_skip, Start_warning::block_skip},
-        {Doubt::program_end, Start_warning::program_end},
-        {Doubt::unread, Start_warning::unread}};
-    for (const auto& [doubt, kind] : kinds) {
-        const auto* const found = std::find_if(
-            state_.settings.begin(), state_.settings.end(),
-            [doubt = doubt](const Setting& setting) { return setting.doubt == doubt; });
-        if (found != state_.settings.end()) {
-            warn_when(true, kind, found->doubt_line);
-        }
-    }
-}
 
 void Proposal_writer::comment(std::string_view text) {
     std::string plain = upper_case(text);
@@ -285,11 +164,10 @@ void Proposal_writer::find_hindrances() {
                 "no safe height for the tool length is known");
 }
 
-void Proposal_writer::write_head() {
+void Proposal_writer::write_tape_mark() {
     if (reading_.has_tape_mark()) {
         put("%");
     }
-    comment("START AT " + line_text(reading_.block_line()) + " - READ AND EDIT BEFORE SENDING");
 }
 
 void Proposal_writer::write_modes() {
@@ -305,7 +183,8 @@ void Proposal_writer::write_modes() {
     }
     words += state_[Modal::radius_comp].word.empty() ? "" : "G40 ";
     words += ends_cycle() ? "G80 " : "";
-    words += milling_ ? "G90 " : "";
+    const bool moves = hindrances_.empty() && !changes_tool();
+    words += milling_ && (moves || state_[Modal::distance].known()) ? "G90 " : "";
     if (!words.empty()) {
         words.pop_back();
         put(words);
@@ -330,9 +209,11 @@ void Proposal_writer::write_modes() {
 void Proposal_writer::write_compensations() {
     if (state_.active(Modal::radius_comp)) {
         check(Modal::radius_comp);
-        if (milling_) {
-            check(Modal::radius_number);
-        }
+    }
+    const Setting& number = state_[Modal::radius_number];
+    const bool of_this_tool = number.line >= state_.tool_change.value_or(0) && !changes_tool();
+    if (milling_ && (state_.active(Modal::radius_comp) || (!number.word.empty() && of_this_tool))) {
+        check(Modal::radius_number);  // on some controls D is the tool's length too
     }
     const bool on = state_.active(Modal::length_comp);
     if (on && !hindrances_.empty() && !changes_tool()) {
@@ -346,6 +227,9 @@ void Proposal_writer::write_compensations() {
 void Proposal_writer::write_tool() {
     if (changes_tool()) {
         comment("THE BLOCK CHOSEN CHANGES THE TOOL");
+        if (!block_['T']) {
+            check(Modal::next_tool);
+        }
         return;
     }
     check(Modal::tool);
@@ -370,25 +254,34 @@ void Proposal_writer::write_stop() {
     put("M0");
 }
 
+/// The greatest speed comes first, and a speed without it never where it depends on the diameter. A
+/// mill stops its spindle to change the tool.
 void Proposal_writer::write_spindle() {
     const Setting& mode = state_[Modal::speed_mode];
     const Setting& limit = state_[Modal::speed_limit];
     const bool constant_surface = !mode.word.empty() && (!mode.known() || mode.code == 960);
-    if (!spindle_turns()) {
-        check(Modal::spindle);
-        return;
-    }
-    if (!state_[Modal::speed].known() || (constant_surface && !(mode.known() && limit.known()))) {
-        check(Modal::speed);
-        check(Modal::speed_mode);
-        check(Modal::speed_limit);
-        return;
-    }
     if (limit.known()) {
         put(limit.word);
+    } else if (!limit.word.empty() || constant_surface) {
+        check(Modal::speed_limit);
     }
-    put((mode.known() ? mode.word + ' ' : "") + state_[Modal::speed].word + ' ' +
-        state_[Modal::spindle].word);
+    const bool sure =
+        state_[Modal::speed].known() && (!constant_surface || (mode.known() && limit.known()));
+    std::string words;
+    if (sure) {
+        words = (mode.known() ? mode.word + ' ' : "") + state_[Modal::speed].word;
+    } else if (spindle_turns() || !state_[Modal::speed].word.empty()) {
+        check(Modal::speed);
+        check(Modal::speed_mode);
+    }
+    if (sure && spindle_turns() && !stops_to_change()) {
+        words += ' ' + state_[Modal::spindle].word;
+    } else if (!changes_tool() || state_.active(Modal::spindle)) {
+        check(Modal::spindle);
+    }
+    if (!words.empty()) {
+        put(words);
+    }
 }
 
 std::string Proposal_writer::last_position() const {
@@ -407,10 +300,6 @@ std::string Proposal_writer::last_position() const {
 /// X and Y at the height where the operator has put the tool, then down: in rapid no lower than the
 /// program itself went with this tool, from there in feed.
 void Proposal_writer::write_moves() {
-    if (!hindrances_.empty()) {
-        write_coolant();
-        return;
-    }
     put("G0 " + state_[Modal::x].word + ' ' + state_[Modal::y].word);
     if (state_.active(Modal::length_comp)) {
         put(state_[Modal::length_comp].word + ' ' + state_[Modal::length_number].word + ' ' +
@@ -428,9 +317,9 @@ void Proposal_writer::write_moves() {
 void Proposal_writer::write_coolant() {
     for (const Modal modal : {Modal::mist, Modal::flood}) {
         const Setting& coolant = state_[modal];
-        if (coolant.known() && coolant.code != 9) {
+        if (state_.on(modal) && coolant.known() && !stops_to_change()) {
             put(coolant.word);
-        } else if (!coolant.word.empty() && !coolant.known()) {
+        } else if (state_.active(modal)) {
             check(modal);
         }
     }
@@ -449,13 +338,13 @@ void Proposal_writer::write_return_to_program() {
 }
 
 void Proposal_writer::write_motion() {
-    if (is_on(Modal::cycle)) {
+    if (state_.on(Modal::cycle)) {
         comment("THE CYCLE IS NOT CALLED AGAIN, " + line_text(state_[Modal::cycle].line));
     }
     const Setting& own = reading_.after()[Modal::motion];
     const bool given = !own.word.empty() && own.line >= reading_.block_line();
     std::string words;
-    if (!given && block_.has_axes() && !is_on(Modal::cycle)) {
+    if (!given && block_.has_axes() && !state_.on(Modal::cycle)) {
         words = motion_word();
     }
     if (!feed_given_ && !block_['F']) {
@@ -483,11 +372,6 @@ std::string Proposal_writer::motion_word() {
 }
 
 }  // namespace
-
-std::string warning_text(const Warning& warning) {
-    return std::string(warning_texts[static_cast<std::size_t>(warning.kind)]) + " line " +
-           decimal(static_cast<std::int64_t>(warning.line) + 1) + '.';
-}
 
 Start_proposal propose_start(const Start_reading& reading) {
     return Proposal_writer(reading).written();

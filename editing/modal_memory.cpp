@@ -8,6 +8,7 @@ namespace kelvane {
 void Modal_memory::begin_program() {
     state_ = {};
     before_contour_.reset();
+    contour_.reset();
 }
 
 void Modal_memory::set(Modal modal, std::string word, int code) {
@@ -93,6 +94,7 @@ void Modal_memory::change_tool() {
 
 void Modal_memory::enter_contour() {
     before_contour_ = state_;
+    contour_ = line_;
     state_.in_contour = true;
 }
 
@@ -134,6 +136,16 @@ void Modal_memory::note_change_by_m6() {
     if (noting_ != nullptr) {
         noting_->changes_with_m6 = true;
     }
+}
+
+void Modal_memory::note_contour_use() {
+    if (noting_ == nullptr || !contour_) {
+        return;
+    }
+    if (noting_->contours.empty() || noting_->contours.back().begin != *contour_) {
+        noting_->contours.push_back({*contour_, line_});
+    }
+    noting_->contours.back().last_use = line_;
 }
 
 bool Modal_memory::is_target(std::string_view number) const {

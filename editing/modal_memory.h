@@ -6,6 +6,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "editing/block_words.h"
 #include "editing/modal_state.h"
@@ -22,6 +23,11 @@ struct Program_survey {
     std::set<std::string, std::less<>> targets;  ///< of jumps: essential numbers
     bool any_target = false;                     ///< a jump may lead to every N number
     bool changes_with_m6 = false;
+    /// A lathe's contour and the last G70 that reads it; lines.
+    struct Contour_use {
+        std::size_t begin, last_use;
+    };
+    std::vector<Contour_use> contours;
     std::optional<std::size_t> first_jump, first_variable, first_call,
         first_called_file;  ///< lines
 };
@@ -42,7 +48,10 @@ class Modal_memory {
     [[nodiscard]] std::size_t lines() const { return line_; }
 
     /// `doubt` goes with all that the block sets.
-    void begin_block(Doubt doubt) { block_doubt_ = doubt; }
+    void begin_block(Doubt doubt) {
+        block_doubt_ = doubt;
+        state_.after_contour_cycle = false;
+    }
     void end_line() { ++line_; }
     /// Another program, which nobody may have started from the one above.
     void begin_program();
@@ -67,6 +76,7 @@ class Modal_memory {
     /// before. Nothing happens when none has been entered.
     void enter_contour();
     void leave_contour();
+    void contour_cycle() { state_.after_contour_cycle = true; }
     void note_other(const std::string& word);
 
     // What only a first reading notes.
@@ -74,6 +84,8 @@ class Modal_memory {
     /// Without `number`: a jump may lead to every N number.
     void note_target(std::string_view number);
     void note_change_by_m6();
+    /// The contour entered last is read again.
+    void note_contour_use();
 
     [[nodiscard]] bool is_target(std::string_view number) const;
 
@@ -89,6 +101,7 @@ class Modal_memory {
     bool jumps_begun_ = false;
     std::array<bool, modal_count> certain_{};  ///< whatever way the jumps went
     std::optional<Modal_state> before_contour_;
+    std::optional<std::size_t> contour_;  ///< line where the last one begins
 };
 
 }  // namespace kelvane

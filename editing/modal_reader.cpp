@@ -72,6 +72,7 @@ void Modal_reader::begin_block(const Block_words& block) {
     if (block.program_number) {
         memory_.begin_program();
         contour_begin_.clear();
+        contour_entered_.clear();
         clearance_awaited_ = false;
     }
     if (block.number && memory_.is_target(*block.number)) {
@@ -82,7 +83,7 @@ void Modal_reader::begin_block(const Block_words& block) {
     }
     if (block.number && !contour_begin_.empty() && same_number(*block.number, contour_begin_)) {
         memory_.enter_contour();
-        contour_begin_.clear();
+        contour_entered_ = std::exchange(contour_begin_, {});
     }
 }
 
@@ -161,7 +162,7 @@ void Modal_reader::read_g_code(const Block_word& word, const Block_words& block)
             read_shift(block, word_text(word));
             break;
         case G_effect::contour:
-            read_contour(block);
+            read_contour(*code, block);
             break;
         case G_effect::call:
             call(&Program_survey::first_call, Doubt::sub_program);
@@ -176,12 +177,16 @@ void Modal_reader::read_g_code(const Block_word& word, const Block_words& block)
     }
 }
 
-/// Where a lathe's G90, G92 or G94 names no way to go, it is no cycle but of its other set of
-/// codes, where they are what they are on mills.
+/// Where a lathe's G90, G92 or G94 names no way to go, or its G70 or G71 no contour, it is no cycle
+/// but of another set of codes, where they are what they are on mills.
 G_use Modal_reader::use_of(int code, const Block_words& block) const {
     const G_use use = g_use(code, machining_);
-    const bool may_be_cycle = use.effect == G_effect::holds && use.group == Modal::cycle;
-    return may_be_cycle && code >= 900 && !block.has_axes() ? g_use(code, Machining::milling) : use;
+    const bool is_cycle =
+        use.effect == G_effect::contour ||
+        (use.effect == G_effect::holds && use.group == Modal::cycle && code >= 900);
+    const bool says_way = block.has_axes() || block['P'] || block['R'];
+    const bool has_other_use = code == 700 || code == 710 || code >= 900;
+    return is_cycle && has_other_use && !says_way ? g_use(code, Machining::milling) : use;
 }
 
 void Modal_reader::hold(const G_use& use, int code, const Block_word& word,
@@ -288,8 +293,12 @@ void Modal_reader::read_shift(const Block_words& block, std::string_view g_word)
     memory_.doubt_positions(Doubt::offset_change);
 }
 
-void Modal_reader::read_contour(const Block_words& block) {
+void Modal_reader::read_contour(int code, const Block_words& block) {
     axes_ = Axes::nothing;
+    memory_.contour_cycle();
+    if (code == 700 && block['P'] && same_number(block['P']->number, contour_entered_)) {
+        memory_.note_contour_use();
+    }
     memory_.doubt_positions(Doubt::cycle);
     memory_.doubt(Modal::feed,
                   Doubt::maker_differs);  // a finishing cycle takes those of the contour

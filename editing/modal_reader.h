@@ -42,7 +42,7 @@ class Modal_reader {
                                          const Block_words& block) const;
     void doubt_numbers(Modal group, const Setting& before, const Block_words& block);
     void read_shift(const Block_words& block, std::string_view g_word);
-    void read_contour(const Block_words& block);
+    void read_contour(int code, const Block_words& block);
     void read_axes(const Block_words& block);
     void run_cycle(const Block_words& block);
     void read_axis(Modal axis, const Block_word& word);
@@ -63,6 +63,7 @@ class Modal_reader {
     bool dwell_ = false;
     bool clearance_awaited_ = false;
     std::string contour_begin_, contour_end_;  ///< N numbers
+    std::string contour_entered_;              ///< N number of the first block
 };
 
 }  // namespace kelvane

@@ -52,4 +52,8 @@ bool Modal_state::active(Modal group) const {
            (setting.doubt != Doubt::none || !is_off_code(group, setting.code));
 }
 
+bool Modal_state::on(Modal group) const {
+    return active(group) && !is_off_code(group, (*this)[group].code);
+}
+
 }  // namespace kelvane

@@ -66,6 +66,8 @@ struct Modal_state {
     std::vector<Other_code> others;  ///< at most `max_others`, in the order of their first use
     std::optional<std::size_t> tool_change;  ///< line of the last one
     bool in_contour = false;  ///< in the blocks that a lathe's G71, G72 or G73 names with P and Q
+    /// The block read last was a lathe's contour cycle, perhaps the first of its two blocks.
+    bool after_contour_cycle = false;
 
     static constexpr std::size_t max_others = 16;
 
@@ -74,6 +76,8 @@ struct Modal_state {
     }
     /// True when a group's code is set, doubtful or not, and does not end the group's effect.
     [[nodiscard]] bool active(Modal group) const;
+    /// True when a group's last code switches its effect on, whatever may have come since.
+    [[nodiscard]] bool on(Modal group) const;
 };
 
 }  // namespace kelvane

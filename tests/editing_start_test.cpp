@@ -10,7 +10,12 @@
 namespace kelvane {
 namespace {
 
+using testing::AllOf;
+using testing::Contains;
 using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::IsSupersetOf;
+using testing::Not;
 using namespace std::string_literals;
 
 std::string example(const std::string& name) {
@@ -155,6 +160,7 @@ TEST(ModalState, OfEveryWayToWriteABlock) {
         {"both sets mixed", lathe, "G95\nG98", "G98?maker"},
         {"other units", mill, "G21G90X1.\nG20", "G20 G90 X1.?offset"},
         {"some makers' units", mill, "G71", "G71?maker"},
+        {"also on lathes", lathe, "G70\nG71U2.R1.", "G70?maker"},
     };
     for (const auto& c : cases) {
         const std::string program = c.program + "\n";
@@ -173,6 +179,9 @@ TEST(StartProposal, WarnsOfWhatNeedsACarefulOperator) {
         {radius_compensation, sure + "G41D1X2.\n", "X3.", 4},
         {cycle, sure + "G81Z-1.R2.\n", "X3.", 4},
         {contour, "T0101\nG50S9\nG71P1Q2U1.\nN1G0X1.\n", "G1Z1.\nN2X9.", 5},
+        {contour, "T0101\nG50S9\nG71P1Q2U1.\n", "N01G0X1.\nN2X9.", 4},
+        {contour_above, "T0101\nG50S9\nG71P1Q2U1.\nN1G0X1.\nN2X9.\n", "T0202\nG70P1Q2", 7},
+        {half_cycle, "T0101\nG50S9\nG76P1R9\n", "G76X9.Z-9.P1Q1F1.", 4},
         {arc, sure, "G2X3.R1.", 4},
         {arc, sure + "G3X1.Y2.R3.\n", "X3.R5.", 5},
         {incremental, sure, "G91X3.", 4},
@@ -204,7 +213,10 @@ TEST(StartProposal, WarnsOfWhatNeedsACarefulOperator) {
     }
     Start_reading plain(3, std::nullopt);
     plain.step(sure + "X5.\n");
-    EXPECT_TRUE(propose_start(plain).warnings.empty());
+    EXPECT_THAT(propose_start(plain).warnings, IsEmpty());
+    Start_reading whole_contour(2, std::nullopt);
+    whole_contour.step("T0101\nG50S9\nG71P1Q2U1.\nN1G0X1.\nN2X9.\nG70P1Q2");
+    EXPECT_FALSE(has(propose_start(whole_contour), contour_above, 6));
     EXPECT_EQ(warning_text({arc, 9}),
               "The block is an arc, its start must be met exactly: line 10.");
 }
@@ -248,8 +260,31 @@ TEST(StartProposal, IsWhatAMachinistWouldWrite) {
         blocks_for(example("cover-plate.nc"), 103),
         ElementsAre("(START AT LINE 103 - READ AND EDIT BEFORE SENDING)", "G17 G21 G54 G40 G80 G90",
                     "(CHECK FEED MODE, NOT SET BEFORE)", "(THE BLOCK CHOSEN CHANGES THE TOOL)",
-                    "(RETRACT THE TOOL, CLEAR OF PART AND CLAMPS, THEN CYCLE START)", "M0", "G91",
-                    "F2000"));
+                    "(RETRACT THE TOOL, CLEAR OF PART AND CLAMPS, THEN CYCLE START)", "M0", "S6400",
+                    "G91", "F2000"));
+    EXPECT_THAT(blocks_for("G21G90G54 T1\nM6\nG43H1Z5.S900M3M8\nT2\nM6", 5),
+                ElementsAre("(START AT LINE 5 - READ AND EDIT BEFORE SENDING)", "G21 G54 G90",
+                            "(CHECK PLANE, NOT SET BEFORE)", "(CHECK FEED MODE, NOT SET BEFORE)",
+                            "(THE BLOCK CHOSEN CHANGES THE TOOL)", "(CHECK LAST T, T2, LINE 4)",
+                            "(RETRACT THE TOOL, CLEAR OF PART AND CLAMPS, THEN CYCLE START)", "M0",
+                            "(CHECK SPINDLE, M3, LINE 3)", "S900",
+                            "(CHECK FLOOD COOLANT, M8, LINE 3)", "(CHECK FEED, NOT SET BEFORE)"));
+    const std::string lathe_program =
+        "G18G21G99G54\nG50S2500\nT0101\nG96S180M3F.2\nX9.Z1.M8\nT0202\nX5.";
+    EXPECT_THAT(blocks_for(lathe_program, 6),
+                ElementsAre("(START AT LINE 6 - READ AND EDIT BEFORE SENDING)", "G18 G21 G99 G54",
+                            "(THE BLOCK CHOSEN CHANGES THE TOOL)",
+                            "(RETRACT THE TOOL, CLEAR OF PART AND CLAMPS, THEN CYCLE START)", "M0",
+                            "G50 S2500", "G96 S180 M3", "M8", "F.2"));
+    EXPECT_THAT(
+        blocks_for(lathe_program, 7),
+        IsSupersetOf({"G50 S2500", "G96 S180",
+                      "(CHECK SPINDLE, M3, LINE 4, BUT THE TOOL HAS BEEN CHANGED, LINE 6)"}));
+    EXPECT_THAT(blocks_for("%\nO1\nG90T1M6\nM30\n\nO2\nX1.", 5), ElementsAre("%"));
+    EXPECT_THAT(
+        blocks_for("%\nO1\nG90T1D1M6\nM98P2\nX1.Y1.", 5),
+        AllOf(Contains("(CHECK RADIUS NUMBER, D1, LINE 3, BUT A SUB-PROGRAM HAS RUN, LINE 4)"),
+              Not(Contains("G90"))));
 }
 
 /// What the proposals for every place in a program have in common.
