@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/basic_text.h"
+#include "platform/file_pieces.h"
 #include "transmit/scratch_copy.h"
 
 namespace kelvane {
@@ -60,36 +61,37 @@ Task<Outcome> Commands::receive(bool binary) {
     window_.state.RX_binary = binary;
     window_.Stop_button.set_enabled(true);
     const std::string path = window_.state.filename;
-    Received_file received{path, old_program(path)};
+    Received_file received{path, {}};
+    received.before = co_await old_program(path);
     const Outcome outcome = co_await transfer_.Start_transfer(Transfer::receive);
     window_.state.RX_binary = false;
     if (outcome == Outcome::done && !binary) {
-        note_receive(std::move(received));
+        co_await note_receive(std::move(received));
     }
     co_return outcome;
 }
 
 /// What stands in the file that a receive is about to replace.
-std::optional<std::string> Commands::old_program(const std::string& path) const {
+Task<std::optional<std::string>> Commands::old_program(std::string path) const {
     constexpr std::uint64_t most_kept = std::uint64_t{16} << 20U;  // bytes
     const Files& files = window_.platform.files;
     if (!files.exists(path) || files.length(path).value_or(most_kept) >= most_kept) {
-        return std::nullopt;
+        co_return std::nullopt;
     }
-    auto content = files.read(path);
-    return content ? std::optional(*std::move(content)) : std::nullopt;
+    auto content = co_await read_in_pieces(window_.platform.loop, files, std::move(path));
+    co_return content ? std::optional(*std::move(content)) : std::nullopt;
 }
 
-void Commands::note_receive(Received_file received) {
+Task<> Commands::note_receive(Received_file received) {
     const Files& files = window_.platform.files;
     if (!files.exists(received.path)) {
-        return;  // saved as programs of their own
+        co_return;  // saved as programs of their own
     }
     bool differs = false;
     if (received.before) {
-        const auto now = files.read(received.path);
+        const auto now = co_await read_in_pieces(window_.platform.loop, files, received.path);
         if (!now) {
-            return;
+            co_return;
         }
         differs = *received.before != *now;
     }

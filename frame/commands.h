@@ -46,8 +46,8 @@ class Commands {
 
   private:
     void note_send(const std::string& path, Outcome outcome);
-    [[nodiscard]] std::optional<std::string> old_program(const std::string& path) const;
-    void note_receive(Received_file received);
+    [[nodiscard]] Task<std::optional<std::string>> old_program(std::string path) const;
+    [[nodiscard]] Task<> note_receive(Received_file received);
 
     Kelvane_lite_form& window_;
     Transfer& transfer_;
