@@ -50,11 +50,11 @@ QGroupBox* device(configure_IO_lite& form) {
     auto* list = list_of(form.wiring.Device_lst, 2, 12);
     grid->addWidget(label_of(form.wiring.Device_txt, *field), 0, 0);
     grid->addWidget(field, 0, 1);
-    grid->addWidget(label_of(form.wiring.Device_lst, *list), 1, 0, 1, 2);
+    grid->addLayout(row_of({label_of(form.wiring.Device_lst, *list),
+                            button_of(form.wiring.lasting_button, 'K')}),
+                    1, 0, 1, 2);
     grid->addWidget(list, 2, 0, 1, 2);
-    auto* hint = hint_of(form.wiring.device_hint);
-    auto* lasting = button_of(form.wiring.lasting_button, 'K');
-    grid->addLayout(row_of({hint, lasting}), 3, 0, 1, 2);
+    grid->addWidget(hint_of(form.wiring.device_hint), 3, 0, 1, 2);
     grid->setRowStretch(2, 1);
     return group_of("Serial device of this COM number", grid);
 }
@@ -91,18 +91,15 @@ QGroupBox* end_of_block(configure_IO_lite& form) {
 std::unique_ptr<QDialog> make_configure_dialog(configure_IO_lite& form) {
     auto dialog = std::make_unique<QDialog>();
     auto* grid = new QGridLayout(dialog.get());
-    auto* advanced = button_of(form.Advanced_button, 'v');
-    auto* bottom =
-        row_of({advanced,
-                foot_of({button_of(form.apply_button, 'A'), button_of(form.cancel_button, 'n')})});
-    bottom->setAlignment(advanced, Qt::AlignLeft);
+    auto* foot = foot_of({button_of(form.apply_button, 'A'), button_of(form.cancel_button, 'n')});
+    foot->addButton(button_of(form.Advanced_button, 'v'), QDialogButtonBox::ResetRole);  // at left
     grid->addWidget(machines(form), 0, 0, 2, 1);
     grid->addWidget(line(form), 0, 1);
     grid->addWidget(device(form), 1, 1);
     grid->addWidget(code(form), 0, 2);
     grid->addWidget(handshaking(form), 0, 3);
     grid->addWidget(end_of_block(form), 1, 2, 1, 2);
-    grid->addLayout(bottom, 2, 0, 1, 4);
+    grid->addWidget(foot, 2, 0, 1, 4);
     grid->setColumnStretch(0, 2);
     grid->setColumnStretch(1, 3);
     grid->setRowStretch(1, 1);

@@ -9,12 +9,25 @@
 #include <QRadioButton>
 #include <QScrollBar>
 
+#include "desktop/event_filter.h"
+
 namespace kelvane {
 
 namespace {
 
 int width_of(const QWidget& widget, int characters) {
     return widget.fontMetrics().horizontalAdvance(QString(characters, '0'));
+}
+
+/// However small the list becomes; when it has laid out its rows.
+void keep_choice_in_sight(QListWidget& list) {
+    Event_filter::install(list, [&list](QEvent& event) {
+        if (event.type() == QEvent::Resize) {
+            const auto show = [&list] { list.scrollToItem(list.currentItem()); };
+            QMetaObject::invokeMethod(&list, show, Qt::QueuedConnection);
+        }
+        return false;
+    });
 }
 
 template <typename Widget, typename Bound>
@@ -61,6 +74,7 @@ QListWidget* list_of(List_box& control, int rows, int characters) {
     list->setMinimumWidth(width_of(*list, characters + scroll_bar_and_margins));
     list->setMinimumHeight(rows * (list->fontMetrics().lineSpacing() + 2));
     list->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Expanding);
+    keep_choice_in_sight(*list);
     return list;
 }
 

@@ -46,6 +46,23 @@ void fill_menu(QMenu& shown, const Menu& menu) {
     }
 }
 
+/// As large as there is room for, clear of the caret's line and of the line numbers.
+void fit_text(QLabel& label, QFont letters, const QRect& room) {
+    const qreal usual = letters.pointSizeF();
+    letters.setFamilies(letters.families());  // whatever font is around it
+    for (const qreal enlargement : {1.3, 1.15, 1.0}) {
+        letters.setPointSizeF(usual * enlargement);
+        label.setFont(letters);
+        const int margin = label.fontMetrics().lineSpacing() * 3 / 2;
+        label.setMargin(margin);
+        label.setIndent(margin);
+        if (label.heightForWidth(room.width()) <= room.height()) {
+            break;
+        }
+    }
+    label.setGeometry(room);
+}
+
 }  // namespace
 
 Main_window::Main_window(Kelvane_lite_form& form, Editor_parts parts)
@@ -133,18 +150,13 @@ void Main_window::make_tool_bar(Kelvane_lite_form& form, Editor_parts& parts) {
 /// Over the empty pane; gone as soon as there is something in it, or has been sent.
 void Main_window::make_first_steps(Kelvane_lite_form& form, const Program_pane& pane) {
     first_steps_ = new QLabel(view_->viewport());
-    QFont letters = font();
-    letters.setPointSizeF(letters.pointSizeF() * 1.3);
-    first_steps_->setFont(letters);
     first_steps_->setWordWrap(true);
     first_steps_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     first_steps_->setAttribute(Qt::WA_TransparentForMouseEvents);
-    // Clear of the caret's line and of the line numbers.
-    first_steps_->setMargin(3 * fontMetrics().lineSpacing());
     bind(form.first_steps, *first_steps_);
     show_first_steps_ = [this, &form, &pane] {
         first_steps_->setVisible(form.first_steps.visible() && pane.text().bytes.empty());
-        first_steps_->setGeometry(view_->viewport()->rect());
+        fit_text(*first_steps_, font(), view_->viewport()->rect());
     };
     Event_filter::install(*view_->viewport(), [this](QEvent& event) {
         if (event.type() == QEvent::Resize) {

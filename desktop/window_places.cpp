@@ -22,7 +22,7 @@ namespace {
 constexpr QSize frame(16, 40);
 
 constexpr int foot_gap = 9;  // pixels
-constexpr int scrolled_gap = 4;
+constexpr int dense_gap = 4;
 
 /// "Form=x,y,width,height"
 QString line_of(const QString& name, const QRect& place) {
@@ -38,14 +38,28 @@ QSize room_on_screen(const QWidget& window) {
     return window.screen()->availableSize() - frame;
 }
 
+/// What scrolls by itself has the height that is left over, and nothing stands further apart than
+/// it must.
+void make_dense(QWidget& content) {
+    for (auto* layout : content.findChildren<QLayout*>()) {
+        const int margin = qobject_cast<QLayout*>(layout->parent()) == nullptr ? dense_gap : 0;
+        layout->setContentsMargins(margin, margin, margin, margin);
+        layout->setSpacing(dense_gap);
+    }
+    for (auto* area : content.findChildren<QAbstractScrollArea*>()) {
+        QSizePolicy policy = area->sizePolicy();
+        policy.setVerticalPolicy(QSizePolicy::Ignored);
+        policy.setVerticalStretch(1);
+        area->setSizePolicy(policy);
+    }
+}
+
 /// The last resort: what does not fit is scrolled, above the buttons of the foot.
 void make_scrollable(QWidget& window) {
     QLayout* layout = window.layout();
     if (layout == nullptr || qobject_cast<QDialog*>(&window) == nullptr) {
         return;
     }
-    layout->setContentsMargins(scrolled_gap, scrolled_gap, scrolled_gap, scrolled_gap);
-    layout->setSpacing(scrolled_gap);
     auto* content = new QWidget;
     content->setLayout(layout);
     auto* area = new QScrollArea;
@@ -60,6 +74,7 @@ void make_scrollable(QWidget& window) {
         foot->setContentsMargins(foot_gap, 0, foot_gap, 0);
         outer->addWidget(foot);
     }
+    make_dense(*content);
 }
 
 /// Whole on the screen.
@@ -88,7 +103,7 @@ void Window_places::use(Files& files) {
     }
 }
 
-void Window_places::place(QWidget& window) const {
+void Window_places::place(QWidget& window) {
     const QSize room = room_on_screen(window);
     const QSize least = window.minimumSizeHint().expandedTo(window.minimumSize());
     const bool set = window.testAttribute(Qt::WA_Resized);
@@ -100,6 +115,7 @@ void Window_places::place(QWidget& window) const {
     const auto known = places_.find(window.objectName());
     const QSize wanted = known == places_.end() ? usual : known->second.size().expandedTo(least);
     window.resize(wanted.boundedTo(room));
+    cut_[window.objectName()] = {window.size(), wanted};
     QRect place({}, window.size() + frame);
     if (known != places_.end()) {
         place.moveTopLeft(known->second.topLeft());
@@ -113,7 +129,8 @@ void Window_places::place(QWidget& window) const {
 
 void Window_places::remember(const QWidget& window) {
     const bool plain = (window.windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen)) == 0;
-    const QRect place(window.pos(), window.size());
+    const Cut& cut = cut_[window.objectName()];
+    const QRect place(window.pos(), window.size() == cut.to ? cut.from : window.size());
     if (files_ == nullptr || unread_ || !plain || places_[window.objectName()] == place) {
         return;
     }

@@ -17,14 +17,20 @@ class Window_places {
     void use(Files& files);
     /// Gives a window that is about to be shown for the first time its place: the remembered one,
     /// or its own size, as far as the screen has room. A dialog that needs more than that scrolls.
-    void place(QWidget& window) const;
-    /// The window is about to be hidden.
+    void place(QWidget& window);
+    /// The window is about to be hidden. What only a small screen has cut from its size is not
+    /// kept.
     void remember(const QWidget& window);
 
   private:
+    struct Cut {
+        QSize to, from;
+    };
+
     Files* files_ = nullptr;
     bool unread_ = false;  ///< what could not be read is not written over
     std::map<QString, QRect> places_;
+    std::map<QString, Cut> cut_;  ///< how its screen has cut each window's size
 };
 
 }  // namespace kelvane

@@ -93,8 +93,9 @@ Task<> Program_listing::run(std::string path, Page_layout layout, Print_destinat
     if (!printed && !control_.stop_asked()) {
         co_await say(printed.reason());
     } else if (printed && destination == Print_destination::paper) {
-        op_.set_note("Listing sent to " + printer_.destination_name());
-        op_.offer_file(printer_.destination_file());
+        const std::string file = printer_.destination_file();
+        op_.set_note("Listing sent to " + (file.empty() ? printer_.destination_name() : file));
+        op_.offer_file(file);
     }
 }
 

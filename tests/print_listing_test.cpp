@@ -53,6 +53,12 @@ TEST_F(Print_listing, prints_in_the_layouts_font_and_says_where_to) {
     EXPECT_EQ(window.Text1.text(), "");
     EXPECT_EQ(window.state.Print_first_page_only, 0);
     EXPECT_THAT(window.status_label.caption(), HasSubstr("Listing sent to Test printer"));
+    EXPECT_FALSE(window.Open_file_button.visible());
+    printer.file = "/home/a/listing.pdf";
+    print();
+    EXPECT_THAT(window.status_label.caption(), HasSubstr("Listing sent to /home/a/listing.pdf"));
+    window.Open_file_button.click();
+    EXPECT_EQ(system.desktop.opened, printer.file);
 }
 
 TEST_F(Print_listing, reverse_order_with_drawn_bar_codes) {

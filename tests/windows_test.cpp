@@ -30,6 +30,7 @@
 #include "desktop/qt_printer.h"
 #include "frame/program.h"
 #include "qt_test_application.h"
+#include "session/file_names.h"
 #include "support/headless_platform.h"
 
 namespace kelvane::testing {
@@ -304,6 +305,10 @@ TEST(Window_places_test, what_is_too_large_scrolls_above_its_buttons_and_places_
     EXPECT_TRUE(large.width() < room.width() && large.height() < room.height());
     ASSERT_NE(large.findChild<QScrollArea*>(), nullptr);
     EXPECT_FALSE(large.findChild<QScrollArea*>()->isAncestorOf(foot));
+    places.remember(large);
+    EXPECT_NE(files.read(files.program_path(file_names::window_places))->find(",50"),
+              std::string::npos)
+        << "a larger screen shows it whole";
     large.setGeometry(20, 30, 300, 200);
     places.remember(large);
 
