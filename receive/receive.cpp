@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/basic_text.h"
+#include "platform/lines.h"
 #include "receive/conversion.h"
 #include "receive/receive_saver.h"
 #include "receive/save_received.h"
@@ -183,6 +184,9 @@ Task<Transfer_end> Receive::save_text(const Transfer_options& options, std::stri
                          "The received data is kept in\n" +
                              staging_.path(),
                          "Received data error"));
+    }
+    if (received.recognised) {
+        session_.control.count_received_lines(count_lines(kept));
     }
     const std::string doubts = told_of(received, kept);
     Transfer_end end = co_await save(kept, options, std::move(path), doubts);

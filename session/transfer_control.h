@@ -80,6 +80,8 @@ class Transfer_control {
     void expect(std::uint64_t bytes, std::size_t lines, std::size_t first_line = 0) {
         status_.expect(bytes, lines, first_line);
     }
+    /// How many lines the text has that a receive is about to save.
+    void count_received_lines(std::size_t lines) { status_.expect(0, lines, 0); }
     /// A line of the program, from 1, leaves now.
     void at_line(std::size_t line, std::string text) { status_.at_line(line, std::move(text)); }
     /// Bytes of the program that have left.

@@ -75,7 +75,7 @@ std::string progress_text(const Transfer_record& record) {
     if (record.total > 0) {
         text += percent_text(record) + ", ";
     }
-    if (record.lines > 0) {
+    if (record.total > 0 && record.lines > 0) {
         text +=
             "line " + grouped_decimal(record.line) + " of " + grouped_decimal(record.lines) + ", ";
     }

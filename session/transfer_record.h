@@ -17,11 +17,11 @@ struct Transfer_record {
     Direction direction = Direction::send;
     Outcome outcome = Outcome::done;
     std::int64_t bytes = 0;  ///< that have crossed the line
+    std::size_t lines = 0;   ///< of the program that is sent, or the text that is saved; 0: none
     // Of a text send:
     std::uint64_t sent = 0;      ///< bytes of the program, its line ends counted as two
     std::uint64_t total = 0;     ///< that the program has, called files included
     std::size_t line = 0;        ///< the program's line, from 1, that left last; 0: none
-    std::size_t lines = 0;       ///< that the program has
     std::size_t first_line = 0;  ///< from 1, with which a part is sent to its end; 0: all is sent
     std::string line_text;
     Clock_time duration{};  ///< from the first byte to the end; of a receive to its last byte

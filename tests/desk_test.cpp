@@ -98,6 +98,7 @@ TEST(TransferLog, IsShownTheNewestFirstFilteredAndExported) {
     shop.receive_from_machine("NEW \"1\".NC", "%\r\n");
     ASSERT_EQ(form.Transfers_tbl.rows().size(), 2U) << "renewed while it is open";
     EXPECT_EQ(form.Transfers_tbl.rows()[0][3], "/nc/NEW \"1\".NC");
+    EXPECT_EQ(form.Transfers_tbl.rows()[0][5], "1") << "lines";
     EXPECT_EQ(shop.desk.desktop.notified.substr(0, 26), "Received NEW \"1\".NC from M");
     form.Filter_txt.set_text("mill part");
     EXPECT_EQ(form.count_label.caption(), "1 of 2 transfers");
