@@ -43,19 +43,24 @@ Byte_counts counts_of(std::string_view raw) {
 
 /// The parity that the characters follow: true for odd. No value when they follow none.
 std::optional<bool> parity_of(const Byte_counts& bytes, Receive_column column) {
+    const bool eia = column == receive_eia;
+    const int parity_bit = eia ? 0x10 : 0x80;
     std::size_t counts[2] = {0, 0};
-    bool bit_7 = column == receive_eia;
+    std::size_t with_bit = 0;
     for (std::size_t value = 0; value < bytes.size(); ++value) {
         const char byte = static_cast<char>(value);
         if (bytes[value] > 0 && carries_parity(byte)) {
             counts[is_odd(byte) ? 1 : 0] += bytes[value];
-            bit_7 = bit_7 || (byte & 0x80) != 0;
+            with_bit += (byte & parity_bit) != 0 ? bytes[value] : 0;
         }
     }
-    const bool odd = column == receive_eia || counts[1] > counts[0];
-    const std::size_t quarter = (counts[0] + counts[1]) / 4;
+    const bool odd = eia || counts[1] > counts[0];
+    const std::size_t followers = counts[odd ? 1 : 0];
     const std::size_t others = counts[odd ? 0 : 1];
-    return bit_7 && others <= quarter ? std::optional(odd) : std::nullopt;
+    // Without parity somewhat more than half follow one by chance; but then few have its bit.
+    const bool follow =
+        others <= followers / 3 ? eia || with_bit > 0 : others < followers && with_bit > others;
+    return follow ? std::optional(odd) : std::nullopt;
 }
 
 /// `raw` without what the options leave out at its two ends.

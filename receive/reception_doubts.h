@@ -20,10 +20,10 @@ struct Reception_doubts {
     std::string removed_characters;  ///< each once
 };
 
-/// Looks through `raw` as it is converted. Parity is the one, even or odd (EIA: odd), that at least
-/// three quarters of the characters follow; data in which none does so, or in which bit 7 is never
-/// set, has no parity that could be wrong. Blank tape, rub-outs and DC1 to DC4, which many machines
-/// send in a parity of their own, do not count.
+/// Looks through `raw` as it is converted. Parity is the one, even or odd (EIA: odd), that most of
+/// the characters follow. Data without parity, in which the parity bit is hardly ever set, cannot
+/// have a wrong one. Blank tape, rub-outs and DC1 to DC4, which many machines send in a parity of
+/// their own, do not count.
 [[nodiscard]] Reception_doubts doubts_of(std::string_view raw, const Code_tables& tables,
                                          const Received_code& code,
                                          const Conversion_options& options);
