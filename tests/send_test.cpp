@@ -239,6 +239,23 @@ TEST(Send, AProgramThatCannotBeExpandedSendsNothing) {
     EXPECT_TRUE(shop.idle());
 }
 
+TEST(Send, SaysWhyAFileCannotBeReadOrItsCopyWritten) {
+    const struct {
+        std::size_t item;  ///< of the File menu
+        const char *operation, *path_end, *said;
+    } cases[] = {{0, "replace", "data 5", "scratchpad data 5\nNo space left on device"},
+                 {0, "read", "PART.NC", "PART.NC\nNo space left on device"},
+                 {4, "read", "PART.NC", "PART.NC\nNo space left on device"}};
+    for (const auto& c : cases) {
+        Shop_floor shop({{4, " 0"}}, "G0\r\n");
+        shop.desk.files.fail(c.operation, c.path_end, "No space left on device");
+        shop.boxes().expect(c.said);
+        shop.send("PART.NC", c.item);
+        EXPECT_EQ(shop.received(), "") << c.said;
+        EXPECT_TRUE(shop.idle()) << c.said;
+    }
+}
+
 TEST(Send, TheWorkingCopyItselfIsNeitherSentNorReceivedInto) {
     for (const std::size_t item : {0U, 1U, 3U}) {
         Shop_floor shop({}, "");

@@ -1,5 +1,7 @@
 #include "transmit/binary_send.h"
 
+#include "platform/file_pieces.h"
+
 namespace kelvane {
 
 namespace {
@@ -8,12 +10,12 @@ constexpr std::size_t progress_step = 100;
 
 }  // namespace
 
-Task<Binary_sent> Sendit_Binary(const Session& session, const Transfer_options& options,
-                                Text_sender& sender, std::string path) {
+Task<Result<Binary_sent>> Sendit_Binary(const Session& session, const Transfer_options& options,
+                                        Text_sender& sender, std::string path) {
     Transfer_control& control = session.control;
-    const auto content = session.files.read(path);
+    const auto content = co_await read_in_pieces(session.loop, session.files, std::move(path));
     if (!content) {
-        co_return Binary_sent::unreadable;
+        co_return content.failure();
     }
     control.expect(content->size(), 0);
     for (std::size_t sent = 0; sent < content->size(); ++sent) {

@@ -5,6 +5,7 @@
 
 #include "platform/file_pieces.h"
 #include "session/file_names.h"
+#include "session/transfer_end.h"
 #include "session/unsaved_reception.h"
 #include "transmit/tape_image.h"
 
@@ -14,11 +15,10 @@ namespace {
 
 /// It would be overwritten or deleted, and it may be all that is left of a receive.
 constexpr const char* own_file =
-    "\nThe program itself works with this file.\nCopy it under another name first.";
+    "The program itself works with this file.\nCopy it under another name first.";
 
-Message cannot_copy(std::string title, const std::string& path) {
-    return {"Cannot access file\n" + path, std::move(title), Message_icon::critical,
-            Message_buttons::ok};
+Message cannot_copy(std::string title, const std::string& path, const std::string& reason) {
+    return warning_box("Cannot access file\n" + path + '\n' + reason, std::move(title));
 }
 
 }  // namespace
@@ -27,11 +27,11 @@ Task<std::optional<Message>> Make_scratchpad_copy(Event_loop& loop, Files& files
                                                   std::shared_ptr<const std::string>& content) {
     const std::string copy = files.program_path(file_names::scratch);
     if (same_path(path, copy)) {
-        co_return cannot_copy("Disk read error", copy + own_file);
+        co_return cannot_copy("Disk read error", copy, own_file);
     }
     const auto read = co_await read_in_pieces(loop, files, path, std::move(content));
     if (!read) {
-        co_return cannot_copy("Disk read error", path);
+        co_return cannot_copy("Disk read error", path, read.reason());
     }
     content = working_copy(*read);
     co_return co_await Write_scratchpad_copy(loop, files, *content);
@@ -40,12 +40,13 @@ Task<std::optional<Message>> Make_scratchpad_copy(Event_loop& loop, Files& files
 Task<std::optional<Message>> Write_scratchpad_copy(Event_loop& loop, Files& files,
                                                    const std::string& content) {
     const std::string copy = files.program_path(file_names::scratch);
-    if (!set_reception_aside(files)) {
-        co_return cannot_copy("Disk write error", copy);
+    if (const auto kept = set_reception_aside(files); !kept) {
+        co_return cannot_copy("Disk write error", copy, kept.reason());
     }
     const auto copied = co_await replace_in_pieces(
         loop, files, copy, content, files.program_path(file_names::scratch_unfinished));
-    co_return copied ? std::nullopt : std::optional(cannot_copy("Disk write error", copy));
+    co_return copied ? std::nullopt
+                     : std::optional(cannot_copy("Disk write error", copy, copied.reason()));
 }
 
 }  // namespace kelvane

@@ -157,13 +157,14 @@ Task<Transfer_end> Transfer::send_binary(const Transfer_options& options, Text_s
         stopped.outcome = Outcome::stopped;
         co_return stopped;
     }
-    const Binary_sent sent = co_await Sendit_Binary(session_, options, sender, path);
-    if (sent == Binary_sent::unreadable) {
-        co_return end_with(Outcome::refused,
-                           warning_box("Cannot access file\n" + path, "Disk read error"));
+    const auto sent = co_await Sendit_Binary(session_, options, sender, path);
+    if (!sent) {
+        co_return end_with(
+            Outcome::refused,
+            warning_box("Cannot access file\n" + path + "\n" + sent.reason(), "Disk read error"));
     }
     Transfer_end end;
-    end.outcome = sent == Binary_sent::all ? Outcome::done : Outcome::stopped;
+    end.outcome = *sent == Binary_sent::all ? Outcome::done : Outcome::stopped;
     end.quiet = true;
     co_return end;
 }
