@@ -178,8 +178,9 @@ void Kelvane_lite_form::keep_record(Transfer_record& record) {
     }
     record.when = platform.desktop.date_text() + " " + platform.desktop.time_text();
     if (const auto kept = add_to_transfer_log(platform.files, record); !kept) {
-        platform.desktop.tell_standard_error("The transfer log cannot be written: " +
-                                             kept.reason());
+        const std::string said = "The transfer log cannot be written: " + kept.reason();
+        record.remarks += (record.remarks.empty() ? "" : "\n") + said;
+        platform.desktop.tell_standard_error(said);
     } else if (on_logged) {
         on_logged();
     }

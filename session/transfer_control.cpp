@@ -204,7 +204,7 @@ void Transfer_control::press_send() {
     if (!happens(Transfer_event::send_pressed)) {
         return;
     }
-    if (state() == Transfer_state::idle && Stopped_ == 0) {
+    if (state() == Transfer_state::idle) {
         status_.set_hint("Nothing waits to be sent: choose a program with File > Send");
     }
     if (Stopped_ != 0) {

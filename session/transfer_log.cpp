@@ -75,6 +75,16 @@ Result<> shorten(Files& files, const std::string& path) {
                          line_end == std::string::npos ? std::string() : log->substr(line_end + 1));
 }
 
+/// What ends the line that a power cut has left without an end.
+std::string_view missing_line_end(const Files& files, const std::string& path) {
+    const std::uint64_t length = files.length(path).value_or(std::uint64_t{0});
+    if (length == 0) {
+        return {};
+    }
+    const auto last = files.read_part(path, length - 1, 1);
+    return last && *last != "\n" ? cr_lf : std::string_view();
+}
+
 Logged_transfer split_at_tabs(std::string_view line) {
     Logged_transfer fields;
     for (std::size_t i = 0; i < transfer_log_columns.size(); ++i) {
@@ -111,7 +121,9 @@ std::string comma_separated_line(const Logged_transfer& fields) {
 
 Result<> add_to_transfer_log(Files& files, const Transfer_record& record) {
     const std::string path = files.program_path(file_names::transfer_log);
-    return shorten(files, path).and_then([&] { return files.append(path, log_line(record)); });
+    return shorten(files, path).and_then([&] {
+        return files.append(path, std::string(missing_line_end(files, path)) + log_line(record));
+    });
 }
 
 Result<std::vector<Logged_transfer>> read_transfer_log(const Files& files) {
@@ -124,7 +136,9 @@ Result<std::vector<Logged_transfer>> read_transfer_log(const Files& files) {
         return log.failure();
     }
     for (Lines lines(*log); !lines.at_end();) {
-        transfers.push_back(split_at_tabs(lines.take()));
+        if (const auto line = lines.take(); !line.empty()) {
+            transfers.push_back(split_at_tabs(line));
+        }
     }
     std::reverse(transfers.begin(), transfers.end());
     return transfers;

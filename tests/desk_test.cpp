@@ -21,6 +21,10 @@ TEST(Desk, SaysBeforeDuringAndAfterASendWhatGoesOnAndKeepsALog) {
     EXPECT_EQ(shop.status(), "Mill \xb7 COM1 (/dev/ttyS0) \xb7 9600 \xb7 ASCII even \xb7 Xon/Xoff");
     shop.window().Send_button.click();
     EXPECT_TRUE(shop.status().starts_with("Nothing waits to be sent")) << shop.status();
+    shop.window().Stop_button.click();
+    EXPECT_TRUE(shop.status().starts_with("Nothing is being sent or")) << shop.status();
+    shop.window().Send_button.click();
+    EXPECT_TRUE(shop.status().starts_with("Nothing waits to be sent")) << "after Stop, too";
     shop.pick(0, "PART.NC");
     EXPECT_EQ(shop.desk.file_dialog.shown_title, "Send to Mill");
     shop.pass(29s);
@@ -51,6 +55,33 @@ TEST(Desk, SaysBeforeDuringAndAfterASendWhatGoesOnAndKeepsALog) {
         shop.desk.files.content(shop.desk.files.program_path(file_names::transfer_log));
     EXPECT_TRUE(log.starts_with("21.11.26 10:30\tMill\tsent\t/nc/PART.NC\t")) << log;
     EXPECT_LT(log.find("\tstopped at line "), log.find("\tdone\t")) << log;
+}
+
+TEST(Desk, SaysHowFarABinaryFileAndAProgramThatCallsFilesAre) {
+    const struct {
+        std::size_t item;
+        std::string program;
+        const char *during, *after;
+    } cases[] = {
+        {4, std::string(3000, 'x'), " of 3,000 bytes  |  0:01, 0:01 left", "Stopped"},
+        {0, "%\r\nCALL SUB.NC (3 TIMES)\r\n%\r\n", "line 2 of 3, 1,", "line 2, N100 G1 X10., 1,"},
+    };
+    for (const auto& c : cases) {
+        Shop_floor shop({{5, " 0"}}, c.program);
+        std::string called;
+        for (int line = 0; line < 60; ++line) {
+            called += "N100 G1 X10.\r\n";
+        }
+        shop.program("SUB.NC", called);
+        shop.pick(c.item, "PART.NC");
+        shop.pass(1s);
+        shop.window().Send_button.click();
+        shop.pass(1500ms);
+        EXPECT_NE(shop.status().find(c.during), std::string::npos) << shop.status();
+        shop.window().Stop_button.click();
+        shop.wait_until_idle();
+        EXPECT_NE(shop.status().find(c.after), std::string::npos) << shop.status();
+    }
 }
 
 TEST(Desk, SaysBeforeTheStartWhatIsOddInAProgram) {
@@ -87,6 +118,22 @@ TEST(TransferLog, StaysBoundedByWholeLines) {
     EXPECT_LE(log.size(), longest_transfer_log + 2000);
     EXPECT_TRUE(log.starts_with("\t\tsent\t/nc/P")) << log.substr(0, 50);
     EXPECT_NE(log.find("P\t599\t"), std::string::npos);
+}
+
+TEST(TransferLog, OneThatIsDamagedOrCannotBeWrittenStopsNothing) {
+    Shop_floor shop({}, "N1\r\n");
+    shop.desk.files.put(shop.desk.files.program_path(file_names::transfer_log),
+                        std::string("\0\t\xff\r\n\n\r\ncut short", 17));
+    shop.send();
+    Transfer_log_form& form = shop.all().transfer_log_form;
+    form.show();
+    ASSERT_EQ(form.Transfers_tbl.rows().size(), 3U);
+    EXPECT_EQ(form.Transfers_tbl.rows()[0][1], "Mill");
+    EXPECT_EQ(form.Transfers_tbl.rows()[1][0], "cut short");
+    shop.desk.files.fail("append", "Transfer log", "Read-only file system");
+    shop.send();
+    EXPECT_EQ(shop.window().state_field.view().advice,
+              "The transfer log cannot be written: Read-only file system");
 }
 
 TEST(TransferLog, IsShownTheNewestFirstFilteredAndExported) {

@@ -197,8 +197,8 @@ Task<> Text_send::send_all_lines() {
 }
 
 void Text_send::show_line(const std::string& line) {
+    control_.at_line(program_line(lines_.main_line()).value_or(0), line);
     if (const auto offset = lines_.main_offset()) {
-        control_.at_line(program_line(lines_.main_line()).value_or(0), line);
         session_.op.select_text(*offset, line.size());
     }
 }
