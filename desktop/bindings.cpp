@@ -83,18 +83,6 @@ bool is_enter(const QEvent& event) {
     return key == Qt::Key_Return || key == Qt::Key_Enter;
 }
 
-/// Enter in a field or a list is for its control and goes no further: the dialog's default button,
-/// which stores or starts something, must not be pressed in passing.
-void take_enter(QWidget& widget, std::function<void()> pressed) {
-    Event_filter::install(widget, [pressed = std::move(pressed)](QEvent& event) {
-        if (!is_enter(event)) {
-            return false;
-        }
-        pressed();
-        return true;
-    });
-}
-
 /// True for a key press that types a character which the control refuses, or which it cannot hold.
 bool is_refused_key(const Text_box& control, const QEvent& event, Text_form form) {
     if (event.type() != QEvent::KeyPress) {
@@ -169,6 +157,16 @@ void choose_in_folded_list(QComboBox& widget) {
 }
 
 }  // namespace
+
+void take_enter(QWidget& widget, std::function<void()> pressed) {
+    Event_filter::install(widget, [pressed = std::move(pressed)](QEvent& event) {
+        if (!is_enter(event)) {
+            return false;
+        }
+        pressed();
+        return true;
+    });
+}
 
 void bind(Button& control, QAbstractButton& widget) {
     bind_widget(control, widget, [&control, &widget] { refresh_caption(control, widget); });

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "desktop/qt_text.h"
 #include "platform/controls.h"
 
@@ -58,6 +60,10 @@ void bind(Progress_bar& control, QProgressBar& widget);
 
 /// A frame or group box that is shown and enabled with `control`, its title the caption.
 void bind_frame(Control& control, QWidget& widget);
+
+/// Enter in `widget` does `pressed` and goes no further: the dialog's default button, which stores
+/// or starts something, must not be pressed in passing.
+void take_enter(QWidget& widget, std::function<void()> pressed);
 
 /// To be called when all widgets stand: gives each that has no accessible name the text of the
 /// label whose buddy it is, or its own caption.

@@ -57,6 +57,7 @@ QRadioButton* option_of(Option_button& control, char key) {
 QPushButton* button_of(Button& control, char key) {
     auto* button = bound<QPushButton>(control, key);
     button->setAutoDefault(false);
+    take_enter(*button, [button] { button->click(); });
     return button;
 }
 
@@ -83,6 +84,7 @@ QLineEdit* filter_of(QListWidget& list) {
     filter->setPlaceholderText("Filter");
     filter->setAccessibleName("Filter");
     filter->setClearButtonEnabled(true);
+    take_enter(*filter, [&list] { list.setFocus(); });
     const auto refresh = [filter, &list] {
         constexpr int long_list = 12;
         filter->setEnabled(list.count() > long_list || !filter->text().isEmpty());

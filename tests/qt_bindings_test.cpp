@@ -16,6 +16,7 @@
 #include <gtest/gtest.h>
 
 #include "desktop/bindings.h"
+#include "desktop/dialog_parts.h"
 #include "desktop/qt_event_loop.h"
 #include "desktop/qt_windows.h"
 #include "platform/task_keeper.h"
@@ -301,8 +302,8 @@ TEST(Assistive_test, a_folded_list_takes_a_choice_and_code_makes_none) {
     EXPECT_EQ(choices, 2);
 }
 
-TEST(Bindings_test, enter_in_fields_and_lists_presses_no_default_button) {
-    Button button("OK_button", "OK");
+TEST(Bindings_test, enter_presses_the_default_button_from_nowhere_but_the_dialog_itself) {
+    Button button("OK_button", "OK"), other("Other_button");
     Text_box text("txt");
     List_box list("lst");
     List_box folded("folded");
@@ -310,6 +311,7 @@ TEST(Bindings_test, enter_in_fields_and_lists_presses_no_default_button) {
     list.set_items({"zero"});
     std::string log;
     button.on_click = [&] { log += "B"; };
+    other.on_click = [&] { log += "O"; };
     text.on_enter = [&] { log += "T"; };
     list.on_double_click = [&] { log += "L"; };
     QDialog dialog;
@@ -324,16 +326,20 @@ TEST(Bindings_test, enter_in_fields_and_lists_presses_no_default_button) {
     bind(folded, *combo);
     bind(bar, *slider);
     default_button->setDefault(true);
+    auto* other_button = button_of(other);
+    auto* filter = filter_of(*rows);
+    dialog.setLayout(column_of({other_button, filter}));
     dialog.show();
-    for (QWidget* widget : std::initializer_list<QWidget*>{field, rows, combo, slider}) {
+    for (QWidget* widget :
+         std::initializer_list<QWidget*>{field, rows, combo, slider, filter, other_button}) {
         press_key(*widget, Qt::Key_Return);
     }
-    EXPECT_EQ(log, "T");
+    EXPECT_EQ(log, "TO");
     list.select(0);
     press_key(*rows, Qt::Key_Enter);
-    EXPECT_EQ(log, "TL");
+    EXPECT_EQ(log, "TOL");
     press_key(dialog, Qt::Key_Return);
-    EXPECT_EQ(log, "TLB");
+    EXPECT_EQ(log, "TOLB");
 }
 
 TEST(Bindings_test, labels_show_marks_only_as_access_keys) {
