@@ -122,11 +122,11 @@ Task<> Command_job::act() {
         co_return;
     }
     if (event == print_file) {
-        co_await commands_.print();
-        window_.exit_status = 0;
+        const bool printed = co_await commands_.print();
+        window_.exit_status = printed ? 0 : 1;
     } else if (event == resequence_program) {
-        co_await commands_.resequence();
-        window_.exit_status = 0;
+        const bool renumbered = co_await commands_.resequence();
+        window_.exit_status = renumbered ? 0 : 1;
     } else {
         const Outcome outcome = co_await commands_.send(event == send_binary);
         end(outcome == Outcome::done);

@@ -103,12 +103,12 @@ Task<> Commands::note_receive(Received_file received) {
     received_ = std::move(received);
 }
 
-Task<> Commands::print() {
+Task<bool> Commands::print() {
     const Running_command running(running_);
-    co_await listing_.Print_listing();
+    co_return co_await listing_.Print_listing();
 }
 
-Task<> Commands::resequence() {
+Task<bool> Commands::resequence() {
     const Running_command running(running_);
     if (is_backup(window_.state.filename)) {
         const Message refusal{
@@ -116,7 +116,7 @@ Task<> Commands::resequence() {
             "created",
             "Can't resequence", Message_icon::critical, Message_buttons::ok};
         co_await window_.ask(refusal);
-        co_return;
+        co_return false;
     }
     window_.control.begin_stoppable_work();
     std::shared_ptr<const std::string> content;
@@ -124,9 +124,11 @@ Task<> Commands::resequence() {
         window_.platform.loop, window_.platform.files, window_.state.filename, content);
     if (trouble) {
         co_await window_.ask(*trouble);
-        co_return;
+        co_return false;
     }
+    resequence_form_.renumbered = false;
     co_await resequence_form_.show_modal();
+    co_return resequence_form_.renumbered;
 }
 
 }  // namespace kelvane

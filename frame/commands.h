@@ -27,9 +27,10 @@ class Commands {
     /// With a `part` that is sent of the file.
     [[nodiscard]] Task<Outcome> send(bool binary, std::optional<Program_part> part = std::nullopt);
     [[nodiscard]] Task<Outcome> receive(bool binary);
-    [[nodiscard]] Task<> print();
-    /// Refuses ".bak" files, which it makes itself.
-    [[nodiscard]] Task<> resequence();
+    /// True when the printer has taken the listing.
+    [[nodiscard]] Task<bool> print();
+    /// Refuses ".bak" files, which it makes itself. True when the program has been renumbered.
+    [[nodiscard]] Task<bool> resequence();
 
     /// A send of this run of the program that has not come to its end, until another one has.
     struct Broken_send {

@@ -58,9 +58,11 @@ Program_listing::Program_listing(Platform& platform, Operator& op, Transfer_cont
                                  Shared_state& state)
     : platform_(platform), printer_(platform.printer), op_(op), control_(control), state_(state) {}
 
-Task<> Program_listing::Print_listing() {
-    co_await run(state_.filename, state_.page_layout, Print_destination::paper);
+Task<bool> Program_listing::Print_listing() {
+    const bool printed =
+        co_await run(state_.filename, state_.page_layout, Print_destination::paper);
     state_.Print_first_page_only = 0;
+    co_return printed;
 }
 
 Task<> Program_listing::Preview_listing(std::string path, Page_layout layout) {
@@ -73,16 +75,17 @@ bool Program_listing::may_start() const {
     return control_.may_start_work();
 }
 
-Task<> Program_listing::run(std::string path, Page_layout layout, Print_destination destination) {
+Task<bool> Program_listing::run(std::string path, Page_layout layout,
+                                Print_destination destination) {
     if (!platform_.files.exists(path)) {
-        co_return;
+        co_return false;
     }
     const Transfer_control::Work at_work(control_);
     layout_ = layout;
     std::optional<Display> display(std::in_place, op_, control_);
     const std::optional<Listing> listing = co_await compose(path);
     if (!listing) {
-        co_return;
+        co_return false;
     }
     const Document document(printer_);
     Result<> printed = co_await print_document(*listing, path, destination);
@@ -97,6 +100,7 @@ Task<> Program_listing::run(std::string path, Page_layout layout, Print_destinat
         op_.set_note("Listing sent to " + (file.empty() ? printer_.destination_name() : file));
         op_.offer_file(file);
     }
+    co_return printed.has_value();
 }
 
 Task<std::optional<Listing>> Program_listing::compose(std::string path) {

@@ -24,8 +24,8 @@ class Program_listing {
                     Shared_state& state);
 
     /// Prints the file `filename` of the state in the page layout that is in force. A file that
-    /// does not exist prints nothing and says nothing.
-    Task<> Print_listing();
+    /// does not exist prints nothing and says nothing. True when the printer has taken it.
+    Task<bool> Print_listing();
 
     /// Shows on the screen what printing `path` in `layout` would put on paper, until the operator
     /// closes the preview. Only while nothing else is at work (`may_start`).
@@ -46,7 +46,7 @@ class Program_listing {
   private:
     class Display;
     class Document;
-    Task<> run(std::string path, Page_layout layout, Print_destination destination);
+    Task<bool> run(std::string path, Page_layout layout, Print_destination destination);
     Task<std::optional<Listing>> compose(std::string path);
     [[nodiscard]] Listing_source source_of(const std::string& path, std::string content) const;
     Task<Result<>> print_document(const Listing& listing, std::string path,

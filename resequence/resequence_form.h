@@ -54,6 +54,8 @@ class resequence_form_lite : public Form {
 
     /// 1 while a run is on: no second one starts, and closing the dialog stops the run.
     int running = 0;
+    /// Set by a run that has put the renumbered program in its place.
+    bool renumbered = false;
 
     /// The work of the form's buttons, which ends with it.
     Task_keeper tasks;

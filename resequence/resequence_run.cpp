@@ -70,6 +70,7 @@ Task<std::string> Resequence_run::run() {
     if (const auto* done = std::get_if<Resequenced>(&result)) {
         const Failure failure = put_in_place(done->text, filename);
         if (failure.empty()) {
+            form_.renumbered = true;
             op_.show_text(success_report(filename, backup_path(filename)) + done->text);
         } else {
             report(failure_report(filename, failure));

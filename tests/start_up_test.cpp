@@ -163,6 +163,7 @@ TEST(CommandJob, AMissingFileOrNameEndsTheProgram) {
 TEST(CommandJob, EndsTheProgramWhateverHasEndedItAndSaysHow) {
     using Step = std::function<void(Shop_floor&)>;
     const Step none = [](Shop_floor&) {};
+    const Step close = [](Shop_floor& shop) { shop.window().close(); };
     const struct {
         const char* what;
         const char* job;
@@ -191,6 +192,21 @@ TEST(CommandJob, EndsTheProgramWhateverHasEndedItAndSaysHow) {
         {"full disk", "2|/nc/NEW.NC|Mill", "Disk write error",
          [](Shop_floor& shop) { shop.desk.files.fail("append", "data 5"); },
          [](Shop_floor& shop) { shop.machine().sends("X"); }, 1},
+        {"printed", "3|/nc/PART.NC", "", none, close, 0},
+        {"no printer", "3|/nc/PART.NC", "out of paper",
+         [](Shop_floor& shop) { shop.desk.printer.works = false; }, close, 1},
+        {"renumbered", "4|/nc/PART.NC", "", none,
+         [&](Shop_floor& shop) {
+             shop.all().resequence_form.Resequence_button.click();
+             shop.machine().after(1s, [&] { close(shop); });
+         },
+         0},
+        {"not renumbered", "4|/nc/PART.NC", "", none,
+         [&](Shop_floor& shop) {
+             shop.all().resequence_form.Cancel_button.click();
+             shop.machine().after(1s, [&] { close(shop); });
+         },
+         1},
         {"window closed", "2|/nc/NEW.NC|Mill", "NEW.NC is being received. Stop it?", none,
          [](Shop_floor& shop) { shop.window().close(); }, 1, Message_answer::yes},
         {"ended by a signal", "2|/nc/NEW.NC|Mill", "", none,
