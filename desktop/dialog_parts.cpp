@@ -89,12 +89,16 @@ QLineEdit* filter_of(QListWidget& list) {
         constexpr int long_list = 12;
         filter->setEnabled(list.count() > long_list || !filter->text().isEmpty());
         for (int row = 0; row < list.count(); ++row) {
-            const bool shown = list.item(row)->text().contains(filter->text(), Qt::CaseInsensitive);
+            const QListWidgetItem& item = *list.item(row);
+            // What a button would act on is seen, whether it matches or not.
+            const bool shown =
+                item.isSelected() || item.text().contains(filter->text(), Qt::CaseInsensitive);
             list.setRowHidden(row, !shown);
         }
     };
     refresh();
     QObject::connect(filter, &QLineEdit::textChanged, &list, refresh);
+    QObject::connect(&list, &QListWidget::itemSelectionChanged, filter, refresh);
     QObject::connect(list.model(), &QAbstractItemModel::rowsInserted, filter, refresh);
     QObject::connect(list.model(), &QAbstractItemModel::rowsRemoved, filter, refresh);
     return filter;

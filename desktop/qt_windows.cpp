@@ -29,6 +29,14 @@ bool close_by_form(Form& form, const QWidget& window, QEvent& event) {
     return false;
 }
 
+/// A dialog begins where it has begun the first time, not where it was left.
+void focus_first(const QWidget& window) {
+    QWidget* left = window.focusWidget();
+    if (left != nullptr && qobject_cast<const QDialog*>(&window) != nullptr) {
+        left->clearFocus();
+    }
+}
+
 }  // namespace
 
 void Qt_windows::add_builder(Form& form, std::function<std::unique_ptr<QWidget>()> make) {
@@ -86,6 +94,9 @@ void Qt_windows::show(Form& form, bool modal) {
     }
     if (modal) {
         modality_.begin(*window);
+    }
+    if (!window->isVisible()) {
+        focus_first(*window);
     }
     window->show();
     window->raise();

@@ -14,6 +14,7 @@
 #include <QVBoxLayout>
 #include <cctype>
 #include <gtest/gtest.h>
+#include <memory>
 
 #include "desktop/bindings.h"
 #include "desktop/dialog_parts.h"
@@ -285,6 +286,17 @@ TEST_F(List_binding_test, an_assistive_program_chooses_and_cannot_choose_nothing
     QCoreApplication::processEvents();
     EXPECT_EQ(widget.selectedItems().size(), 1);
     EXPECT_EQ(log, "120");
+}
+
+TEST_F(List_binding_test, a_filter_leaves_what_matches_and_what_is_chosen) {
+    control.select(0);
+    const std::unique_ptr<QLineEdit> filter(filter_of(widget));
+    filter->setText("TW");
+    EXPECT_FALSE(widget.isRowHidden(0)) << "a button would act on it";
+    EXPECT_TRUE(widget.isRowHidden(1) && !widget.isRowHidden(2));
+    press_row(2);
+    EXPECT_EQ(log, "2");
+    EXPECT_TRUE(widget.isRowHidden(0));
 }
 
 TEST(Assistive_test, a_folded_list_takes_a_choice_and_code_makes_none) {
