@@ -5,6 +5,7 @@
 #include <QDialog>
 #include <QEvent>
 #include <QKeyEvent>
+#include <QWindow>
 
 namespace kelvane {
 
@@ -68,6 +69,26 @@ QWidget* first_live(const QWidget& window) {
 
 Modality::Modality() {
     QApplication::instance()->installEventFilter(this);
+    connect(qApp, &QGuiApplication::focusWindowChanged, this, &Modality::see_active_window,
+            Qt::QueuedConnection);
+}
+
+/// While a field's proposals are open the toolkit does not look which window is the active one.
+/// When Return has closed them with their dialog, no window is, and no key reaches a field.
+void Modality::see_active_window() {
+    const QWindow* const focus = QGuiApplication::focusWindow();
+    if (focus == nullptr || QApplication::activeWindow() != nullptr ||
+        QApplication::activePopupWidget() != nullptr) {
+        return;
+    }
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (window->windowHandle() == focus) {
+            QT_WARNING_PUSH
+            QT_WARNING_DISABLE_DEPRECATED
+            QApplication::setActiveWindow(window);
+            QT_WARNING_POP
+        }
+    }
 }
 
 void Modality::begin(QWidget& window) {

@@ -28,6 +28,7 @@ class Modality : public QObject {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    void see_active_window();
     void end(const QObject* window);
     void take_over(QObject& shown);
     [[nodiscard]] bool blocks(const QObject& watched) const;

@@ -95,6 +95,16 @@ TEST_F(Modality_test, what_a_field_proposes_hands_on_the_keys) {
     dialog.close();
 }
 
+TEST_F(Modality_test, a_change_of_the_window_that_the_toolkit_has_missed_reaches_the_fields) {
+    main.activateWindow();
+    QCoreApplication::processEvents();
+    ASSERT_EQ(QGuiApplication::focusWindow(), main.windowHandle());
+    QApplication::setActiveWindow(nullptr);  // as when proposals close together with their dialog
+    Q_EMIT qGuiApp->focusWindowChanged(main.windowHandle());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(QApplication::activeWindow(), &main);
+}
+
 TEST_F(Modality_test, a_box_blocks_all_but_send_stop_and_the_close_button) {
     ASSERT_EQ(taken_elsewhere(), "oia");
     std::string answers;
