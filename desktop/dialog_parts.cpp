@@ -1,8 +1,10 @@
 #include "desktop/dialog_parts.h"
 
 #include <QCheckBox>
+#include <QCoreApplication>
 #include <QFontMetrics>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -28,6 +30,12 @@ void keep_choice_in_sight(QListWidget& list) {
         }
         return false;
     });
+}
+
+/// A key that goes from row to row.
+bool moves_choice(const QEvent& key_press) {
+    const int key = static_cast<const QKeyEvent&>(key_press).key();
+    return key == Qt::Key_Up || key == Qt::Key_Down;
 }
 
 template <typename Widget, typename Bound>
@@ -97,6 +105,13 @@ QLineEdit* filter_of(QListWidget& list) {
         }
     };
     refresh();
+    Event_filter::install(*filter, [filter, &list](QEvent& event) {
+        if (event.type() == QEvent::Hide && !event.spontaneous()) {
+            filter->clear();  // the dialog has closed
+        }
+        return event.type() == QEvent::KeyPress && moves_choice(event) &&
+               QCoreApplication::sendEvent(&list, &event);
+    });
     QObject::connect(filter, &QLineEdit::textChanged, &list, refresh);
     QObject::connect(&list, &QListWidget::itemSelectionChanged, filter, refresh);
     QObject::connect(list.model(), &QAbstractItemModel::rowsInserted, filter, refresh);

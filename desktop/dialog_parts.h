@@ -31,7 +31,8 @@ QLineEdit* field_of(Text_box& control, int characters, Text_form form = Text_for
 /// A list at least `characters` wide and `rows` high, which grows with its window.
 QListWidget* list_of(List_box& control, int rows, int characters);
 
-/// A field above a long list, which leaves only the rows that hold what is typed into it.
+/// A field above a long list, which leaves only the rows that hold what is typed into it, and the
+/// chosen one; the arrow keys choose another.
 QLineEdit* filter_of(QListWidget& list);
 
 /// Lists of which the rows beside each other belong together scroll as one.

@@ -294,9 +294,12 @@ TEST_F(List_binding_test, a_filter_leaves_what_matches_and_what_is_chosen) {
     filter->setText("TW");
     EXPECT_FALSE(widget.isRowHidden(0)) << "a button would act on it";
     EXPECT_TRUE(widget.isRowHidden(1) && !widget.isRowHidden(2));
-    press_row(2);
+    press_key(*filter, Qt::Key_Down);
     EXPECT_EQ(log, "2");
     EXPECT_TRUE(widget.isRowHidden(0));
+    filter->show();
+    filter->hide();
+    EXPECT_EQ(filter->text(), "") << "the dialog begins anew";
 }
 
 TEST(Assistive_test, a_folded_list_takes_a_choice_and_code_makes_none) {
