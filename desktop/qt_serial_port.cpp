@@ -66,30 +66,30 @@ Qt_serial_port::~Qt_serial_port() {
     loop_.sleep_limit = nullptr;
 }
 
-Port_error Qt_serial_port::open(const Port_settings& settings) {
+Result<> Qt_serial_port::open(const Port_settings& settings) {
     close();
-    lost_ = false;
-    error_text_.clear();
+    lost_.reset();
     received_.clear();
     settings_ = settings;
     const auto line = parse_line_settings(settings.settings);
     if (!line) {
-        error_text_ = "\"" + settings.settings + "\" is no setting of a serial line.";
-        return Port_error::bad_settings;
+        return Failure{"\"" + settings.settings + "\" is no setting of a serial line."};
     }
     const std::string& device = settings.device;
     port_.setPortName(QFile::decodeName(device.c_str()));
     set_frame(*line);
     if (!port_.open(QIODevice::ReadWrite)) {
-        return open_failed(device);
+        return open_failure(device);
     }
     const int actual = line_speed(handle()).value_or(line->baud);
     if (std::string trouble = speed_trouble(device, line->baud, actual); !trouble.empty()) {
-        return open_at_wrong_speed(std::move(trouble));
+        set_modem_lines(handle(), false);
+        port_.close();
+        return Failure{std::move(trouble)};
     }
     prepare_open_line(device);
     start_clock(actual, line->bits_per_character());
-    return Port_error::none;
+    return {};
 }
 
 void Qt_serial_port::set_frame(const Line_settings& line) {
@@ -100,19 +100,9 @@ void Qt_serial_port::set_frame(const Line_settings& line) {
     port_.setFlowControl(QSerialPort::NoFlowControl);
 }
 
-Port_error Qt_serial_port::open_failed(const std::string& device) {
+Failure Qt_serial_port::open_failure(const std::string& device) const {
     const bool refused = port_.error() == QSerialPort::PermissionError;
-    const Open_failure failure =
-        explain_open_failure(device, refused, port_.errorString().toStdString());
-    error_text_ = failure.text;
-    return failure.error;
-}
-
-Port_error Qt_serial_port::open_at_wrong_speed(std::string text) {
-    error_text_ = std::move(text);
-    set_modem_lines(handle(), false);
-    port_.close();
-    return Port_error::no_such_speed;
+    return {explain_open_failure(device, refused, port_.errorString().toStdString())};
 }
 
 void Qt_serial_port::prepare_open_line(const std::string& device) {
@@ -162,8 +152,7 @@ void Qt_serial_port::lose() {
     const std::string kept = received_;
     shut();
     received_ = kept;
-    lost_ = true;
-    error_text_ = settings_.device + " has gone: the adapter was pulled out or the line hung up.";
+    lost_ = settings_.device + " has gone: the adapter was pulled out or the line hung up.";
 }
 
 Line_errors Qt_serial_port::line_errors() const {

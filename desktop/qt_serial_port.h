@@ -30,11 +30,10 @@ class Qt_serial_port : public Serial_comm {
     Qt_serial_port& operator=(const Qt_serial_port&) = delete;
     ~Qt_serial_port() override;
 
-    [[nodiscard]] Port_error open(const Port_settings& settings) override;
+    [[nodiscard]] Result<> open(const Port_settings& settings) override;
     void close() override;
     [[nodiscard]] bool is_open() const override { return port_.isOpen(); }
-    [[nodiscard]] bool lost() const override { return lost_; }
-    [[nodiscard]] std::string error_text() const override { return error_text_; }
+    [[nodiscard]] std::optional<std::string> lost() const override { return lost_; }
     [[nodiscard]] double characters_per_second() const override { return characters_per_second_; }
 
     [[nodiscard]] Line_errors line_errors() const override;
@@ -50,9 +49,7 @@ class Qt_serial_port : public Serial_comm {
 
   private:
     void set_frame(const Line_settings& line);
-    /// Both say why in `error_text_` and leave the port closed.
-    Port_error open_failed(const std::string& device);
-    Port_error open_at_wrong_speed(std::string text);
+    [[nodiscard]] Failure open_failure(const std::string& device) const;
     /// What no setting of QSerialPort does: handshake characters, receive trigger, old input.
     void prepare_open_line(const std::string& device);
     /// `baud` as the line really has it, `bits` a character with its start and stop bits.
@@ -81,13 +78,12 @@ class Qt_serial_port : public Serial_comm {
     Line_errors errors_at_open_;
     Line_errors errors_at_close_;
     double characters_per_second_ = 0;
-    std::string received_;  ///< and not yet taken
-    std::string error_text_;
+    std::string received_;          ///< and not yet taken
     std::size_t driver_count_ = 0;  ///< as last asked for
     bool waits_for_cts_ = false;    ///< CTS was low when last asked for
     bool waits_for_rest_ = false;   ///< only the adapter kept characters when last asked
     bool at_rest_ = true;           ///< nothing was handed over since the line was last at rest
-    bool lost_ = false;
+    std::optional<std::string> lost_;
 };
 
 }  // namespace kelvane

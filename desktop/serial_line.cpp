@@ -72,9 +72,13 @@ bool owner_may_run(const std::string& lock_file) {
     return known && (::kill(owner, 0) == 0 || errno != ESRCH);
 }
 
+std::string in_use(const std::string& device) {
+    return device + " is in use by another program.";
+}
+
 /// Serial ports are locked by files, in the first of these folders that can be written. One that a
 /// killed program has left behind goes by itself, unless it belongs to another user.
-Open_failure locked(const std::string& device) {
+std::string locked(const std::string& device) {
     constexpr std::string_view prefix = "/dev/";
     std::string name = device.substr(device.starts_with(prefix) ? prefix.size() : 0);
     std::replace(name.begin(), name.end(), '/', '_');
@@ -88,25 +92,23 @@ Open_failure locked(const std::string& device) {
             text +=
                 "\". When no program uses the line any more, have that file deleted, then try "
                 "again.";
-            return {Port_error::in_use, std::move(text)};
+            return text;
         }
     }
-    return {Port_error::in_use, device + " is in use by another program."};
+    return in_use(device);
 }
 
 /// Being in the group helps only where the group may read and write.
-Open_failure no_permission(const std::string& device, const struct stat& found) {
+std::string no_permission(const std::string& device, const struct stat& found) {
     constexpr mode_t group_may = S_IRGRP | S_IWGRP;
     const std::string group = group_name(found.st_gid);
-    return {Port_error::no_permission,
-            "You have no permission to use " + device + ". " +
-                ((found.st_mode & group_may) == group_may
-                     ? "It belongs to the group \"" + group +
-                           "\": have yourself added to it, then log in again:\nsudo usermod -aG " +
-                           group + " " + user_name(::getuid())
-                     : "Not even its group, \"" + group +
-                           "\", may use it: the computer's administrator must change its "
-                           "permissions.")};
+    return "You have no permission to use " + device + ". " +
+           ((found.st_mode & group_may) == group_may
+                ? "It belongs to the group \"" + group +
+                      "\": have yourself added to it, then log in again:\nsudo usermod -aG " +
+                      group + " " + user_name(::getuid())
+                : "Not even its group, \"" + group +
+                      "\", may use it: the computer's administrator must change its permissions.");
 }
 
 /// The folder that the system keeps on a device; `device` may be a lasting name for it.
@@ -249,8 +251,8 @@ bool counts_cts_changes(const std::string& device, const std::string& classes) {
     return !error && driver.filename() == counting_driver;
 }
 
-Open_failure explain_open_failure(const std::string& device, bool refused,
-                                  const std::string& system_text) {
+std::string explain_open_failure(const std::string& device, bool refused,
+                                 const std::string& system_text) {
     struct stat found {};
     const int error = ::stat(device.c_str(), &found) == 0 ? open_error(device) : errno;
     switch (error) {
@@ -260,22 +262,21 @@ Open_failure explain_open_failure(const std::string& device, bool refused,
         case ENODEV:
         case EIO:
         case ENOTTY:
-            return {Port_error::no_such_device,
-                    "There is no serial device " + device +
-                        ". Plug the adapter in, or choose another device for this port under "
-                        "Configure, Serial port."};
+            return "There is no serial device " + device +
+                   ". Plug the adapter in, or choose another device for this port under "
+                   "Configure, Serial port.";
         case EACCES:
         case EPERM:
             return no_permission(device, found);
         case EBUSY:
-            return {Port_error::in_use, device + " is in use by another program."};
+            return in_use(device);
         default:
             break;
     }
     if (refused) {
         return locked(device);
     }
-    return {Port_error::other, device + ": " + system_text};
+    return device + ": " + system_text;
 }
 
 }  // namespace kelvane

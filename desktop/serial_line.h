@@ -83,14 +83,10 @@ int xoff_delay(const std::string& device, const std::string& classes = serial_cl
 /// The driver counts every change of CTS, whatever the settings of the line.
 bool counts_cts_changes(const std::string& device, const std::string& classes = serial_classes);
 
-/// What keeps a device from being opened, told apart by a look at it.
-struct Open_failure {
-    Port_error error = Port_error::other;
-    std::string text;  ///< for the operator; what may help included
-};
-/// `refused` is true when the opening failed for want of a right or a lock; `system_text` is what
-/// the system said.
-Open_failure explain_open_failure(const std::string& device, bool refused,
-                                  const std::string& system_text);
+/// What keeps a device from being opened, told apart by a look at it; for the operator, what may
+/// help included. `refused` is true when the opening failed for want of a right or a lock;
+/// `system_text` is what the system said.
+std::string explain_open_failure(const std::string& device, bool refused,
+                                 const std::string& system_text);
 
 }  // namespace kelvane

@@ -123,7 +123,7 @@ std::string Test_line_form::open_port() {
     if (!line_.trouble.empty()) {
         return line_.trouble;
     }
-    return port_.open(line_.port) == Port_error::none ? std::string() : port_.error_text();
+    return port_.open(line_.port).reason();
 }
 
 /// The line is closed, or another's.
@@ -164,8 +164,7 @@ Task<> Test_line_form::listen() {
     }
     if (open_) {
         let_go(control_.busy() != 0 ? "A transfer has taken the line over."
-               : port_.lost()       ? port_.error_text()
-                                    : "The line has been closed.");
+                                    : port_.lost().value_or("The line has been closed."));
     }
 }
 

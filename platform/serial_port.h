@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "platform/handshake.h"
+#include "platform/result.h"
 
 namespace kelvane {
 
@@ -22,17 +23,6 @@ struct Port_settings {
     std::size_t in_buffer_size = 4096;
     char xon = '\x11';  ///< what the driver sends and obeys under Xon/Xoff
     char xoff = '\x13';
-};
-
-/// Why a port could not be opened.
-enum class Port_error {
-    none,
-    bad_settings,
-    no_such_device,
-    in_use,
-    no_permission,
-    no_such_speed,  ///< the adapter would run at another speed than the one asked for
-    other
 };
 
 /// Characters that came in damaged, or were lost.
@@ -68,17 +58,17 @@ class Serial_comm {
     Serial_comm& operator=(const Serial_comm&) = delete;
     virtual ~Serial_comm() = default;
 
-    /// Opens the port with RTS and DTR on and old input thrown away. On failure the port is closed
-    /// and `error_text()` says why.
-    [[nodiscard]] virtual Port_error open(const Port_settings& settings) = 0;
+    /// Opens the port with RTS and DTR on and old input thrown away. On failure the port is closed;
+    /// the reason tells a device that is missing, in use, forbidden or of another speed apart, and
+    /// says what may help.
+    [[nodiscard]] virtual Result<> open(const Port_settings& settings) = 0;
     /// Throws away output that is still queued, then closes; never waits. RTS and DTR go off first.
     virtual void close() = 0;
     [[nodiscard]] virtual bool is_open() const = 0;
-    /// True once an open port has gone (adapter pulled out, line hung up). It is closed then, what
-    /// had been read from it before stays readable. Cleared by `open`.
-    [[nodiscard]] virtual bool lost() const = 0;
-    /// The system's words for the last failure and what may help; empty after a success.
-    [[nodiscard]] virtual std::string error_text() const = 0;
+    /// How an open port has gone (adapter pulled out, line hung up), in words for the operator; no
+    /// value while none has. It is closed then, what had been read from it before stays readable.
+    /// Cleared by `open`.
+    [[nodiscard]] virtual std::optional<std::string> lost() const = 0;
     /// Characters a second that the open line can carry: baud rate over bits of a character.
     [[nodiscard]] virtual double characters_per_second() const = 0;
 

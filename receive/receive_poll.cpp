@@ -55,7 +55,7 @@ void Receive_poll::poll() {
         end(Collected_end::stopped);
         return;
     }
-    const bool lost = port_.lost();
+    const bool lost = port_.lost().has_value();
     if (port_.in_buffer_count() > 0) {
         take_waiting();
     }

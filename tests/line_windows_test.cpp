@@ -175,19 +175,19 @@ TEST_F(Test_line_test, shows_what_the_machine_does_and_sends_by_hand) {
 }
 
 TEST_F(Test_line_test, a_line_that_cannot_be_opened_or_is_lost_is_told_once) {
-    machine.refuse(Port_error::in_use, "/dev/test1 is in use by another program.");
+    machine.refuse("/dev/test1 is in use by another program.");
     open();
     EXPECT_EQ(form.state_label.caption(), "/dev/test1 is in use by another program.");
     EXPECT_FALSE(form.Send_line_button.enabled());
     EXPECT_EQ(shop.desk.loop.timers().next_due(), std::nullopt);
 
-    machine.refuse(Port_error::none, "/dev/test1 has gone");
+    machine.refuse(std::nullopt);
     form.Open_button.click();
     EXPECT_TRUE(form.Send_line_button.enabled());
     form.Loop_back_button.click();
     machine.hang_up();
     shop.pass(200ms);
-    EXPECT_EQ(form.state_label.caption(), "/dev/test1 has gone");
+    EXPECT_EQ(form.state_label.caption(), "/dev/ttyS0 has gone");
     EXPECT_TRUE(form.Open_button.enabled());
     EXPECT_FALSE(form.Loop_back_button.enabled());
     EXPECT_EQ(form.Loop_back_button.caption(), "Loop-&back test");

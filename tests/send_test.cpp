@@ -293,7 +293,7 @@ TEST(Send, CarriesEveryByteValueOfABinaryFileWithFlowControl) {
 
 TEST(Send, TellsAPortThatCannotBeOpenedOrGoesAway) {
     Shop_floor shop({{1, "COM7"}}, part);
-    shop.machine().refuse(Port_error::in_use, "COM7 is in use by another program.");
+    shop.machine().refuse("COM7 is in use by another program.");
     shop.boxes().expect("COM7 port is not available\nSelect a different COM port",
                         Message_answer::configure);
     shop.menu(0);
@@ -301,7 +301,7 @@ TEST(Send, TellsAPortThatCannotBeOpenedOrGoesAway) {
     EXPECT_EQ(shop.window().state_field.view().words, "Not sent");
     EXPECT_NE(shop.log().find("in use by another"), std::string::npos);
 
-    shop.machine().refuse(Port_error::none, "");
+    shop.machine().refuse(std::nullopt);
     shop.machine().after_bytes(5, [&] { shop.machine().hang_up(); });
     shop.boxes().expect("COM7 is no longer there");
     shop.send();

@@ -177,7 +177,7 @@ TEST(CommandJob, EndsTheProgramWhateverHasEndedItAndSaysHow) {
         {"stopped", "1|/nc/PART.NC|Mill", "", none,
          [](Shop_floor& shop) { shop.window().Stop_button.click(); }, 1},
         {"no port", "5|/nc/PART.NC|Mill", "port is not available",
-         [](Shop_floor& shop) { shop.machine().refuse(Port_error::in_use, ""); }, none, 1},
+         [](Shop_floor& shop) { shop.machine().refuse(""); }, none, 1},
         {"lost line", "1|/nc/PART.NC|Mill", "no longer there", none,
          [](Shop_floor& shop) { shop.machine().hang_up(); }, 1},
         {"received", "2|/nc/NEW.NC|Mill", "", none,

@@ -102,8 +102,8 @@ Task<Transfer_end> Transfer::run(Job job) {
 std::optional<Transfer_end> Transfer::open_port(const Job& job, const Transfer_options& options) {
     control_.use(options.machine, com_name(options) + " (" + options.device + ")");
     const Port_settings settings = port_settings(options, job.mode == receive, job.binary);
-    if (session_.port.open(settings) != Port_error::none) {
-        return port_refusal(options, session_.port.error_text(), session_.state);
+    if (const auto opened = session_.port.open(settings); !opened) {
+        return port_refusal(options, opened.reason(), session_.state);
     }
     control_.Timer6.set_interval(options.timeout_s * 1000);
     control_.Timer9.set_interval(options.Character_delay);

@@ -22,19 +22,19 @@ class Scripted_machine : public Serial_comm {
     explicit Scripted_machine(Virtual_loop& loop) : loop_(loop) {}
 
     // --- The port, as the program sees it
-    Port_error open(const Port_settings& settings) override {
-        lost_ = false;
+    Result<> open(const Port_settings& settings) override {
+        lost_.reset();
         settings_ = settings;
         ++times_opened_;
-        if (refusal_ != Port_error::none || Val(settings.settings) <= 0) {
-            return refusal_ != Port_error::none ? refusal_ : Port_error::bad_settings;
+        if (refusal_ || Val(settings.settings) <= 0) {
+            return Failure{refusal_.value_or("no setting of a line")};
         }
         close();
         open_ = true;
         dtr = true;
         rts = true;
         to_program_.clear();
-        return Port_error::none;
+        return {};
     }
     void close() override {
         open_ = false;
@@ -44,8 +44,7 @@ class Scripted_machine : public Serial_comm {
         on_line_.clear();
     }
     bool is_open() const override { return open_; }
-    bool lost() const override { return lost_; }
-    std::string error_text() const override { return error_text_; }
+    std::optional<std::string> lost() const override { return lost_; }
     double characters_per_second() const override {
         return Val(settings_.settings) / (settings_.settings.ends_with(",1") ? 10 : 11);
     }
@@ -94,12 +93,10 @@ class Scripted_machine : public Serial_comm {
     /// The adapter is pulled out.
     void hang_up() {
         close();
-        lost_ = true;
+        lost_ = settings_.device + " has gone";
     }
-    void refuse(Port_error error, std::string text) {
-        refusal_ = error;
-        error_text_ = std::move(text);
-    }
+    /// No value: it can be opened.
+    void refuse(std::optional<std::string> reason) { refusal_ = std::move(reason); }
     bool cts = true;
     Line_errors errors;
     std::optional<Machine_signals> from_machine;  ///< none: a device that does not know
@@ -155,10 +152,10 @@ class Scripted_machine : public Serial_comm {
     Virtual_loop& loop_;
     Port_settings settings_;
     bool open_ = false;
-    bool lost_ = false;
+    std::optional<std::string> lost_;
     unsigned line_ = 0;  // counts openings, so that bytes of an old one go nowhere
     int times_opened_ = 0;
-    Port_error refusal_ = Port_error::none;
+    std::optional<std::string> refusal_;
     std::string error_text_, to_program_, on_line_, received_;
     Clock_time input_free_{};
     std::size_t most_queued_ = 0;
