@@ -135,7 +135,7 @@ Task<> Command_job::act() {
 
 Task<> Command_job::receive(bool binary) {
     window_.exit_status = 1;
-    window_.Stop_button.set_enabled(true);
+    window_.control.enable_stop();
     Outcome outcome = Outcome::refused;
     const bool ready = co_await Check_receive(window_.session(), state_.filename);
     if (ready) {

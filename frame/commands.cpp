@@ -59,7 +59,7 @@ void Commands::note_send(const std::string& path, Outcome outcome) {
 Task<Outcome> Commands::receive(bool binary) {
     const Running_command running(running_);
     window_.state.RX_binary = binary;
-    window_.Stop_button.set_enabled(true);
+    window_.control.enable_stop();
     const std::string path = window_.state.filename;
     Received_file received{path, {}};
     received.before = co_await old_program(path);

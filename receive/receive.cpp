@@ -55,7 +55,7 @@ Task<Transfer_end> Receive::receive(const Transfer_options& options, std::string
     if (auto refusal = stage(options.machine, path, binary)) {
         co_return std::move(*refusal);
     }
-    session_.control.begin_receiving();
+    session_.control.enable_stop();
     Text_sender sender(session_, tables_, options, Text_sender::On_stop::ends);
     if (auto refusal = co_await Send_switchbox_codes(session_, options, sender)) {
         co_return std::move(*refusal);

@@ -15,19 +15,12 @@ Receive_poll::Receive_poll(const Session& session, Staging_file& staging,
       port_(session.port),
       staging_(staging),
       options_(options) {
-    control_.Timer5.on_tick = [this] { poll(); };
-    control_.Timer6.on_tick = [this] { silent(); };
-    control_.Timer8.on_tick = [this] {
-        control_.Timer8.set_enabled(false);
-        port_.output(std::string(1, options_.Xon_char));
-    };
+    control_.listen({[this] { poll(); }, [this] { silent(); },
+                     [this] { port_.output(std::string(1, options_.Xon_char)); }});
 }
 
 Receive_poll::~Receive_poll() {
-    for (Timer* timer : {&control_.Timer5, &control_.Timer6, &control_.Timer8}) {
-        timer->set_enabled(false);
-        timer->on_tick = nullptr;
-    }
+    control_.end_listening();
 }
 
 Task<Collected> Receive_poll::run() {
@@ -44,13 +37,13 @@ Task<Collected> Receive_poll::run() {
 void Receive_poll::look() {
     if (stopped()) {
         end(Collected_end::stopped);
-    } else if (!control_.Timer5.enabled() && (port_.in_buffer_count() > 0 || port_.lost())) {
-        control_.Timer5.set_enabled(true);
+    } else if (!control_.polling() && (port_.in_buffer_count() > 0 || port_.lost())) {
+        control_.set_polling(true);
     }
 }
 
 void Receive_poll::poll() {
-    control_.Timer5.set_enabled(false);
+    control_.set_polling(false);
     if (stopped()) {
         end(Collected_end::stopped);
         return;
@@ -65,7 +58,7 @@ void Receive_poll::poll() {
     if (lost) {
         end(Collected_end::line_lost);
     }
-    control_.Timer5.set_enabled(!end_ && staging_.unsettled());
+    control_.set_polling(!end_ && staging_.unsettled());
 }
 
 // Data that came in since the last poll means that the line was not silent: it is taken first, and
@@ -85,16 +78,14 @@ void Receive_poll::take_waiting() {
     }
     const std::string data = port_.input(0);
     if (is_lone_dc2(data)) {
-        control_.Timer8.set_enabled(true);
+        control_.await_data_behind_dc2();
         return;
     }
     if (!store(data)) {
         return;
     }
     session_.op.show_text("Receiving data ..." + Str(RXbytecount_) + " bytes");
-    control_.data_stored(data.size());
-    control_.Timer6.set_enabled(!options_.RX_until_aborted);
-    control_.Timer8.set_enabled(false);
+    control_.data_stored(data.size(), !options_.RX_until_aborted);
 }
 
 bool Receive_poll::is_lone_dc2(const std::string& data) const {

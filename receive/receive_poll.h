@@ -22,8 +22,7 @@ struct Collected {
 };
 
 /// Collects what arrives on an open port into the staging file. It lives on the timers of the
-/// transfer: Timer5 polls what has come in, Timer6 ends it when the machine has been silent, Timer8
-/// answers a lone DC2. While nothing comes, no timer of it runs.
+/// transfer (`Transfer_control::Listener`). While nothing comes, none of them runs.
 class Receive_poll {
   public:
     /// Takes the timers over. `staging` and `options` outlive the poll.

@@ -66,7 +66,14 @@ void Transfer_control::begin_sending() {
     Enable_buttons();
 }
 
-void Transfer_control::begin_receiving() {
+void Transfer_control::set_times(const Times& times) {
+    Timer6.set_interval(times.silence);
+    Timer9.set_interval(times.character_delay);
+    Timer12.set_interval(times.block_delay);
+    exclamation_timer.set_interval(times.exclamation_delay);
+}
+
+void Transfer_control::enable_stop() {
     stop_.set_enabled(true);
 }
 
@@ -83,10 +90,28 @@ bool Transfer_control::happens(Transfer_event event) {
     return next.has_value();
 }
 
-void Transfer_control::data_stored(std::size_t bytes) {
+void Transfer_control::listen(Listener listener) {
+    Timer5.on_tick = std::move(listener.poll);
+    Timer6.on_tick = std::move(listener.silent);
+    Timer8.on_tick = [this, answer = std::move(listener.answer)] {
+        Timer8.set_enabled(false);
+        answer();
+    };
+}
+
+void Transfer_control::end_listening() {
+    for (Timer* timer : {&Timer5, &Timer6, &Timer8}) {
+        timer->set_enabled(false);
+        timer->on_tick = nullptr;
+    }
+}
+
+void Transfer_control::data_stored(std::size_t bytes, bool silence_ends) {
     receiving_ = 1;
     count_bytes(bytes);
     happens(Transfer_event::data_stored);
+    Timer6.set_enabled(silence_ends);
+    Timer8.set_enabled(false);
 }
 
 void Transfer_control::line_silent() {

@@ -36,14 +36,6 @@ class Transfer_control {
     [[nodiscard]] int Stopped() const { return Stopped_; }  ///< 1: Stop pressed, it reads "Reset"
     [[nodiscard]] int Xoff() const { return Xoff_; }        ///< 1: output paused
 
-    Timer Timer5;             ///< 50 ms: receive poll, from the first byte that waits
-    Timer Timer6;             ///< the machine's time-out: end of a receive
-    Timer Timer8;             ///< 1000 ms: answer to a lone DC2
-    Timer Timer9;             ///< character delay of the sender
-    Timer Timer12;            ///< block delay of the sender
-    Timer Timer17;            ///< `Delay`
-    Timer exclamation_timer;  ///< pause of a "!" line
-
     /// Reserved for a supply of programs from outside, which nothing switches on yet: true ends a
     /// send before its next line.
     bool DNC_alarm = false;
@@ -67,10 +59,18 @@ class Transfer_control {
     /// The port that the transfer uses, and the machine, for the status bar.
     void use(const std::string& machine, const std::string& port);
     [[nodiscard]] const std::string& port_name() const { return status_.port(); }
+    /// The machine's times, in milliseconds; a delay of 0 or less is none.
+    struct Times {
+        int silence = 0;            ///< ends a receive
+        int character_delay = 0;    ///< after every character sent
+        int block_delay = 0;        ///< after every block sent
+        int exclamation_delay = 0;  ///< pause of a "!" line
+    };
+    void set_times(const Times& times);
     /// A send is on from here: both buttons are live until it ends.
     void begin_sending();
-    /// Stop is live, whatever was disabled before.
-    void begin_receiving();
+    /// A receive waits or is about to begin: Stop is live, whatever was disabled before.
+    void enable_stop();
     /// The receive has been prepared; bytes count from here.
     void wait_for_data();
     /// The state moves on. False, with nothing changed, where the state does not allow the event.
@@ -88,8 +88,23 @@ class Transfer_control {
     void count_program(std::uint64_t bytes) { status_.count_program(bytes); }
     /// Bytes that have been sent in all, or received.
     void count_bytes(std::size_t bytes) { status_.add_bytes(bytes); }
-    /// The first data of a receive has been stored.
-    void data_stored(std::size_t bytes);
+    /// What the timers of a receive run, from `listen` to `end_listening`.
+    struct Listener {
+        std::function<void()> poll;    ///< Timer5: what has come in is to be taken
+        std::function<void()> silent;  ///< Timer6: nothing has come for the machine's time-out
+        std::function<void()> answer;  ///< Timer8: nothing has followed a lone DC2
+    };
+    void listen(Listener listener);
+    void end_listening();
+    /// The poll: first 50 ms from now, or not any more.
+    void set_polling(bool on) { Timer5.set_enabled(on); }
+    [[nodiscard]] bool polling() const { return Timer5.enabled(); }
+    /// The machine has sent a DC2 and nothing else so far: it is answered in a second unless data
+    /// comes first.
+    void await_data_behind_dc2() { Timer8.set_enabled(true); }
+    /// Data of a receive has been stored, `bytes` more. With `silence_ends` the time-out counts
+    /// from here.
+    void data_stored(std::size_t bytes, bool silence_ends);
     /// The line is silent: the receive timers stop, the buttons die and the port is closed.
     void line_silent();
     /// A received byte: DC3 sets `Xoff`, DC1 clears it, in any parity. True for a DC1.
@@ -149,8 +164,10 @@ class Transfer_control {
 
     /// At least `count` milliseconds; not at all for 0 or less.
     Task<> Delay(int count);
-    /// Starts `timer` and waits until it has disabled itself; ends early on `escape`.
-    Task<> wait_for(Timer& timer);
+    // The delays of `Times`, which end early on `escape`.
+    Task<> character_delay() { return wait_for(Timer9); }
+    Task<> block_delay() { return wait_for(Timer12); }
+    Task<> exclamation_delay() { return wait_for(exclamation_timer); }
 
     // --- Work other than a transfer: a listing, a resequencing
 
@@ -188,12 +205,21 @@ class Transfer_control {
     void set_hint(const std::string& hint) { status_.set_hint(hint); }
 
   private:
+    Task<> wait_for(Timer& timer);
     void clear_flags();
     void rest();
     [[nodiscard]] std::string result_of(Outcome outcome, const std::string& remarks);
     void reset_stop();
     [[nodiscard]] std::string line_remark(const Transfer_end& end) const;
     [[nodiscard]] bool beeps_at(const Transfer_end& end) const;
+
+    Timer Timer5;             ///< 50 ms: receive poll, from the first byte that waits
+    Timer Timer6;             ///< the machine's time-out: end of a receive
+    Timer Timer8;             ///< 1000 ms: answer to a lone DC2
+    Timer Timer9;             ///< character delay of the sender
+    Timer Timer12;            ///< block delay of the sender
+    Timer Timer17;            ///< `Delay`
+    Timer exclamation_timer;  ///< pause of a "!" line
 
     Event_loop& loop_;
     Serial_comm& port_;

@@ -71,7 +71,6 @@ TEST_F(Pane, ShowsTheLogAndThenTheProgramAgain) {
 TEST_F(Pane, FollowsTheBlockSentUntilTheOperatorScrolls) {
     open();
     std::vector<std::string> bands;
-    shop.window().control.Timer12.set_interval(0);
     for (int i = 1; i < 60; ++i) {
         shop.machine().after(100ms + i * 1ms, [&] {
             if (const auto band = pane().band()) {

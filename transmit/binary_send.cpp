@@ -30,7 +30,7 @@ Task<Result<Binary_sent>> Sendit_Binary(const Session& session, const Transfer_o
         sender.put(std::string_view(*content).substr(sent, 1));
         control.count_program(sent + 1);
         if (options.Character_delay != 0) {
-            co_await control.wait_for(control.Timer9);
+            co_await control.character_delay();
         }
     }
     co_return Binary_sent::all;

@@ -40,7 +40,7 @@ Text_sender::Text_sender(const Session& session, const Code_tables& tables,
 
 Task<> Text_sender::sendit(std::string block, Tape_code code) {
     if (options_.exclamation_point_delay && block.starts_with('!')) {
-        co_await control_.wait_for(control_.exclamation_timer);
+        co_await control_.exclamation_delay();
         co_return;
     }
     std::string bytes = converted(block, code, options_.TX_Mask);
@@ -76,11 +76,11 @@ Task<> Text_sender::send_chunks(std::string bytes) {
         }
         put(std::string_view(bytes).substr(at, chunk));
         if (options_.Character_delay != 0) {
-            co_await control_.wait_for(control_.Timer9);
+            co_await control_.character_delay();
         }
     }
     if (options_.Block_delay != 0) {
-        co_await control_.wait_for(control_.Timer12);
+        co_await control_.block_delay();
     }
 }
 

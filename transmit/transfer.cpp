@@ -105,10 +105,8 @@ std::optional<Transfer_end> Transfer::open_port(const Job& job, const Transfer_o
     if (const auto opened = session_.port.open(settings); !opened) {
         return port_refusal(options, opened.reason(), session_.state);
     }
-    control_.Timer6.set_interval(options.timeout_s * 1000);
-    control_.Timer9.set_interval(options.Character_delay);
-    control_.Timer12.set_interval(options.Block_delay);
-    control_.exclamation_timer.set_interval(options.exclamation_delay_ms);
+    control_.set_times({options.timeout_s * 1000, options.Character_delay, options.Block_delay,
+                        options.exclamation_delay_ms});
     return std::nullopt;
 }
 
