@@ -1,6 +1,6 @@
 #include "frame/program.h"
 
-#include "platform/basic_text.h"
+#include "machines/port_devices.h"
 
 namespace kelvane {
 
@@ -119,21 +119,12 @@ Tested_line Program::selected_line() const {
         load_transfer_options(window.platform.files, window.state.IO_device_name);
     const Transfer_options& options = loaded.options;
     Tested_line line;
-    line.name = options.machine + ": COM" + decimal(options.com_port) + " (" + options.device +
+    line.name = options.machine + ": " + com_name(options.com_port) + " (" + options.device +
                 "), " + options.line_settings;
-    line.port.device = options.device;
-    line.port.settings = options.line_settings;
+    line.port = line_of(options);
     line.port.transparent = true;
-    line.port.xon = options.Xon_char;
-    line.port.xoff = options.Xoff_char;
     line.on_wire = [this, code = options.TX_code, eob = options.TX_eob](std::string_view text) {
-        std::string bytes = std::string(text) + eob;
-        for (char& character : bytes) {
-            character =
-                static_cast<char>(code_tables.code_table[static_cast<unsigned char>(character)]
-                                                        [static_cast<std::size_t>(code)]);
-        }
-        return bytes;
+        return code_tables.sent_bytes(std::string(text) + eob, code);
     };
     line.trouble = trouble_of(loaded);
     return line;

@@ -1,14 +1,10 @@
 #include "machines/machine_settings.h"
 
+#include <algorithm>
+
 #include "machines/machine_fields.h"
 
 namespace kelvane {
-
-namespace {
-
-constexpr int longest_timeout = 65;
-
-}  // namespace
 
 std::size_t read_machine_settings(Text_reader& reader, Old_port_form old_form,
                                   MachineSettings& settings) {
@@ -32,11 +28,16 @@ std::string machine_settings_text(const MachineSettings& settings) {
     return writer.text();
 }
 
+int timeout_seconds(std::string_view text) {
+    const int seconds = whole_number(text);
+    return seconds <= 0 ? default_timeout_s : std::min(seconds, longest_timeout_s);
+}
+
 std::string stored_timeout(const std::string& text) {
     if (text.empty()) {
-        return "3";
+        return decimal(default_timeout_s);
     }
-    return Val(text) > longest_timeout ? decimal(longest_timeout) : text;
+    return Val(text) > longest_timeout_s ? decimal(longest_timeout_s) : text;
 }
 
 std::string one_line(std::string_view text) {

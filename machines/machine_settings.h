@@ -24,6 +24,9 @@ enum class End_of_block {
 };
 inline constexpr std::size_t end_of_block_count = 5;
 
+inline constexpr int default_timeout_s = 3;   ///< silence that ends a reception
+inline constexpr int longest_timeout_s = 65;  ///< what a record may ask for
+
 inline constexpr int lowest_com_port = 1;
 inline constexpr int highest_com_port = 128;
 
@@ -57,11 +60,11 @@ struct MachineSettings {
     std::string trailer = "%";          ///< sent after it; control notation
     std::string handshake_check = "5";  ///< characters between two looks; never empty or 0
     std::string skip_starting_with;     ///< a sent line is cut before it
-    std::string timeout = "3";          ///< end of a reception, in seconds
-    std::string send_mask;              ///< characters never sent; control notation
-    std::string skip_up_to;             ///< receiving; control notation
-    std::string character_delay = "0";  ///< ms
-    std::string block_delay = "0";      ///< ms
+    std::string timeout = decimal(default_timeout_s);  ///< end of a reception, in seconds
+    std::string send_mask;                             ///< characters never sent; control notation
+    std::string skip_up_to;                            ///< receiving; control notation
+    std::string character_delay = "0";                 ///< ms
+    std::string block_delay = "0";                     ///< ms
     std::string receive_mask;           ///< characters never stored; control notation
     std::string skip_lines_containing;  ///< sending
 
@@ -91,7 +94,12 @@ std::size_t read_machine_settings(Text_reader& reader, Old_port_form old_form,
 /// All lines. Line ends inside a text cannot be stored and are left out.
 [[nodiscard]] std::string machine_settings_text(const MachineSettings& settings);
 
-/// The time-out as it is stored: "3" for an empty text, "65" for a value above 65, else the text.
+/// The seconds that a record's time-out stands for, 1 to the longest: 0, less and what is no number
+/// are the default.
+[[nodiscard]] int timeout_seconds(std::string_view text);
+
+/// The time-out as it is stored: the default for an empty text, the longest for a value above it,
+/// else the text.
 [[nodiscard]] std::string stored_timeout(const std::string& text);
 
 /// `text` without line ends, so that it stays one line of a file.

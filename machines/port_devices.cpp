@@ -13,13 +13,17 @@ namespace {
 std::optional<std::string_view> device_in_line(std::string_view line, int com_port) {
     const std::size_t equals = line.find('=');
     if (equals == std::string_view::npos ||
-        upper_case(trimmed(line.substr(0, equals))) != "COM" + decimal(com_port)) {
+        upper_case(trimmed(line.substr(0, equals))) != com_name(com_port)) {
         return std::nullopt;
     }
     return trimmed(line.substr(equals + 1));
 }
 
 }  // namespace
+
+std::string com_name(int com_port) {
+    return "COM" + decimal(com_port);
+}
 
 std::optional<std::string> wired_device(std::string_view text, int com_port) {
     for (Lines lines(text); !lines.at_end();) {
@@ -32,7 +36,7 @@ std::optional<std::string> wired_device(std::string_view text, int com_port) {
 
 std::string usual_device(int com_port) {
 #ifdef _WIN32
-    return "COM" + decimal(com_port);
+    return com_name(com_port);
 #else
     return "/dev/ttyS" + decimal(std::int64_t{com_port} - 1);
 #endif
@@ -46,7 +50,7 @@ std::string text_with_device(std::string_view text, int com_port, std::string_vi
     const std::string_view wanted = trimmed(device);
     std::string new_line;
     if (!wanted.empty()) {
-        new_line.append("COM").append(decimal(com_port)).append("=").append(wanted).append(cr_lf);
+        new_line.append(com_name(com_port)).append("=").append(wanted).append(cr_lf);
     }
     std::string result;
     for (Lines lines(text); !lines.at_end();) {

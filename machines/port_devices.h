@@ -9,6 +9,9 @@
 /// not matter, the first line of a number counts, all other lines are the operator's own and stay.
 namespace kelvane {
 
+/// "COM3"
+[[nodiscard]] std::string com_name(int com_port);
+
 /// The device of a number's own line; no value when the text has none or an empty one.
 [[nodiscard]] std::optional<std::string> wired_device(std::string_view text, int com_port);
 

@@ -7,6 +7,7 @@
 #include "machines/machine_files.h"
 #include "machines/machine_settings.h"
 #include "machines/notation.h"
+#include "machines/port_devices.h"
 #include "machines/port_wiring.h"
 #include "session/file_names.h"
 
@@ -14,8 +15,6 @@ namespace kelvane {
 
 namespace {
 
-constexpr int default_timeout_s = 3;
-constexpr int longest_timeout_s = 65;
 constexpr int longest_delay_ms = 3'600'000;
 
 struct Handshake_characters {
@@ -54,7 +53,7 @@ int received_block_end(bool by_carriage_return, Tape_code tape_code) {
 }
 
 Fault_or_ok take_block_end(const MachineSettings& record, Transfer_options& options) {
-    options.RX_code = record.tape_code == Tape_code::eia ? 1 : 0;
+    options.RX_code = record.tape_code == Tape_code::eia ? receive_eia : receive_ascii;
     if (record.tape_code == Tape_code::eia) {
         options.TX_eob = "\n";
         options.RX_eob = eia_end_of_block;
@@ -98,8 +97,7 @@ void take_port(const MachineSettings& record, Transfer_options& options) {
 
 void take_choices(const MachineSettings& record, Transfer_options& options) {
     options.readable_leader = record.man_readables;
-    const int timeout = whole_number(record.timeout);
-    options.timeout_s = timeout <= 0 ? default_timeout_s : std::min(timeout, longest_timeout_s);
+    options.timeout_s = timeout_seconds(record.timeout);
     options.ignore_before = record.ignore_before;
     options.ignore_after = record.ignore_after;
     options.HS_loop = whole_number(record.handshake_check);
@@ -177,13 +175,22 @@ Loaded_options load_transfer_options(const Files& files, const std::string& mach
     return loaded;
 }
 
+Port_settings line_of(const Transfer_options& options) {
+    Port_settings line;
+    line.device = options.device;
+    line.settings = options.line_settings;
+    line.xon = options.Xon_char;
+    line.xoff = options.Xoff_char;
+    return line;
+}
+
 std::string summary_of(const Transfer_options& options) {
     const std::string dot = " \xb7 ";
     std::string handshake = options.Xonhs ? "Xon/Xoff" : "";
     if (options.RTShs) {
         handshake += handshake.empty() ? "RTS/CTS" : " and RTS/CTS";
     }
-    return "COM" + decimal(options.com_port) + " (" + options.device + ")" + dot +
+    return com_name(options.com_port) + " (" + options.device + ")" + dot +
            options.line_settings.substr(0, options.line_settings.find(',')) + dot +
            std::string(tape_code_name(options.TX_code)) + dot +
            (handshake.empty() ? "no handshake" : handshake);

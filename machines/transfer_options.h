@@ -5,6 +5,7 @@
 #include "platform/fault.h"
 #include "platform/files.h"
 #include "platform/handshake.h"
+#include "platform/serial_port.h"
 #include "session/tape_code.h"
 
 namespace kelvane {
@@ -28,10 +29,10 @@ struct Transfer_options {
 
     // --- Codes
     Tape_code TX_code = Tape_code::ascii_even;
-    std::string TX_eob;                     ///< end of block as characters, before conversion
-    int RX_code = 0;                        ///< column of the received-byte table: 0 ASCII, 1 EIA
-    int RX_eob = 10;                        ///< end of block as it arrives, one byte's value
-    bool Use_auto_code_recognition = true;  ///< of received data; else the two above
+    std::string TX_eob;                      ///< end of block as characters, before conversion
+    Receive_column RX_code = receive_ascii;  ///< how received bytes are read
+    int RX_eob = 10;                         ///< end of block as it arrives, one byte's value
+    bool Use_auto_code_recognition = true;   ///< of received data; else the two above
 
     // --- Sending
     std::string leader;                    ///< characters, notation decoded
@@ -69,6 +70,9 @@ struct Loaded_options {
     std::string unknown_device;  ///< that the file that wires the COM numbers cannot be read, why
     Fault_or_ok fault;           ///< a text of the record cannot be decoded
 };
+
+/// The line as the machine's record has it, without handshakes of the driver.
+[[nodiscard]] Port_settings line_of(const Transfer_options& options);
 
 /// Port, device, rate, tape code and handshake in short, with middle dots between.
 [[nodiscard]] std::string summary_of(const Transfer_options& options);

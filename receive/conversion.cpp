@@ -14,8 +14,7 @@ std::optional<Received_code> code_of(std::string_view raw, const Transfer_option
     if (options.Use_auto_code_recognition) {
         return recognise_code(raw);
     }
-    return Received_code{options.RX_code == 1 ? receive_eia : receive_ascii,
-                         static_cast<unsigned char>(options.RX_eob)};
+    return Received_code{options.RX_code, static_cast<unsigned char>(options.RX_eob)};
 }
 
 Message unrecognised_box() {

@@ -68,7 +68,7 @@ Task<std::string> Resequence_run::run() {
     Resequence_progress progress = [this](int percent) { return goes_on(percent); };
     const auto result = co_await resequence(*program, options, std::move(progress));
     if (const auto* done = std::get_if<Resequenced>(&result)) {
-        const Failure failure = put_in_place(done->text, filename);
+        const std::string failure = put_in_place(done->text, filename);
         if (failure.empty()) {
             form_.renumbered = true;
             op_.show_text(success_report(filename, backup_path(filename)) + done->text);
@@ -89,8 +89,7 @@ Task<bool> Resequence_run::goes_on(int percent) {
     co_return !control_.stop_asked();
 }
 
-Resequence_run::Failure Resequence_run::put_in_place(const std::string& text,
-                                                     const std::string& filename) {
+std::string Resequence_run::put_in_place(const std::string& text, const std::string& filename) {
     Files& files = platform_.files;
     const std::string backup = backup_path(filename);
     const std::string staged = files.program_path(file_names::scratch_resequenced);

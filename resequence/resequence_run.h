@@ -28,15 +28,13 @@ class Resequence_run {
     Task<> Resequence_button_Click();
 
   private:
-    /// Why a run failed; empty when it did not.
-    using Failure = std::string;
-
     class Running;
     /// The operator's words for a run that leaves the dialog open, so that the options can be
     /// changed; empty for all others.
     Task<std::string> run();
     Task<bool> goes_on(int percent);
-    [[nodiscard]] Failure put_in_place(const std::string& text, const std::string& filename);
+    /// Why it failed, in sentences for the report; empty when it did not.
+    [[nodiscard]] std::string put_in_place(const std::string& text, const std::string& filename);
     void report(const std::string& text);
 
     Platform& platform_;

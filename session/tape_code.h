@@ -16,6 +16,10 @@ enum class Tape_code {
 
 inline constexpr std::size_t tape_code_count = 4;
 
+/// The two ways to read what a machine punches, the columns of the receive table: whatever the
+/// parity, ASCII is one code.
+enum Receive_column : int { receive_ascii = 0, receive_eia = 1 };
+
 /// "ASCII even"
 constexpr std::string_view tape_code_name(Tape_code code) {
     constexpr std::string_view names[tape_code_count] = {"ASCII even", "ASCII odd",

@@ -1,6 +1,7 @@
 #include "transmit/code_tables.h"
 
 #include <bit>
+#include <bitset>
 
 namespace kelvane {
 
@@ -61,7 +62,28 @@ void fill_eia(Code_tables& tables) {
     }
 }
 
+std::bitset<256> set_of(std::string_view characters) {
+    std::bitset<256> set;
+    for (const char c : characters) {
+        set.set(static_cast<unsigned char>(c));
+    }
+    return set;
+}
+
 }  // namespace
+
+std::string Code_tables::sent_bytes(std::string_view text, Tape_code code,
+                                    std::string_view mask) const {
+    const std::bitset<256> masked = set_of(mask);
+    std::string bytes;
+    bytes.reserve(text.size());
+    for (const char c : text) {
+        if (!masked[static_cast<unsigned char>(c)]) {
+            bytes.push_back(sent_byte(c, code));
+        }
+    }
+    return bytes;
+}
 
 Code_tables Build_code_tables() {
     Code_tables tables;

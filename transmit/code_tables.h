@@ -2,13 +2,12 @@
 
 #include <array>
 #include <cstdint>
+#include <string>
+#include <string_view>
 
 #include "session/tape_code.h"
 
 namespace kelvane {
-
-/// Columns of the received-byte table.
-enum Receive_column : int { receive_ascii = 0, receive_eia = 1 };
 
 /// The tape codes. In EIA track 5, which carries the parity, is bit 4; end of block is track 8.
 struct Code_tables {
@@ -18,6 +17,15 @@ struct Code_tables {
     /// the parity; EIA is taken with and without its parity track. Where several characters share
     /// one EIA code the highest holds (so "O" for ":", "{" for "]").
     std::array<std::array<std::int16_t, 2>, 256> reverse_code_table{};
+
+    /// The byte that stands for a character in a code; 0 when the code lacks it.
+    [[nodiscard]] char sent_byte(char character, Tape_code code) const {
+        return static_cast<char>(
+            code_table[static_cast<unsigned char>(character)][static_cast<std::size_t>(code)]);
+    }
+    /// A text in a code, without the characters of `mask`.
+    [[nodiscard]] std::string sent_bytes(std::string_view text, Tape_code code,
+                                         std::string_view mask = {}) const;
 };
 
 /// Builds both tables; done once at start-up.

@@ -40,9 +40,8 @@ std::string code_note(const Without_code& found, Tape_code code) {
 
 Task<std::string> notes_before_send(Event_loop& loop, std::string_view program,
                                     const Transfer_options& options, const Code_tables& tables) {
-    const auto column = static_cast<std::size_t>(options.TX_code);
     const auto lacks_code = [&](char c) {
-        return c != '\0' && tables.code_table[static_cast<unsigned char>(c)][column] == 0 &&
+        return c != '\0' && tables.sent_byte(c, options.TX_code) == '\0' &&
                options.TX_Mask.find(c) == std::string::npos;
     };
     Without_code without;

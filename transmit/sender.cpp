@@ -1,7 +1,6 @@
 #include "transmit/sender.h"
 
 #include <algorithm>
-#include <bitset>
 #include <utility>
 
 namespace kelvane {
@@ -11,14 +10,6 @@ namespace {
 constexpr std::size_t queued_limit = 3;
 constexpr int rest_after_xon_ms = 250;
 constexpr std::size_t default_chunk = 5;
-
-std::bitset<256> set_of(std::string_view characters) {
-    std::bitset<256> set;
-    for (const char c : characters) {
-        set.set(static_cast<unsigned char>(c));
-    }
-    return set;
-}
 
 std::size_t chunk_size(const Transfer_options& options) {
     if (options.Character_delay != 0) {
@@ -43,28 +34,13 @@ Task<> Text_sender::sendit(std::string block, Tape_code code) {
         co_await control_.exclamation_delay();
         co_return;
     }
-    std::string bytes = converted(block, code, options_.TX_Mask);
+    std::string bytes = tables_.sent_bytes(block, code, options_.TX_Mask);
     co_await send_chunks(std::move(bytes));
 }
 
 Task<> Text_sender::sendit2(std::string text, Tape_code code) {
-    std::string bytes = converted(text, code, {});
+    std::string bytes = tables_.sent_bytes(text, code);
     co_await send_chunks(std::move(bytes));
-}
-
-std::string Text_sender::converted(std::string_view text, Tape_code code,
-                                   std::string_view mask) const {
-    const std::bitset<256> masked = set_of(mask);
-    const auto column = static_cast<std::size_t>(code);
-    std::string bytes;
-    bytes.reserve(text.size());
-    for (const char c : text) {
-        const auto row = static_cast<unsigned char>(c);
-        if (!masked[row]) {
-            bytes.push_back(static_cast<char>(tables_.code_table[row][column]));
-        }
-    }
-    return bytes;
 }
 
 Task<> Text_sender::send_chunks(std::string bytes) {

@@ -48,8 +48,6 @@ class Text_sender {
     [[nodiscard]] bool given_up() const;
 
   private:
-    [[nodiscard]] std::string converted(std::string_view text, Tape_code code,
-                                        std::string_view mask) const;
     Task<> send_chunks(std::string bytes);
     Task<> take_handshakes_and_rest();
     [[nodiscard]] bool output_is_free();

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "machines/port_devices.h"
 #include "platform/basic_text.h"
 #include "transmit/binary_send.h"
 #include "transmit/switchbox.h"
@@ -12,26 +13,18 @@ namespace kelvane {
 namespace {
 
 Port_settings port_settings(const Transfer_options& options, bool receives, bool binary) {
-    Port_settings port;
-    port.device = options.device;
-    port.settings = options.line_settings;
+    Port_settings port = line_of(options);
     port.handshake = receives ? options.handshake : Handshake::none;
     port.transparent = binary;
     port.null_discard = !binary;
-    port.xon = options.Xon_char;
-    port.xoff = options.Xoff_char;
     return port;
-}
-
-std::string com_name(const Transfer_options& options) {
-    return "COM" + decimal(options.com_port);
 }
 
 /// A job ends with its box, so there is nothing to configure then.
 Transfer_end port_refusal(const Transfer_options& options, const std::string& reason,
                           const Shared_state& state) {
     const std::string fixed_text =
-        com_name(options) + " port is not available\nSelect a different COM port";
+        com_name(options.com_port) + " port is not available\nSelect a different COM port";
     const std::string text = fixed_text + (reason.empty() ? "" : "\n\n" + reason);
     Transfer_end refusal = end_with(Outcome::refused, warning_box(text, "Com port error"));
     refusal.box->buttons = state.job_runs ? Message_buttons::ok : Message_buttons::ok_configure;
@@ -100,7 +93,7 @@ Task<Transfer_end> Transfer::run(Job job) {
 }
 
 std::optional<Transfer_end> Transfer::open_port(const Job& job, const Transfer_options& options) {
-    control_.use(options.machine, com_name(options) + " (" + options.device + ")");
+    control_.use(options.machine, com_name(options.com_port) + " (" + options.device + ")");
     const Port_settings settings = port_settings(options, job.mode == receive, job.binary);
     if (const auto opened = session_.port.open(settings); !opened) {
         return port_refusal(options, opened.reason(), session_.state);
@@ -130,10 +123,10 @@ Task<Transfer_end> Transfer::run_send(Job job, const Transfer_options& options) 
     co_await drain();
     const bool gone = session_.port.lost() && !end.box;
     if (gone) {
-        end = end_with(Outcome::lost_line,
-                       warning_box(com_name(options) + " is no longer there.\nThe transfer has "
-                                                       "ended before its end.",
-                                   "Com port error"));
+        end = end_with(Outcome::lost_line, warning_box(com_name(options.com_port) +
+                                                           " is no longer there.\nThe transfer has "
+                                                           "ended before its end.",
+                                                       "Com port error"));
     } else if (end.outcome == Outcome::done && control_.escape() == 1) {
         end.outcome = Outcome::stopped;
     }
