@@ -157,7 +157,8 @@ Task<> Qt_printer::select_printer() {
                                             windows_.active_window());
     dialog->setWindowTitle("Select printer");
     QObject::connect(&*dialog, &QObject::destroyed, [printer] {});  // it ends after its dialog
-    if (co_await windows_.run(*dialog)) {
+    const bool accepted = co_await windows_.run(*dialog);
+    if (accepted) {
         chosen_ = printer;
         keep_name(*printer);
     }

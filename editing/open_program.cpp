@@ -121,7 +121,8 @@ void Open_program::become(std::string path, Program_document document) {
 }
 
 Task<> Open_program::start_new() {
-    if (!co_await may_be_lost()) {
+    const bool may = co_await may_be_lost();
+    if (!may) {
         co_return;
     }
     ++newest_load_;
@@ -134,7 +135,8 @@ Task<> Open_program::start_new() {
 }
 
 Task<> Open_program::choose_and_open() {
-    if (!co_await may_be_lost()) {
+    const bool may = co_await may_be_lost();
+    if (!may) {
         co_return;
     }
     dialog_.title = "Open program";

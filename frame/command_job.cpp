@@ -118,7 +118,8 @@ Task<> Command_job::act() {
         co_return;
     }
     window_.exit_status = 1;
-    if (!co_await Check_file_exist(state_.filename)) {
+    const bool there = co_await Check_file_exist(state_.filename);
+    if (!there) {
         co_return;
     }
     if (event == print_file) {

@@ -54,12 +54,17 @@ void File_commands::start(int item) {
 Task<> File_commands::run(int item) {
     while (true) {
         const auto chosen = co_await choose_file(item);
-        if (!chosen || !co_await wait_for_turn()) {
+        if (!chosen) {
+            co_return;
+        }
+        const bool my_turn = co_await wait_for_turn();
+        if (!my_turn) {
             co_return;
         }
         window_.state.filename = *chosen;
         window_.control.Disable_buttons();
-        if (co_await allowed(item)) {
+        const bool may = co_await allowed(item);
+        if (may) {
             break;
         }
         if (!takes_new_file(item)) {

@@ -15,6 +15,7 @@
 #include "frame/help_form.h"
 #include "frame/information.h"
 #include "frame/main_window.h"
+#include "frame/set_directory_form.h"
 #include "frame/start_form.h"
 #include "frame/tool_commands.h"
 #include "frame/transfer_log_form.h"

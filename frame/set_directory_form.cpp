@@ -1,4 +1,4 @@
-#include "frame/directories_form.h"
+#include "frame/set_directory_form.h"
 
 namespace kelvane {
 

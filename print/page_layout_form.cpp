@@ -199,11 +199,13 @@ Task<> Page_layout_form_lite::accept() {
 
 Task<> Page_layout_form_lite::preview() {
     const auto layout = checked_layout();
-    if (!layout) {
-        preview_hint.set_caption("Correct the values first");
-    } else if (!listing_.may_start()) {
-        preview_hint.set_caption("Not while a transfer or a listing is going on");
-    } else if (const auto path = co_await preview_path()) {
+    if (!layout || !listing_.may_start()) {
+        preview_hint.set_caption(layout ? "Not while a transfer or a listing is going on"
+                                        : "Correct the values first");
+        co_return;
+    }
+    const auto path = co_await preview_path();
+    if (path) {
         preview_hint.set_caption({});
         co_await listing_.Preview_listing(*path, *layout);
     }

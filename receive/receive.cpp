@@ -57,8 +57,9 @@ Task<Transfer_end> Receive::receive(const Transfer_options& options, std::string
     }
     session_.control.enable_stop();
     Text_sender sender(session_, tables_, options, Text_sender::On_stop::ends);
-    if (auto refusal = co_await Send_switchbox_codes(session_, options, sender)) {
-        co_return std::move(*refusal);
+    auto codes_refusal = co_await Send_switchbox_codes(session_, options, sender);
+    if (codes_refusal) {
+        co_return std::move(*codes_refusal);
     }
     session_.control.wait_for_data();
     session_.op.show_text(binary ? "Ready to receive BINARY data ..."

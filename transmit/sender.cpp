@@ -47,7 +47,8 @@ Task<> Text_sender::send_chunks(std::string bytes) {
     const std::size_t chunk = chunk_size(options_);
     co_await session_.loop.breath();
     for (std::size_t at = 0; at < bytes.size(); at += chunk) {
-        if (!co_await wait_until_clear()) {
+        const bool clear = co_await wait_until_clear();
+        if (!clear) {
             co_return;
         }
         put(std::string_view(bytes).substr(at, chunk));

@@ -70,7 +70,8 @@ Task<Transfer_end> Text_send::run() {
     if (error) {
         co_return end_with(Outcome::refused, critical_box(expansion_error_text(*error)));
     }
-    if (auto refusal = co_await Send_switchbox_codes(session_, options_, sender_)) {
+    auto refusal = co_await Send_switchbox_codes(session_, options_, sender_);
+    if (refusal) {
         co_return std::move(*refusal);
     }
     co_await wait_for_start(session_, sender_);

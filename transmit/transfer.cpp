@@ -138,7 +138,8 @@ Task<Transfer_end> Transfer::run_send(Job job, const Transfer_options& options) 
 
 Task<Transfer_end> Transfer::send_binary(const Transfer_options& options, Text_sender& sender,
                                          std::string path) {
-    if (auto refusal = co_await Send_switchbox_codes(session_, options, sender)) {
+    auto refusal = co_await Send_switchbox_codes(session_, options, sender);
+    if (refusal) {
         co_return std::move(*refusal);
     }
     co_await wait_for_start(session_, sender);
