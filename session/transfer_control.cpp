@@ -59,6 +59,7 @@ void Transfer_control::clear_flags() {
 
 void Transfer_control::use(const std::string& machine, const std::string& port) {
     status_.begin(machine, port);
+    happens(Transfer_event::begun);
 }
 
 void Transfer_control::begin_sending() {
@@ -158,6 +159,7 @@ Task<> Transfer_control::end(Transfer_end end) {
     op_.show_text(end.log);
     op_.set_progress(0);
     const std::string result = ran ? result_of(end.outcome, end.remarks) : std::string();
+    happens(Transfer_event::ended);
     status_.end(ran ? result : end.note);
     if (ran && !end.note.empty()) {
         status_.add_note(end.note);
@@ -220,7 +222,9 @@ Transfer_control::Running::~Running() {
     if (control_.busy_ != 0) {
         control_.outcome_ = Outcome::stopped;
         control_.rest();
-        control_.status_.end(control_.result_of(Outcome::stopped, {}));
+        const std::string result = control_.result_of(Outcome::stopped, {});
+        control_.happens(Transfer_event::ended);
+        control_.status_.end(result);
     }
 }
 

@@ -152,13 +152,10 @@ void Transfer_status::begin(std::string machine, std::string port) {
     note_.clear();
     hint_.clear();
     caution_.clear();
-    since_ = loop_.now();
-    state_ = Transfer_state::preparing;
     timer_.set_enabled(true);
     if (on_title) {
         on_title(title());
     }
-    show();
 }
 
 void Transfer_status::set(Transfer_state state) {
@@ -211,7 +208,6 @@ void Transfer_status::set_result(const Transfer_record& record) {
 }
 
 void Transfer_status::end(std::string note) {
-    state_ = Transfer_state::idle;
     timer_.set_enabled(false);
     if (on_title) {
         on_title({});

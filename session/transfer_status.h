@@ -31,8 +31,8 @@ class Transfer_status {
     void begin_record(Direction direction, std::string path);
     /// What is being received is saved there.
     void set_path(const std::string& path) { record_.path = path; }
-    /// A transfer begins: bytes and clock start at 0. It keeps the name of its machine to its end,
-    /// whichever is selected meanwhile.
+    /// A transfer begins, its state is set next: bytes and clock start at 0. It keeps the name of
+    /// its machine to its end, whichever is selected meanwhile.
     void begin(std::string machine, std::string port);
     /// The port of the transfer, as `begin` was told.
     [[nodiscard]] const std::string& port() const { return port_; }
@@ -50,7 +50,7 @@ class Transfer_status {
     void set_caution(std::string caution);
     /// What the transfer has come to, for the state field.
     void set_result(const Transfer_record& record);
-    /// Back to idle. `note` stays until the next transfer ("Received bytes are kept in ...").
+    /// The transfer has ended, its state is idle again. `note` stays until the next transfer ("Received bytes are kept in ...").
     void end(std::string note);
     /// Shows `hint`, the answer to what has just been done, before all else until the next transfer
     /// begins.
