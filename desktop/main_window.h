@@ -29,6 +29,8 @@ struct Editor_parts {
 /// bar, Send and Stop under it, and the status bar.
 class Main_window : public QMainWindow {
   public:
+    /// `form` and what `parts` names outlive the window. What is seen and enabled follows them; the
+    /// close button is `form.close()`.
     Main_window(Kelvane_lite_form& form, Editor_parts parts);
 
   protected:
@@ -54,6 +56,7 @@ class Main_window : public QMainWindow {
     QPushButton* stop_ = nullptr;
 };
 
+/// The window of `form`, not yet shown.
 std::unique_ptr<Main_window> make_main_window(Kelvane_lite_form& form, Editor_parts parts);
 
 }  // namespace kelvane

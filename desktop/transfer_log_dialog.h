@@ -7,6 +7,7 @@
 
 namespace kelvane {
 
+/// The window of "Transfer log": the table with its filter.
 std::unique_ptr<QDialog> make_transfer_log_dialog(Transfer_log_form& form);
 
 }  // namespace kelvane

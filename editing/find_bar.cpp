@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "editing/go_to.h"
+
 namespace kelvane {
 
 namespace {

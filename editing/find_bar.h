@@ -16,6 +16,7 @@ namespace kelvane {
 /// line or a block. Searches let others in all the while and end when the text changes.
 class Find_bar {
   public:
+    /// Both outlive the bar.
     Find_bar(Event_loop& loop, Program_pane& pane);
 
     Control find_frame{"find_bar"};
@@ -39,8 +40,11 @@ class Find_bar {
 
     /// Opens the bar with what is selected, if that is within a line.
     void open_find();
+    /// Opens the bar for a line or a block in place of the other one.
     void open_go_to();
+    /// A search that runs ends; what has been found stays selected.
     void close();
+    /// From the selection on, and from the other end of the text if need be.
     void find_next() { start_find(false); }
     void find_previous() { start_find(true); }
 

@@ -20,6 +20,8 @@ class Modal_reader {
     Modal_reader(Machining machining, const Program_survey& survey)
         : machining_(machining), memory_(survey) {}
 
+    /// The program's next line, without its end. Any bytes are safe to read; what is not understood
+    /// is a doubt of what it might have changed.
     void read_line(std::string_view line);
 
     [[nodiscard]] const Modal_state& state() const { return memory_.state(); }

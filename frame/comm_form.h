@@ -8,6 +8,7 @@ namespace kelvane {
 /// The window that is never shown and holds the serial port; unloading it closes the port.
 class Comm_form_lite : public Form {
   public:
+    /// `port` outlives the form.
     Comm_form_lite(Window_system& windows, Serial_comm& port)
         : Form(windows, "Comm_form_lite", {}), Serial_comm1(port) {}
 

@@ -32,6 +32,7 @@ struct Compared_program {
 /// "Compare": two programs beside each other, as far as they differ.
 class Compare_form : public Form {
   public:
+    /// `platform` outlives the form.
     explicit Compare_form(Platform& platform);
 
     Button Left_button{"Left_button", "&First program..."};
@@ -51,8 +52,8 @@ class Compare_form : public Form {
     Button Previous_button{"Previous_button", "&Previous difference"};
     Button Close_button{"Close_button", "Close"};
 
-    static constexpr char differs_mark = '>';
-    static constexpr std::size_t max_rows = 20'000;
+    static constexpr char differs_mark = '>';        ///< in front of a row that differs
+    static constexpr std::size_t max_rows = 20'000;  ///< of each list; the rest is only counted
 
     /// Shows `left` beside the program that was received last; when that is no other, beside one
     /// that the operator chooses.

@@ -18,6 +18,9 @@ namespace kelvane {
 /// force at once.
 class directories_form_lite : public Form {
   public:
+    /// OK puts the choices into `state` and the file dialog, and stores them. A file that cannot be
+    /// read or written is told in a box; nothing is stored over one that could not be read. All
+    /// outlive the form.
     directories_form_lite(Platform& platform, Shared_state& state,
                           Set_directory_form_lite& set_directory);
 

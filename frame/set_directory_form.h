@@ -14,6 +14,7 @@ namespace kelvane {
 /// refused in place.
 class Set_directory_form_lite : public Form {
   public:
+    /// `platform` outlives the form.
     explicit Set_directory_form_lite(Platform& platform);
 
     Text_box Directory_txt{"Directory_txt", "&Directory:"};

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "editing/find.h"
+#include "editing/go_to.h"
 #include "platform/lines.h"
 
 namespace kelvane {

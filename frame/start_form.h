@@ -20,6 +20,8 @@ namespace kelvane {
 /// there, and edits the blocks that are to be sent before it. The form sends nothing.
 class Start_form : public Form {
   public:
+    /// All outlive the form. `control` says whether other work is on, beside which nothing can be
+    /// sent; `state` which machine is selected.
     Start_form(Platform& platform, const Transfer_control& control, const Shared_state& state);
 
     Label program_label{"program_label"};  ///< file and machine
@@ -40,8 +42,9 @@ class Start_form : public Form {
     Button Send_button{"Send_button", "Send from here"};
     Button Cancel_button{"Cancel_button", "Cancel"};
 
+    /// What the operator wants sent.
     struct Start {
-        std::string path;
+        std::string path;  ///< of the whole program
         Program_part part;
     };
     /// Shows the form with a program and a line of it, from 0, over the other windows. No value

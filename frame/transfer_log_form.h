@@ -16,10 +16,12 @@ class Transfer_log_form : public Form {
   public:
     explicit Transfer_log_form(Platform& platform);
 
-    Text_box Filter_txt{"Filter_txt", "&Only with:"};  ///< words that a transfer must have
-    List_box Kind_lst{"Kind_lst", "&Show:"};
-    Table Transfers_tbl{"Transfers_tbl", "Transfers"};
+    // The table shows what both of these let through.
+    Text_box Filter_txt{"Filter_txt", "&Only with:"};   ///< words that a transfer must have
+    List_box Kind_lst{"Kind_lst", "&Show:"};            ///< all, sent, received, not done
+    Table Transfers_tbl{"Transfers_tbl", "Transfers"};  ///< under `transfer_log_columns`
     Label count_label{"count_label"};  ///< "3 of 340 transfers", or why there are none
+    /// Writes what the table shows to a file that the operator chooses; a failure is told in a box.
     Button Export_button{"Export_button", "&Export..."};
     Button Close_button{"Close_button", "Close"};
 

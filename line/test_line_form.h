@@ -36,6 +36,8 @@ class Test_line_form : public Form {
     Label state_label{"state_label"};      ///< whether the line is open, or why not
     Button Open_button{"Open_button", "&Open again"};
 
+    // What the machine drives, "CTS on", and the switches of the computer's own lines. All that
+    // works on the line is live while the line is this form's.
     Label cts_label{"cts_label"};
     Label dsr_label{"dsr_label"};
     Label dcd_label{"dcd_label"};
@@ -45,12 +47,12 @@ class Test_line_form : public Form {
 
     Button DC1_button{"DC1_button", "Send DC&1 (Xon)"};
     Button DC3_button{"DC3_button", "Send DC&3 (Xoff)"};
-    Text_box Line_txt{"Line_txt", "&Text:"};
+    Text_box Line_txt{"Line_txt", "&Text:"};  ///< sent by `on_wire`
     Button Send_line_button{"Send_line_button", "Send l&ine"};
     Button Loop_back_button{"Loop_back_button", "Loop-&back test"};  ///< stops one that runs
-    Label loop_back_label{"loop_back_label"};
+    Label loop_back_label{"loop_back_label"};  ///< what came back of what was sent
 
-    Label errors_label{"errors_label"};
+    Label errors_label{"errors_label"};  ///< framing, parity, overrun, breaks since the opening
     Line_view view;
     Button Clear_button{"Clear_button", "C&lear"};
     Button Close_button{"Close_button", "Close"};

@@ -7,7 +7,9 @@
 
 namespace kelvane {
 
+/// The picture on a box; the critical one stands for what could not be done.
 enum class Message_icon { none, information, exclamation, critical };
+/// The buttons of a box by what they say, the default one first.
 enum class Message_buttons {
     ok,
     ok_cancel,
@@ -17,7 +19,7 @@ enum class Message_buttons {
     ok_configure,   ///< "Configure ...", "OK"
     convert_or_raw  ///< "Convert", "As it came", "Cancel"
 };
-/// "Close" answers as "Cancel" does.
+/// The button pressed; "Close" answers as "Cancel" does.
 enum class Message_answer {
     ok,
     cancel,

@@ -24,6 +24,7 @@ struct Page_sketch {
 class Page_picture : public Control {
   public:
     using Control::Control;
+    /// Shows that page from now on.
     void set_page(Page_sketch page);
     [[nodiscard]] const Page_sketch& page() const { return page_; }
 
@@ -37,9 +38,9 @@ struct Value_range {
     int highest;
 };
 inline constexpr Value_range lines_per_page_range{10, 200};
-inline constexpr Value_range line_length_range{20, 250};
-inline constexpr Value_range margin_range{0, 60};
-inline constexpr Value_range font_size_range{4, 72};
+inline constexpr Value_range line_length_range{20, 250};  ///< characters
+inline constexpr Value_range margin_range{0, 60};         ///< blanks
+inline constexpr Value_range font_size_range{4, 72};      ///< points
 
 /// The field of a number and the reason why its text is refused, empty when it is not.
 struct Number_field {
@@ -58,6 +59,8 @@ struct Number_field {
 /// layout without such values.
 class Page_layout_form_lite : public Form {
   public:
+    /// OK puts the layout into `state` and stores it; `listing` makes the preview. All outlive the
+    /// form.
     Page_layout_form_lite(Platform& platform, Operator& op, Shared_state& state,
                           Program_listing& listing);
 

@@ -193,15 +193,20 @@ class Transfer_control {
 
     // --- The status bar
 
+    /// The machine that is selected.
     void show_machine(const std::string& machine) { status_.set_machine(machine); }
+    /// Its port and settings in short.
     void set_summary(const std::string& summary) { status_.set_summary(summary); }
+    /// Beside the idle machine, until the next transfer begins.
     void set_note(const std::string& note) { status_.set_note(note); }
     /// Behind the note that is there, and in the state field below the last transfer's result.
     void add_note(const std::string& note) { status_.add_note(note); }
+    /// Beside the idle machine, whatever transfers follow.
     void set_warning(const std::string& warning) { status_.set_warning(warning); }
     /// What the operator should know before the transfer that waits goes on; sentences with line
     /// feeds between them.
     void set_caution(const std::string& caution) { status_.set_caution(caution); }
+    /// The answer to what the operator has just done; before all else until the next transfer.
     void set_hint(const std::string& hint) { status_.set_hint(hint); }
 
   private:

@@ -36,13 +36,21 @@ class Transfer_status {
     void begin(std::string machine, std::string port);
     /// The port of the transfer, as `begin` was told.
     [[nodiscard]] const std::string& port() const { return port_; }
+    /// The transfer is in that state from now on.
     void set(Transfer_state state);
     [[nodiscard]] Transfer_state state() const { return state_; }
+    /// Bytes of the program to be sent and lines that it has; `first_line`, from 1, of a part that
+    /// is sent to its end, 0 of a whole program.
     void expect(std::uint64_t bytes, std::size_t lines, std::size_t first_line);
+    /// A line, from 1, and its text: the last that has begun to leave.
     void at_line(std::size_t line, std::string text);
+    /// Bytes of the program, from its start, that have been handed to the line.
     void count_program(std::uint64_t bytes) { record_.sent = bytes; }
+    /// So many more bytes have crossed the line; the first ones start the clock.
     void add_bytes(std::size_t bytes);
+    /// What has crossed so far (select codes) does not count; the clock waits again.
     void restart_count();
+    /// That have crossed the line.
     [[nodiscard]] std::int64_t bytes() const { return record_.bytes; }
     /// What is known of the transfer: all but its end.
     [[nodiscard]] Transfer_record record() const;
@@ -50,7 +58,8 @@ class Transfer_status {
     void set_caution(std::string caution);
     /// What the transfer has come to, for the state field.
     void set_result(const Transfer_record& record);
-    /// The transfer has ended, its state is idle again. `note` stays until the next transfer ("Received bytes are kept in ...").
+    /// The transfer has ended, its state is idle again. `note` stays until the next transfer
+    /// ("Received bytes are kept in ...").
     void end(std::string note);
     /// Shows `hint`, the answer to what has just been done, before all else until the next transfer
     /// begins.

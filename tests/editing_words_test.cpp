@@ -4,6 +4,7 @@
 
 #include "editing/block_words.h"
 #include "editing/find.h"
+#include "editing/go_to.h"
 
 namespace kelvane {
 namespace {

@@ -85,8 +85,6 @@ class Sub_file_reader {
     [[nodiscard]] std::uint64_t total() const { return total_; }
     /// Lines of the main program. Valid after `check()`.
     [[nodiscard]] std::size_t main_lines() const { return main_file_->lines; }
-    /// True when the main program calls a sub-file. Valid after `check()`.
-    [[nodiscard]] bool calls_sub_files() const { return main_ != nullptr && !main_->calls.empty(); }
 
     /// With `reset` begins again and leaves `line` alone; with any other number the next line,
     /// without its end. False at the end, before a successful `check()`, and after an `error()`.
@@ -169,6 +167,7 @@ class Sub_file_reader {
                                                             Call_site& site);
     std::nullopt_t fail(const Program_file& file, std::size_t line, std::string reason);
 
+    [[nodiscard]] bool calls_sub_files() const { return main_ != nullptr && !main_->calls.empty(); }
     void begin_again();
     [[nodiscard]] bool enter(const Call_site& site, std::string& line);
     [[nodiscard]] bool may_have_changed(const Program_file& file) const;
