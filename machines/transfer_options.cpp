@@ -1,6 +1,7 @@
 #include "machines/transfer_options.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "machines/machine_fields.h"
@@ -24,6 +25,7 @@ struct Handshake_characters {
 
 // DC1 and DC3 in the parity of each tape code; EIA machines take the even-parity forms.
 constexpr Handshake_characters handshake_characters[] = {{17, 147}, {145, 19}, {17, 19}, {17, 147}};
+static_assert(std::size(handshake_characters) == tape_code_count);
 
 struct Block_end {
     const char* sent;
