@@ -124,7 +124,7 @@ int main(int argc, char** argv) {
         program.end_unasked();
     });
     application.after_fault = [&program] { program.window.report_fault(Fault::unexpected); };
-    if (!desktop.another_instance_runs()) {
+    if (desktop.claim_program_directory()) {
         files.remove_left_behind();
     }
     program.start();

@@ -113,26 +113,22 @@ std::string Qt_desktop_services::stamp_text(std::time_t stamp) const {
     return short_date(time.date()) + " " + short_time(time.time());
 }
 
-bool Qt_desktop_services::another_instance_runs() {
+Result<> Qt_desktop_services::claim_program_directory() {
     if (lock_ >= 0) {
-        return false;
+        return {};
     }
-    lock_trouble_.clear();
     lock_ = open_lock(lock_path_.c_str());
-    if (lock_ < 0) {
-        // A folder that takes no lock file at all (read-only, full) does not keep anybody out.
-        const bool hidden = errno == EACCES;
-        lock_trouble_ = hidden ? "The lock file " + lock_path_ +
-                                     " belongs to another user and cannot be opened.\nHave Kelvane "
-                                     "Lite ended there, then have that file deleted."
-                               : "";
-        return hidden;
+    if (lock_ < 0 && errno == EACCES) {
+        return Failure{"The lock file " + lock_path_ +
+                       " belongs to another user and cannot be opened.\nHave Kelvane Lite ended "
+                       "there, then have that file deleted."};
     }
-    const bool taken = ::flock(lock_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
-    if (taken) {
+    // A folder that takes no lock file at all (read-only, full) does not keep anybody out.
+    if (lock_ >= 0 && ::flock(lock_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
         ::close(std::exchange(lock_, -1));
+        return Failure{};
     }
-    return taken;
+    return {};
 }
 
 void Qt_desktop_services::copy_text(std::u16string text) {

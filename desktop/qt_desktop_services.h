@@ -27,8 +27,7 @@ class Qt_desktop_services : public Desktop_services {
     [[nodiscard]] std::string stamp_text(std::time_t stamp) const override;
     [[nodiscard]] std::string command_line() const override { return command_line_; }
     /// The lock is the kernel's and ends with the process, however that ends.
-    [[nodiscard]] bool another_instance_runs() override;
-    [[nodiscard]] std::string lock_trouble() const override { return lock_trouble_; }
+    [[nodiscard]] Result<> claim_program_directory() override;
     void copy_text(std::u16string text) override;
     [[nodiscard]] std::u16string copied_text() const override;
     [[nodiscard]] std::vector<Serial_device> serial_devices() const override;
@@ -38,7 +37,6 @@ class Qt_desktop_services : public Desktop_services {
   private:
     std::string command_line_;
     std::string lock_path_;
-    std::string lock_trouble_;
     int lock_ = -1;
     Sleep_inhibitor sleep_;
 };

@@ -112,19 +112,19 @@ Task<bool> Kelvane_lite_form::may_stop_transfer() {
 }
 
 void Kelvane_lite_form::on_load() {
-    refused_ = platform.desktop.another_instance_runs();
+    const auto claimed = platform.desktop.claim_program_directory();
+    refused_ = !claimed;
     if (refused_) {
         exit_status = status_of_second_instance;
-        tasks.start(refuse());
+        tasks.start(refuse(claimed.reason()));
     } else {
         start_up();
     }
 }
 
-Task<> Kelvane_lite_form::refuse() {
-    const std::string trouble = platform.desktop.lock_trouble();
+Task<> Kelvane_lite_form::refuse(std::string reason) {
     const Message busy{
-        trouble.empty() ? "Kelvane Lite is currently busy.\nTry sending your file later." : trouble,
+        reason.empty() ? "Kelvane Lite is currently busy.\nTry sending your file later." : reason,
         "Sorry...", Message_icon::critical, Message_buttons::ok};
     co_await ask(busy);
     unload();

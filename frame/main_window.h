@@ -121,7 +121,7 @@ class Kelvane_lite_form : public Form, public Operator {
     void show_title(const std::string& transfer);
     void keep_record(Transfer_record& record);
     [[nodiscard]] Task<> ask_and_close();
-    [[nodiscard]] Task<> refuse();
+    [[nodiscard]] Task<> refuse(std::string reason);
     [[nodiscard]] Task<> tell_fault(Fault fault);
     [[nodiscard]] Task<> tell_unwritten_and_end(std::string reason);
 

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/result.h"
+
 namespace kelvane {
 
 /// A serial device that is there now.
@@ -43,11 +45,10 @@ class Desktop_services {
     [[nodiscard]] virtual std::string stamp_text(std::time_t stamp) const = 0;
     /// All arguments joined by one blank, the window system's own taken out.
     [[nodiscard]] virtual std::string command_line() const = 0;
-    /// True when another instance runs on the same program directory, of this or another user, or
-    /// when that cannot be known.
-    [[nodiscard]] virtual bool another_instance_runs() = 0;
-    /// Why that cannot be known, and what to do; empty when it is known.
-    [[nodiscard]] virtual std::string lock_trouble() const = 0;
+    /// Takes the program directory for this instance, until that ends. Fails when another one, of
+    /// this or another user, has it or may have it; the reason is empty when it simply runs, else
+    /// it says why that cannot be known, and what to do.
+    [[nodiscard]] virtual Result<> claim_program_directory() = 0;
     /// Puts text on the clipboard.
     virtual void copy_text(std::u16string text) = 0;
     /// The clipboard's text, lines ending at LF; empty without one.

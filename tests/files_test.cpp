@@ -306,15 +306,15 @@ TEST_F(Disk_files_test, a_write_protected_file_is_not_replaced) {
 TEST_F(Disk_files_test, a_program_directory_has_one_user_at_a_time) {
     ::umask(077);
     Qt_desktop_services first("", folder);
-    EXPECT_FALSE(first.another_instance_runs());
+    EXPECT_TRUE(first.claim_program_directory());
     fs::permissions(folder, fs::perms::all);
     const auto look_as_another_user = [&](bool trouble) {
         constexpr uid_t nobody = 65534;
         static_cast<void>(::setuid(nobody) == 0);
         Qt_desktop_services second("", folder);
-        const bool refused = second.another_instance_runs();
-        const bool named = second.lock_trouble().find(folder) != std::string::npos;
-        ::_exit(refused && named == trouble ? 0 : 1);
+        const auto claimed = second.claim_program_directory();
+        const bool named = claimed.reason().find(folder) != std::string::npos;
+        ::_exit(!claimed && named == trouble ? 0 : 1);
     };
     EXPECT_EXIT(look_as_another_user(false), ::testing::ExitedWithCode(0), "");
     fs::permissions(folder + "/Kelvane Lite lock", fs::perms::none);

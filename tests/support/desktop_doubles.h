@@ -181,8 +181,9 @@ class Recorded_desktop : public Desktop_services {
     std::string time_text() const override { return "10:30"; }
     std::string stamp_text(std::time_t) const override { return "09.09.01 03:46"; }
     std::string command_line() const override { return command; }
-    bool another_instance_runs() override { return another_runs; }
-    std::string lock_trouble() const override { return trouble; }
+    Result<> claim_program_directory() override {
+        return another_runs ? Result<>(Failure{trouble}) : Result<>();
+    }
     std::vector<Library> libraries() const override { return {{"Toolkit", "6.5.4"}}; }
     std::vector<Serial_device> serial_devices() const override { return devices; }
     void copy_text(std::u16string text) override { clipboard = std::move(text); }
