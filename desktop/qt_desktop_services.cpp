@@ -26,6 +26,7 @@
 #include "desktop/serial_names.h"
 #include "desktop/standard_streams.h"
 #include "platform/files.h"
+#include "session/file_names.h"
 
 namespace kelvane {
 
@@ -69,7 +70,7 @@ Serial_device device_of(const QSerialPortInfo& info) {
 Qt_desktop_services::Qt_desktop_services(std::string command_line,
                                          const std::string& program_directory)
     : command_line_(std::move(command_line)),
-      lock_path_(path_in(program_directory, "Kelvane Lite lock")) {}
+      lock_path_(path_in(program_directory, file_names::lock.substr(1))) {}
 
 Qt_desktop_services::~Qt_desktop_services() {
     if (lock_ >= 0) {

@@ -22,7 +22,6 @@ namespace kelvane {
 
 namespace {
 
-constexpr const char* stand_in_file = "\\Program listing.pdf";
 constexpr double page_margin_mm = 10;
 
 /// Makes the printing service spool into `folder` while it lives, in place of the system's folder
@@ -65,7 +64,7 @@ std::shared_ptr<QPrinter> with_margins(std::shared_ptr<QPrinter> printer) {
 std::shared_ptr<QPrinter> printer_without_service(const Files& files) {
     auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
     printer->setOutputFormat(QPrinter::PdfFormat);
-    printer->setOutputFileName(QFile::decodeName(files.program_path(stand_in_file).c_str()));
+    printer->setOutputFileName(QFile::decodeName(files.program_path(file_names::listing).c_str()));
     return with_margins(std::move(printer));
 }
 

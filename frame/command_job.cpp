@@ -93,8 +93,9 @@ void Command_job::Add_machine_name(int mode) {
         added = add_line(files, files.program_path(file_names::machine_list), name);
     } else {
         // No separator: files of this name are known to be looked for beside the directory.
-        added = files.replace(files.program_directory() + "Editor IO device list",
-                              Text_writer().line(default_machine).line(name).text());
+        added = files.replace(
+            files.program_directory() + std::string(file_names::machine_list.substr(1)),
+            Text_writer().line(default_machine).line(name).text());
     }
     const std::string pattern = files.program_path(port_settings_name(default_machine));
     const bool copies = can_be_file_name(name) && !files.exists(settings) && files.exists(pattern);

@@ -57,6 +57,10 @@ inline constexpr std::string_view unsaved_program = "\\Unsaved program";
 inline constexpr std::string_view window_places = "\\Window places";
 /// Size of the editor's letters in percent.
 inline constexpr std::string_view editor_zoom = "\\Editor zoom";
+/// A listing, when the system has no printer.
+inline constexpr std::string_view listing = "\\Program listing.pdf";
+/// Locked by the instance that runs on the program directory.
+inline constexpr std::string_view lock = "\\Kelvane Lite lock";
 /// Temporary files that are being written now, of which a killed run leaves some behind.
 inline constexpr std::string_view unfinished = "\\Kelvane Lite unfinished files";
 
