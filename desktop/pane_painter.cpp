@@ -2,16 +2,14 @@
 
 #include <algorithm>
 
+#include "editing/block_words.h"
+
 namespace kelvane {
 
 namespace {
 
 bool is_plain(char byte) {
     return byte > ' ' && byte < 0x7F;
-}
-
-bool is_control(char byte) {
-    return static_cast<unsigned char>(byte) < ' ' || byte == 0x7F;
 }
 
 }  // namespace

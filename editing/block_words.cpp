@@ -14,10 +14,6 @@ char upper(char c) {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-bool is_control(char c) {
-    return (static_cast<unsigned char>(c) < 0x20 && c != '\t') || c == 0x7F;
-}
-
 bool is_sign(char c) {
     return c == '+' || c == '-';
 }
@@ -43,6 +39,10 @@ Word_kind kind_of(char letter) {
 }
 
 }  // namespace
+
+bool is_control(char c) {
+    return (static_cast<unsigned char>(c) < 0x20 && c != '\t') || c == 0x7F;
+}
 
 char Block_reader::at(std::size_t place) const {
     return place < line_.size() ? line_[place] : '\0';

@@ -38,6 +38,9 @@ struct Block_word {
     bool computed = false;    ///< the value comes from a variable or an expression
 };
 
+/// True for what stands in no program but by accident or for a tape punch; a tab is a blank.
+[[nodiscard]] bool is_control(char c);
+
 /// Takes a line (without line end) apart, word by word, as ISO 6983 programs are written: words
 /// with or without blanks between and inside them, in capitals or small letters. Every byte but
 /// blanks is in one word. Time grows with the line's length and nothing else.

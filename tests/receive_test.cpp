@@ -63,40 +63,6 @@ TEST(Receive, EndsAfterTheTimeOutOfSilence) {
     }
 }
 
-TEST(Waiting, WakesUpAFewTimesASecondAndMissesNothing) {
-    const auto wake_ups = [](Shop_floor& shop) {
-        int count = 0;
-        const Clock_time end = shop.desk.loop.now() + 10s;
-        shop.machine().after(10s, [] {});
-        shop.desk.loop.run_until([&] { return ++count > 0 && shop.desk.loop.now() >= end; });
-        return count;
-    };
-    constexpr int most = 60;
-    Shop_floor shop({}, std::string(500, 'A') + "\r\n");
-    shop.start();
-    EXPECT_LE(wake_ups(shop), most) << "idle";
-    shop.receive();
-    EXPECT_LE(wake_ups(shop), most) << "for data";
-    shop.machine().sends("%\r\n");
-    shop.desk.loop.run_until([&] { return shop.desk.machine.in_buffer_count() > 0; });
-    const Clock_time came = shop.desk.loop.now();
-    shop.desk.loop.run_until([&] { return shop.window().control.receiving() == 1; });
-    EXPECT_LE(shop.desk.loop.now() - came, 50ms);
-    shop.wait_until_idle();
-    shop.pick(0, "PART.NC");
-    EXPECT_LE(wake_ups(shop), most) << "for Xon or Send";
-    shop.window().Send_button.click();
-    shop.pass(100ms);
-    shop.machine().sends(xoff);
-    shop.pass(100ms);
-    EXPECT_LE(wake_ups(shop), most) << "held by Xoff";
-    shop.machine().sends(xon);
-    shop.pass(300ms);
-    shop.window().Stop_button.click();
-    shop.pass(100ms);
-    EXPECT_LE(wake_ups(shop), most) << "paused";
-}
-
 TEST(Receive, AnswersALoneDc2WithTheMachinesXon) {
     Shop_floor shop({{4, " 1"}}, "");
     shop.receive();
@@ -363,6 +329,11 @@ TEST(SaveReceivedData, ConvertedOrRawAfterStopASendAndAnotherRun) {
     shop.start();
     shop.boxes().expect("There is no received data");
     command.click();
+    shop.desk.files.fail("read", "data not saved");
+    shop.boxes().expect("Cannot access file\n/kelvane/Received data not saved\nInput/output error");
+    command.click();
+    shop.pass(100ms);
+    shop.desk.files.repair();
     shop.receive();
     shop.machine().sends(wire);
     shop.pass(1s);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <memory>
 #include <utility>
 
 #include "platform/basic_text.h"
@@ -94,11 +93,6 @@ std::string tape_image_text(std::string_view image) {
 
 std::string working_copy(std::string content) {
     return is_tape_image(content) ? tape_image_text(content) : std::move(content);
-}
-
-std::shared_ptr<const std::string> working_copy(std::shared_ptr<const std::string> content) {
-    return is_tape_image(*content) ? std::make_shared<const std::string>(tape_image_text(*content))
-                                   : std::move(content);
 }
 
 }  // namespace kelvane

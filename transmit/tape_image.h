@@ -1,6 +1,5 @@
 #pragma once
 
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -23,7 +22,5 @@ namespace kelvane {
 
 /// A program as it is worked on: a tape image as text, every other content byte for byte.
 [[nodiscard]] std::string working_copy(std::string content);
-[[nodiscard]] std::shared_ptr<const std::string> working_copy(
-    std::shared_ptr<const std::string> content);
 
 }  // namespace kelvane
