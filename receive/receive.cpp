@@ -33,8 +33,9 @@ Message illegal_characters() {
         "Serial data error");
 }
 
-/// What the operator should know of a text that is about to be saved; `kept` is its end.
-std::string told_of(const Receive::Text& received, std::string_view kept) {
+/// What the operator should know of a text that is about to be saved; `kept` is its end, `separate`
+/// says that its programs get files of their own.
+std::string told_of(const Receive::Text& received, std::string_view kept, bool separate) {
     if (!received.recognised) {
         return "saved unconverted: tape code not recognised";
     }
@@ -42,7 +43,8 @@ std::string told_of(const Receive::Text& received, std::string_view kept) {
         std::string_view(received.text).substr(0, received.text.size() - kept.size());
     Reception_doubts doubts = received.doubts;
     drop_lines(doubts, static_cast<std::size_t>(std::count(dropped.begin(), dropped.end(), '\n')));
-    return doubts_text(doubts);
+    const std::string text = doubts_text(doubts);
+    return separate && !text.empty() ? text + "\n(lines counted through all programs)" : text;
 }
 
 }  // namespace
@@ -189,7 +191,7 @@ Task<Transfer_end> Receive::save_text(const Transfer_options& options, std::stri
     if (received.recognised) {
         session_.control.count_received_lines(count_lines(kept));
     }
-    const std::string doubts = told_of(received, kept);
+    const std::string doubts = told_of(received, kept, options.Separate_files != 0);
     Transfer_end end = co_await save(kept, options, std::move(path), doubts);
     end.remarks = doubts;
     if (received.recognised) {

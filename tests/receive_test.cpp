@@ -209,6 +209,11 @@ TEST(Receive, TellsWrongParityAfterTheSaveAndAJobTellsStandardError) {
     EXPECT_EQ(shop.file("NEW.NC"), "%\r\nO1\r\nG0X140.5\r\n") << "nothing is changed";
     EXPECT_NE(shop.log().find("\r\n" + said + "\r\n-----"), std::string::npos) << shop.log();
 
+    Shop_floor apart({{4, " 0"}, {18, " 1 "}}, "");
+    apart.start("/nc/PART.NC");
+    apart.boxes().expect(said + "\n(lines counted through all programs)");
+    apart.receive_from_machine("NEW.NC", wire);
+
     Shop_floor job({{4, " 0"}}, "");
     job.desk.files.put(job.desk.files.program_path(file_names::machine_list), "Mill\r\n");
     job.start("2|/nc/NEW.NC|Saw");
