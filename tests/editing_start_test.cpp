@@ -160,7 +160,7 @@ TEST(ModalState, OfEveryWayToWriteABlock) {
         {"both sets mixed", lathe, "G95\nG98", "G98?maker"},
         {"other units", mill, "G21G90X1.\nG20", "G20 G90 X1.?offset"},
         {"some makers' units", mill, "G71", "G71?maker"},
-        {"also on lathes", lathe, "G70\nG71U2.R1.", "G70?maker"},
+        {"also on lathes", lathe, "G71\nG71U2.R1.", "G71?maker"},
     };
     for (const auto& c : cases) {
         const std::string program = c.program + "\n";
@@ -180,7 +180,7 @@ TEST(StartProposal, WarnsOfWhatNeedsACarefulOperator) {
         {cycle, sure + "G81Z-1.R2.\n", "X3.", 4},
         {contour, "T0101\nG50S9\nG71P1Q2U1.\nN1G0X1.\n", "G1Z1.\nN2X9.", 5},
         {contour, "T0101\nG50S9\nG71P1Q2U1.\n", "N01G0X1.\nN2X9.", 4},
-        {contour_above, "T0101\nG50S9\nG71P1Q2U1.\nN1G0X1.\nN2X9.\n", "T0202\nG70P1Q2", 7},
+        {contour_above, "T0101\nG50S9\nG71P1Q2U1.\nN1G0X1.\nN2X9.\n", "G70P1Q2", 6},
         {half_cycle, "T0101\nG50S9\nG76P1R9\n", "G76X9.Z-9.P1Q1F1.", 4},
         {arc, sure, "G2X3.R1.", 4},
         {arc, sure + "G3X1.Y2.R3.\n", "X3.R5.", 5},
@@ -280,6 +280,9 @@ TEST(StartProposal, IsWhatAMachinistWouldWrite) {
         blocks_for(lathe_program, 7),
         IsSupersetOf({"G50 S2500", "G96 S180",
                       "(CHECK SPINDLE, M3, LINE 4, BUT THE TOOL HAS BEEN CHANGED, LINE 6)"}));
+    EXPECT_THAT(blocks_for("T0101\nG96S180M3\nX1.", 3),
+                IsSupersetOf({"(CHECK SPEED LIMIT, NOT SET BEFORE)", "(CHECK SPEED, S180, LINE 2)",
+                              "(CHECK SPINDLE, M3, LINE 2)"}));
     EXPECT_THAT(blocks_for("%\nO1\nG90T1M6\nM30\n\nO2\nX1.", 5), ElementsAre("%"));
     EXPECT_THAT(
         blocks_for("%\nO1\nG90T1D1M6\nM98P2\nX1.Y1.", 5),
