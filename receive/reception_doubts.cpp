@@ -41,26 +41,39 @@ Byte_counts counts_of(std::string_view raw) {
     return counts;
 }
 
+/// Characters of even and of odd parity.
+using Parities = std::array<std::size_t, 2>;
+
+/// Without parity somewhat more than half follow one by chance. With it most do so among those that
+/// have its bit, as many as the others or more, and among those that have not.
+bool most_follow(const Parities& with_bit, const Parities& without_bit, bool odd) {
+    const auto most = [odd](const Parities& group) {
+        return group[odd ? 1 : 0] * 2 >= group[odd ? 0 : 1] * 3;
+    };
+    const std::size_t others = with_bit[odd ? 0 : 1] + without_bit[odd ? 0 : 1];
+    return most(with_bit) && most(without_bit) && with_bit[0] + with_bit[1] > others;
+}
+
 /// The parity that the characters follow: true for odd. No value when they follow none.
 std::optional<bool> parity_of(const Byte_counts& bytes, Receive_column column) {
     const bool eia = column == receive_eia;
     const int parity_bit = eia ? 0x10 : 0x80;
-    std::size_t counts[2] = {0, 0};
-    std::size_t with_bit = 0;
+    Parities with_bit{};
+    Parities without_bit{};
     for (std::size_t value = 0; value < bytes.size(); ++value) {
         const char byte = static_cast<char>(value);
-        if (bytes[value] > 0 && carries_parity(byte)) {
-            counts[is_odd(byte) ? 1 : 0] += bytes[value];
-            with_bit += (byte & parity_bit) != 0 ? bytes[value] : 0;
+        if (carries_parity(byte)) {
+            ((byte & parity_bit) != 0 ? with_bit : without_bit)[is_odd(byte) ? 1 : 0] +=
+                bytes[value];
         }
     }
-    const bool odd = eia || counts[1] > counts[0];
-    const std::size_t followers = counts[odd ? 1 : 0];
-    const std::size_t others = counts[odd ? 0 : 1];
-    // Without parity somewhat more than half follow one by chance; but then few have its bit.
-    const bool follow =
-        others <= followers / 3 ? eia || with_bit > 0 : others < followers && with_bit > others;
-    return follow ? std::optional(odd) : std::nullopt;
+    const std::size_t even = with_bit[0] + without_bit[0];
+    const std::size_t odds = with_bit[1] + without_bit[1];
+    const bool odd = eia || odds > even;
+    const bool nearly_all = (odd ? even : odds) <= (odd ? odds : even) / 3;
+    const bool has_bit = eia || with_bit[0] + with_bit[1] > 0;
+    return (nearly_all && has_bit) || most_follow(with_bit, without_bit, odd) ? std::optional(odd)
+                                                                              : std::nullopt;
 }
 
 /// `raw` without what the options leave out at its two ends.

@@ -197,6 +197,11 @@ TEST(Recognition, WrongParityAndRemovedCharactersAreToldByLine) {
          "9 characters had wrong parity: line 3"},
         {"no parity to check", flipped(text, {4, 5, 22}), {}, ""},
         {"no parity, and a letter beyond ASCII", "(M\xdcNCHEN)\r\n" + text, {}, ""},
+        {"no parity, most of it beyond ASCII",
+         "(\xd7\xc5\xd0\xcd\xce\xc2\xc0\xdf \xce\xc1\xd0\xc0\xc1\xce\xd2\xca\xc0 "
+         "\xca\xce\xcd\xd2\xd3\xd0\xc0)\r\nG0X1\r\n",
+         {},
+         ""},
         {"device controls and blank tape in a parity of their own",
          "\x12" + std::string(9, '\0') + punched(text, 1) + "\x93\x7f",
          {},
