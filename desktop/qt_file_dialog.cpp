@@ -35,6 +35,19 @@ std::optional<std::string> first_selected(const QFileDialog& dialog) {
                               : std::optional(QFile::encodeName(selected.first()).toStdString());
 }
 
+/// Stays until a file has been named: Return in an empty field chooses nothing.
+class Naming_dialog : public QFileDialog {
+  public:
+    using QFileDialog::QFileDialog;
+
+  private:
+    void accept() override {
+        if (!first_selected(*this).value_or(std::string()).empty()) {
+            QFileDialog::accept();
+        }
+    }
+};
+
 }  // namespace
 
 QString Qt_file_dialog::first_folder() {
@@ -80,7 +93,7 @@ std::optional<std::string> Qt_file_dialog::chosen(const QFileDialog& dialog) {
 }
 
 Task<std::optional<std::string>> Qt_file_dialog::ask_file(File_purpose purpose) {
-    const Dialog_owner<QFileDialog> dialog("file_dialog", windows_.active_window());
+    const Dialog_owner<Naming_dialog> dialog("file_dialog", windows_.active_window());
     prepare(*dialog, purpose);
     const bool accepted = co_await windows_.run_in_place(*dialog);
     co_return accepted ? chosen(*dialog) : std::nullopt;

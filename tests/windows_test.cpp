@@ -109,6 +109,8 @@ class Finished_program : public ::testing::Test {
             dialog.close();
             return;
         }
+        QMetaObject::invokeMethod(files_to_choose, "accept");
+        EXPECT_TRUE(dialog.isVisible()) << "no file is named yet";
         files_to_choose->selectFile(std::exchange(chosen_file, QString()));
         QMetaObject::invokeMethod(files_to_choose, "accept");
     }
