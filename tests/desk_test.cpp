@@ -36,6 +36,13 @@ TEST(Desk, SaysBeforeDuringAndAfterASendWhatGoesOnAndKeepsALog) {
     shop.machine().sends(xoff);
     shop.pass(300ms);
     EXPECT_TRUE(says(" of 100, ") && says(" of 1,300 bytes") && says(" left")) << shop.status();
+    const auto bytes_told = [&shop] {
+        const std::string status = shop.status();
+        const std::size_t end = status.find(" of 1,300 bytes");
+        const std::size_t begin = status.rfind(' ', end - 1) + 1;
+        return status.substr(begin, end - begin);
+    };
+    const std::string held_at = bytes_told();
     const State_field::View& field = shop.window().state_field.view();
     EXPECT_EQ(field.words, "Held by Xoff");
     EXPECT_TRUE(field.share.ends_with(" %") && field.details.starts_with("PART.NC to Mill on COM1"))
@@ -45,6 +52,7 @@ TEST(Desk, SaysBeforeDuringAndAfterASendWhatGoesOnAndKeepsALog) {
     shop.wait_until_idle();
     EXPECT_TRUE(says("Stopped at line ") && says(", N1") && says(" of 1,300 bytes of PART.NC"))
         << shop.status();
+    EXPECT_EQ(bytes_told(), held_at) << "the broken line has not left";
     EXPECT_TRUE(field.advice.starts_with("The last block that has left for certain: line "));
     shop.send();
     EXPECT_TRUE(says("Sent PART.NC to Mill: 1,300 bytes, 100 lines in 0:0")) << shop.status();

@@ -193,7 +193,9 @@ Task<> Text_send::send_all_lines() {
             co_await sender_.sendit(std::move(*block), options_.TX_code);
             note_handed_over(line);
         }
-        count_line(line);
+        if (!sender_.given_up()) {
+            count_line(line);
+        }
     }
 }
 
