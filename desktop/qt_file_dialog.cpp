@@ -1,5 +1,6 @@
 #include "desktop/qt_file_dialog.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -29,10 +30,17 @@ QString qt_filter(const std::pair<std::string, std::string>& pair) {
     return to_screen(pair.first) + " (" + patterns.join(' ') + ")";
 }
 
+/// No value while nothing is named.
 std::optional<std::string> first_selected(const QFileDialog& dialog) {
-    const QStringList selected = dialog.selectedFiles();
+    const QString selected = dialog.selectedFiles().value(0);
     return selected.isEmpty() ? std::nullopt
-                              : std::optional(QFile::encodeName(selected.first()).toStdString());
+                              : std::optional(QFile::encodeName(selected).toStdString());
+}
+
+/// Without its folder when that is not there.
+void propose(QFileDialog& dialog, const std::string& path) {
+    const QFileInfo file(from_path(path));
+    dialog.selectFile(file.dir().exists() ? file.filePath() : file.fileName());
 }
 
 /// Stays until a file has been named: Return in an empty field chooses nothing.
@@ -42,7 +50,7 @@ class Naming_dialog : public QFileDialog {
 
   private:
     void accept() override {
-        if (!first_selected(*this).value_or(std::string()).empty()) {
+        if (first_selected(*this)) {
             QFileDialog::accept();
         }
     }
@@ -80,6 +88,7 @@ void Qt_file_dialog::prepare(QFileDialog& dialog, File_purpose purpose) {
     dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(QFileDialog::AnyFile);
     set_filters(dialog);
+    propose(dialog, std::exchange(proposed, {}));
 }
 
 std::optional<std::string> Qt_file_dialog::chosen(const QFileDialog& dialog) {

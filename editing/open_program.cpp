@@ -292,6 +292,7 @@ Task<bool> Open_program::save_as() {
         co_return false;
     }
     dialog_.title = "Save program as";
+    dialog_.proposed = path_;
     const auto chosen = co_await dialog_.ask_file(File_purpose::save);
     if (!chosen) {
         co_return false;

@@ -87,8 +87,9 @@ class Kelvane_lite_form : public Form, public Operator {
     void beep() override { platform.desktop.beep(); }
     void configure() override { ConfigMenuItem.front().click(); }
     Task<Message_answer> ask(Message message) override;
-    Task<std::optional<std::string>> ask_save_path(std::string title) override {
-        return kelvane::ask_save_path(platform, {std::move(title), {}, {}});
+    Task<std::optional<std::string>> ask_save_path(std::string title,
+                                                   std::string proposed) override {
+        return kelvane::ask_save_path(platform, {std::move(title), {}, {}, std::move(proposed)});
     }
 
     /// "PART.NC is being sent, 21 %. Stop it?"

@@ -18,6 +18,8 @@ class File_dialog {
 
     /// What the next file is asked for: "Send to Mill 2"; it holds for one showing.
     std::string title;
+    /// The path that the next file is proposed to have, or its name alone; for one showing.
+    std::string proposed;
     std::string initial_directory;
     /// Description and pattern pairs, separated by "|": "NC programs|*.nc;*.tap|All files|*".
     std::string filter;

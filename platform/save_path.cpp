@@ -44,6 +44,7 @@ Task<std::optional<std::string>> ask_save_path(const Platform& platform, Save_re
     while (true) {
         const Filter_for_once filter(platform.file_dialog, request.filter);
         platform.file_dialog.title = request.title;
+        platform.file_dialog.proposed = request.proposed;
         const auto chosen = co_await platform.file_dialog.ask_file(File_purpose::save);
         if (!chosen) {
             co_return std::nullopt;
@@ -57,6 +58,7 @@ Task<std::optional<std::string>> ask_save_path(const Platform& platform, Save_re
         if (answer == Message_answer::yes) {
             co_return path;
         }
+        request.proposed = std::move(path);
     }
 }
 

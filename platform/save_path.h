@@ -10,9 +10,10 @@ namespace kelvane {
 
 /// What is to be saved under a name that the operator chooses.
 struct Save_request {
-    std::string title;      ///< of the file dialog
-    std::string filter;     ///< for this showing; empty: the dialog's own
-    std::string extension;  ///< for a name that has none, with its dot; empty: none
+    std::string title;          ///< of the file dialog
+    std::string filter;         ///< for this showing; empty: the dialog's own
+    std::string extension;      ///< for a name that has none, with its dot; empty: none
+    std::string proposed = {};  ///< path, or name alone; empty: none
 };
 
 /// Asks for the name in the file dialog, and again when a file of that name is there and is not to

@@ -44,7 +44,7 @@ Task<> Save_received::run() {
     }
     auto content = co_await this->content(*reception);
     if (content) {
-        co_await save(*std::move(content));
+        co_await save(*std::move(content), reception->path);
     }
 }
 
@@ -89,8 +89,8 @@ Task<std::optional<Save_received::Content>> Save_received::converted(Unsaved_rec
     co_return Content{std::string(kept), doubts_text(doubts)};
 }
 
-Task<> Save_received::save(Content content) {
-    auto path = co_await session_.op.ask_save_path(title);
+Task<> Save_received::save(Content content, std::string proposed) {
+    auto path = co_await session_.op.ask_save_path(title, std::move(proposed));
     while (path) {
         const auto written = session_.files.replace(*path, content.text);
         if (written) {
@@ -118,7 +118,7 @@ Task<std::optional<std::string>> ask_next_path(Operator& op, Message failure, st
         if (answer != Message_answer::save_as) {
             co_return std::nullopt;
         }
-        auto other = co_await op.ask_save_path(title);
+        auto other = co_await op.ask_save_path(title, path);
         if (other) {
             co_return other;
         }

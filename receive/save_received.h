@@ -27,7 +27,7 @@ class Save_received {
     [[nodiscard]] Task<std::optional<Content>> content(Unsaved_reception reception);
     [[nodiscard]] Task<std::optional<Content>> converted(Unsaved_reception reception,
                                                          std::string raw);
-    [[nodiscard]] Task<> save(Content content);
+    [[nodiscard]] Task<> save(Content content, std::string proposed);
 
     const Session session_;
     const Code_tables& tables_;

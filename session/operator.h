@@ -39,9 +39,10 @@ class Operator {
     virtual void offer_file(const std::string& path) = 0;
     virtual void beep() = 0;
 
-    /// Asks in the file dialog, which has that title, where to save, and before a file is written
-    /// over. No value when the operator cancels.
-    virtual Task<std::optional<std::string>> ask_save_path(std::string title) = 0;
+    /// Asks in the file dialog, which has that title and proposes that path, where to save, and
+    /// before a file is written over. No value when the operator cancels.
+    virtual Task<std::optional<std::string>> ask_save_path(std::string title,
+                                                           std::string proposed) = 0;
     /// Opens the configuration of the serial port.
     virtual void configure() = 0;
     /// Shows a modal message and waits for its answer.

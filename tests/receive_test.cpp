@@ -315,6 +315,7 @@ TEST(Receive, AFailedSaveIsTriedAgainOrGoesElsewhere) {
         shop.desk.file_dialog.answers = {{File_purpose::save, "/nc/OTHER.NC"}};
         shop.wait_until_idle();
         EXPECT_EQ(shop.file("OTHER.NC"), "%\r\n");
+        EXPECT_EQ(shop.desk.file_dialog.shown_proposal, "/nc/NEW.NC");
         EXPECT_NE(shop.status().find("Received OTHER.NC from Mill: 3 bytes"), std::string::npos)
             << shop.status();
         EXPECT_EQ(shop.scratch(), "(missing)");
@@ -345,6 +346,7 @@ TEST(SaveReceivedData, ConvertedOrRawAfterStopASendAndAnotherRun) {
     shop.window().Stop_button.click();
     shop.pass(100ms);
     save_as("/nc/TEXT.NC", Message_answer::convert);
+    EXPECT_EQ(shop.desk.file_dialog.shown_proposal, "/nc/NEW.NC");
     EXPECT_EQ(shop.file("TEXT.NC"), "%\r\nG0X1\r\n");
     shop.send();
     shop.wait_until_idle();

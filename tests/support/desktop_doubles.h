@@ -143,6 +143,7 @@ class Scripted_file_dialog : public File_dialog {
     explicit Scripted_file_dialog(Event_loop& loop) : loop_(loop) {}
     Task<std::optional<std::string>> ask_file(File_purpose purpose) override {
         shown_title = std::exchange(title, {});
+        shown_proposal = std::exchange(proposed, {});
         while (stays_open) {
             co_await loop_.next();
         }
@@ -160,7 +161,7 @@ class Scripted_file_dialog : public File_dialog {
     std::deque<Answer> answers;
     /// Answers when the queue is empty.
     std::function<std::optional<std::string>(File_purpose)> otherwise;
-    std::string shown_title;  ///< of the last file dialog
+    std::string shown_title, shown_proposal;  ///< of the last file dialog
     std::optional<std::string> folder;
     bool stays_open = false;
 
