@@ -215,6 +215,27 @@ constexpr Off_code off_codes[] = {
     {Modal::interpolation, 131},
 };
 
+struct Statement {
+    std::string_view name;
+    Statement_effect effect;
+};
+
+constexpr Statement statements[] = {
+    {"CALL", Statement_effect::call},      {"IF", Statement_effect::condition},
+    {"GOTO", Statement_effect::jump},      {"GOTOF", Statement_effect::jump},
+    {"GOTOB", Statement_effect::jump},     {"GOTOC", Statement_effect::jump},
+    {"WHILE", Statement_effect::jump},     {"DO", Statement_effect::jump},
+    {"END", Statement_effect::jump},       {"REPEAT", Statement_effect::jump},
+    {"UNTIL", Statement_effect::jump},     {"LOOP", Statement_effect::jump},
+    {"FOR", Statement_effect::jump},       {"ELSE", Statement_effect::jump},
+    {"ENDIF", Statement_effect::jump},     {"CASE", Statement_effect::jump},
+    {"ENDW", Statement_effect::jump},      {"ENDFOR", Statement_effect::jump},
+    {"ENDLOOP", Statement_effect::jump},   {"THEN", Statement_effect::harmless},
+    {"POPEN", Statement_effect::harmless}, {"PCLOS", Statement_effect::harmless},
+    {"DPRNT", Statement_effect::harmless}, {"BPRNT", Statement_effect::harmless},
+    {"SETVN", Statement_effect::harmless}, {"MSG", Statement_effect::harmless},
+};
+
 std::optional<int> whole(std::string_view digits) {
     int value = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
@@ -257,6 +278,22 @@ M_use m_use(int code) {
     const auto* const row = std::find_if(std::begin(m_table), std::end(m_table),
                                          [code](const M_row& m) { return m.code == code; });
     return row == std::end(m_table) ? M_use{} : row->use;
+}
+
+Statement_effect statement_effect(std::string_view name) {
+    const auto* const row = std::find_if(std::begin(statements), std::end(statements),
+                                         [name](const Statement& s) { return s.name == name; });
+    return row == std::end(statements) ? Statement_effect::unread : row->effect;
+}
+
+bool takes_p(G_use use, int code) {
+    const bool holds = use.effect == G_effect::holds;
+    return !holds || (use.group == Modal::cycle && !is_off_code(use.group, code));
+}
+
+bool takes_p(M_use use) {
+    return use.effect == M_effect::call || use.effect == M_effect::ends ||
+           use.effect == M_effect::other;
 }
 
 bool is_off_code(Modal group, int code) {

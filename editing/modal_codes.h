@@ -101,6 +101,15 @@ struct M_use {
     Modal group = Modal::spindle;  ///< with `holds` only
 };
 
+/// What a word of two letters or more does.
+enum class Statement_effect : std::uint8_t {
+    jump,       ///< the next block may be another one: GOTO, WHILE, ELSE
+    condition,  ///< IF: a jump, but with THEN behind it only what stands there may be left out
+    call,       ///< of a file
+    harmless,   ///< changes nothing that a control remembers
+    unread,     ///< not in the table
+};
+
 /// Tenths of a G word's number as written: "01" is 10, "54.1" 541. No value for what is no code.
 std::optional<int> g_code(std::string_view number);
 /// The number of an M word, from 0.
@@ -109,6 +118,12 @@ std::optional<int> m_code(std::string_view number);
 /// What a code means; `tenths` as from `g_code`.
 G_use g_use(int tenths, Machining machining);
 M_use m_use(int code);
+/// `name` in capitals, without what stands behind it.
+Statement_effect statement_effect(std::string_view name);
+
+/// True for codes that may have a P of their own; `code` as in `Setting`.
+bool takes_p(G_use use, int code);
+bool takes_p(M_use use);
 
 /// Stands for a local shift of zero on all axes that had one.
 inline constexpr int no_shift = 0;

@@ -13,17 +13,6 @@ namespace {
 constexpr std::array<std::pair<char, Modal>, 3> secondary_axes = {
     {{'U', Modal::x}, {'V', Modal::y}, {'W', Modal::z}}};
 
-constexpr std::array<std::string_view, 17> jump_statements = {
-    "GOTO", "GOTOF", "GOTOB", "GOTOC", "WHILE", "DO",   "END",    "REPEAT", "UNTIL",
-    "LOOP", "FOR",   "ELSE",  "ENDIF", "CASE",  "ENDW", "ENDFOR", "ENDLOOP"};
-constexpr std::array<std::string_view, 8> harmless_statements = {"THEN",  "POPEN", "PCLOS", "DPRNT",
-                                                                 "BPRNT", "SETVN", "MSG",   "IF"};
-
-template <typename List>
-bool holds_name(const List& list, std::string_view name) {
-    return std::find(list.begin(), list.end(), name) != list.end();
-}
-
 bool is_named(const Block_words& block, std::string_view name) {
     return std::any_of(block.statements.begin(), block.statements.end(),
                        [name](const Block_word& word) { return upper_case(word.name) == name; });
@@ -32,17 +21,6 @@ bool is_named(const Block_words& block, std::string_view name) {
 /// What stands behind IF and THEN is done or left out.
 bool has_condition(const Block_words& block) {
     return is_named(block, "IF") && is_named(block, "THEN");
-}
-
-/// True for codes that may have a P of their own.
-bool takes_p(int code, G_use use) {
-    const bool holds = use.effect == G_effect::holds;
-    return !holds || (use.group == Modal::cycle && !is_off_code(use.group, code));
-}
-
-bool takes_p(M_use use) {
-    return use.effect == M_effect::call || use.effect == M_effect::ends ||
-           use.effect == M_effect::other;
 }
 
 bool is_zero(std::string_view number) {
@@ -104,12 +82,23 @@ void Modal_reader::read_block(const Block_words& block) {
 void Modal_reader::read_statements(const Block_words& block) {
     for (const Block_word& word : block.statements) {
         const std::string name = upper_case(word.name);
-        if (name == "CALL") {
-            call(&Program_survey::first_called_file, Doubt::called_file);
-        } else if (holds_name(jump_statements, name) || (name == "IF" && !has_condition(block))) {
-            read_jump(word);
-        } else if (!holds_name(harmless_statements, name)) {
-            memory_.doubt_all(Doubt::unread);
+        switch (statement_effect(name)) {
+            case Statement_effect::call:
+                call(&Program_survey::first_called_file, Doubt::called_file);
+                break;
+            case Statement_effect::condition:
+                if (!has_condition(block)) {
+                    read_jump(word);
+                }
+                break;
+            case Statement_effect::jump:
+                read_jump(word);
+                break;
+            case Statement_effect::harmless:
+                break;
+            case Statement_effect::unread:
+                memory_.doubt_all(Doubt::unread);
+                break;
         }
     }
 }
@@ -230,7 +219,7 @@ const Block_word* Modal_reader::p_of(const Block_word& word, Modal group,
     const bool is_shared = std::any_of(block.g.begin(), block.g.end(),
                                        [this](const Block_word& w) {
                                            const int code = g_code(w.number).value_or(-1);
-                                           return takes_p(code, g_use(code, machining_));
+                                           return takes_p(g_use(code, machining_), code);
                                        }) ||
                            std::any_of(block.m.begin(), block.m.end(), [](const Block_word& w) {
                                return takes_p(m_use(m_code(w.number).value_or(-1)));
@@ -351,7 +340,7 @@ void Modal_reader::read_axis(Modal axis, const Block_word& word) {
     const Doubt why = word.computed            ? Doubt::variable
                       : word.number.empty()    ? Doubt::unread
                       : axes_ == Axes::unknown ? Doubt::maker_differs
-                                               : position_doubt();
+                                               : position_doubt(state(), machining_);
     if (why == Doubt::incremental) {
         memory_.doubt(axis, why);  // what it was before is worth showing
         return;
@@ -371,30 +360,6 @@ void Modal_reader::read_incremental(Modal axis, const Block_word* word) {
     memory_.doubt(axis, axes_ == Axes::reference ? Doubt::reference
                         : turning                ? Doubt::incremental
                                                  : Doubt::maker_differs);
-}
-
-Doubt Modal_reader::position_doubt() const {
-    for (const Modal group :
-         {Modal::scaling, Modal::mirror, Modal::rotation, Modal::polar, Modal::interpolation}) {
-        if (state().active(group)) {
-            return Doubt::transformation;
-        }
-    }
-    if (state().active(Modal::macro_call)) {
-        return Doubt::sub_program;
-    }
-    const bool turning = machining_ == Machining::turning;
-    if (turning && state().active(Modal::cycle)) {
-        return Doubt::cycle;
-    }
-    const Setting& distance = state()[Modal::distance];
-    if (turning && distance.word.empty()) {
-        return Doubt::none;
-    }
-    if (!distance.known()) {
-        return Doubt::distance;
-    }
-    return distance.code == 910 ? Doubt::incremental : Doubt::none;
 }
 
 void Modal_reader::read_values(const Block_words& block) {

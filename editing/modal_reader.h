@@ -49,7 +49,6 @@ class Modal_reader {
     void run_cycle(const Block_words& block);
     void read_axis(Modal axis, const Block_word& word);
     void read_incremental(Modal axis, const Block_word* word);
-    [[nodiscard]] Doubt position_doubt() const;
     void read_values(const Block_words& block);
     void read_offsets(const Block_words& block);
     void doubt_arguments();

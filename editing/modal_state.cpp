@@ -56,4 +56,28 @@ bool Modal_state::on(Modal group) const {
     return active(group) && !is_off_code(group, (*this)[group].code);
 }
 
+Doubt position_doubt(const Modal_state& state, Machining machining) {
+    for (const Modal group :
+         {Modal::scaling, Modal::mirror, Modal::rotation, Modal::polar, Modal::interpolation}) {
+        if (state.active(group)) {
+            return Doubt::transformation;
+        }
+    }
+    if (state.active(Modal::macro_call)) {
+        return Doubt::sub_program;
+    }
+    const bool turning = machining == Machining::turning;
+    if (turning && state.active(Modal::cycle)) {
+        return Doubt::cycle;
+    }
+    const Setting& distance = state[Modal::distance];
+    if (turning && distance.word.empty()) {
+        return Doubt::none;
+    }
+    if (!distance.known()) {
+        return Doubt::distance;
+    }
+    return distance.code == 910 ? Doubt::incremental : Doubt::none;
+}
+
 }  // namespace kelvane

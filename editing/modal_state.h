@@ -80,4 +80,7 @@ struct Modal_state {
     [[nodiscard]] bool on(Modal group) const;
 };
 
+/// Why the number of an axis word in the next block may not be where the axis goes to.
+[[nodiscard]] Doubt position_doubt(const Modal_state& state, Machining machining);
+
 }  // namespace kelvane
