@@ -44,17 +44,14 @@ Byte_counts counts_of(std::string_view raw) {
 /// Characters of even and of odd parity.
 using Parities = std::array<std::size_t, 2>;
 
-/// Without parity somewhat more than half follow one by chance. With it most do so among those that
-/// have its bit, as many as the others or more, and among those that have not.
-bool most_follow(const Parities& with_bit, const Parities& without_bit, bool odd) {
-    const auto most = [odd](const Parities& group) {
-        return group[odd ? 1 : 0] * 2 >= group[odd ? 0 : 1] * 3;
-    };
-    const std::size_t others = with_bit[odd ? 0 : 1] + without_bit[odd ? 0 : 1];
-    return most(with_bit) && most(without_bit) && with_bit[0] + with_bit[1] > others;
+/// More than would follow a parity by chance.
+bool most_follow(const Parities& group, bool odd) {
+    return group[odd ? 1 : 0] * 2 >= group[odd ? 0 : 1] * 3;
 }
 
-/// The parity that the characters follow: true for odd. No value when they follow none.
+/// The parity that the characters follow: true for odd. No value when they follow none: when they
+/// are not nearly all, those that have its bit and those that have not must each do so mostly, and
+/// more must have the bit than do otherwise.
 std::optional<bool> parity_of(const Byte_counts& bytes, Receive_column column) {
     const bool eia = column == receive_eia;
     const int parity_bit = eia ? 0x10 : 0x80;
@@ -67,13 +64,16 @@ std::optional<bool> parity_of(const Byte_counts& bytes, Receive_column column) {
                 bytes[value];
         }
     }
-    const std::size_t even = with_bit[0] + without_bit[0];
-    const std::size_t odds = with_bit[1] + without_bit[1];
-    const bool odd = eia || odds > even;
-    const bool nearly_all = (odd ? even : odds) <= (odd ? odds : even) / 3;
-    const bool has_bit = eia || with_bit[0] + with_bit[1] > 0;
-    return (nearly_all && has_bit) || most_follow(with_bit, without_bit, odd) ? std::optional(odd)
-                                                                              : std::nullopt;
+    const Parities all = {with_bit[0] + without_bit[0], with_bit[1] + without_bit[1]};
+    const bool odd = eia || all[1] > all[0];
+    const std::size_t followers = all[odd ? 1 : 0];
+    const std::size_t others = all[odd ? 0 : 1];
+    const std::size_t having_bit = with_bit[0] + with_bit[1];
+    const bool follow =
+        others <= followers / 3
+            ? eia || having_bit > 0
+            : most_follow(with_bit, odd) && most_follow(without_bit, odd) && having_bit > others;
+    return follow ? std::optional(odd) : std::nullopt;
 }
 
 /// `raw` without what the options leave out at its two ends.
