@@ -33,9 +33,7 @@ Task<std::optional<Message>> Make_scratchpad_copy(Event_loop& loop, Files& files
     if (!read) {
         co_return cannot_copy("Disk read error", path, read.reason());
     }
-    // The text of the open program is shared with its pane; only a tape image makes another one.
-    content = is_tape_image(**read) ? std::make_shared<const std::string>(tape_image_text(**read))
-                                    : *read;
+    content = working_copy(*read);
     co_return co_await Write_scratchpad_copy(loop, files, *content);
 }
 

@@ -95,4 +95,9 @@ std::string working_copy(std::string content) {
     return is_tape_image(content) ? tape_image_text(content) : std::move(content);
 }
 
+std::shared_ptr<const std::string> working_copy(std::shared_ptr<const std::string> content) {
+    return is_tape_image(*content) ? std::make_shared<const std::string>(tape_image_text(*content))
+                                   : std::move(content);
+}
+
 }  // namespace kelvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -22,5 +23,8 @@ namespace kelvane {
 
 /// A program as it is worked on: a tape image as text, every other content byte for byte.
 [[nodiscard]] std::string working_copy(std::string content);
+/// The same of a shared text: of itself, or of a new one for a tape image.
+[[nodiscard]] std::shared_ptr<const std::string> working_copy(
+    std::shared_ptr<const std::string> content);
 
 }  // namespace kelvane
