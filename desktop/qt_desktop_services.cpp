@@ -70,7 +70,7 @@ Serial_device device_of(const QSerialPortInfo& info) {
 Qt_desktop_services::Qt_desktop_services(std::string command_line,
                                          const std::string& program_directory)
     : command_line_(std::move(command_line)),
-      lock_path_(path_in(program_directory, file_names::lock.substr(1))) {}
+      lock_path_(path_in(program_directory, file_names::bare(file_names::lock))) {}
 
 Qt_desktop_services::~Qt_desktop_services() {
     if (lock_ >= 0) {

@@ -94,7 +94,7 @@ void Command_job::Add_machine_name(int mode) {
     } else {
         // No separator: files of this name are known to be looked for beside the directory.
         added = files.replace(
-            files.program_directory() + std::string(file_names::machine_list.substr(1)),
+            files.program_directory() + std::string(file_names::bare(file_names::machine_list)),
             Text_writer().line(default_machine).line(name).text());
     }
     const std::string pattern = files.program_path(port_settings_name(default_machine));

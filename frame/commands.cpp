@@ -126,7 +126,6 @@ Task<bool> Commands::resequence() {
         co_await window_.ask(*trouble);
         co_return false;
     }
-    resequence_form_.renumbered = false;
     co_await resequence_form_.show_modal();
     co_return resequence_form_.renumbered;
 }

@@ -33,7 +33,7 @@ constexpr std::string_view illegal_seven_bits =
 /// possible, must not hit a machine's settings should that directory be the program's own, and a
 /// file that is there already must be such a settings file.
 bool may_write_bare_file(const Files& files, const std::string& name) {
-    const std::string_view own_file = file_names::port_settings.substr(1);
+    const std::string_view own_file = file_names::bare(file_names::port_settings);
     if (!can_be_file_name(name) || upper_case(name).starts_with(upper_case(own_file))) {
         return false;
     }

@@ -20,7 +20,7 @@ std::string named_port_settings_name(std::string_view machine) {
 }
 
 std::optional<std::string> machine_file_path(const Files& files, std::string_view file_name) {
-    if (!can_be_file_name(file_name.substr(1))) {
+    if (!can_be_file_name(file_names::bare(file_name))) {
         return std::nullopt;
     }
     return files.program_path(file_name);

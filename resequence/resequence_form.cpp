@@ -93,6 +93,7 @@ void resequence_form_lite::close() {
 }
 
 void resequence_form_lite::on_load() {
+    renumbered = false;
     settling_ = true;
     set_defaults();
     read_options_file();

@@ -64,6 +64,11 @@ inline constexpr std::string_view lock = "\\Kelvane Lite lock";
 /// Temporary files that are being written now, of which a killed run leaves some behind.
 inline constexpr std::string_view unfinished = "\\Kelvane Lite unfinished files";
 
+/// One of these names, or one made of them, without its backslash.
+[[nodiscard]] constexpr std::string_view bare(std::string_view name) {
+    return name.substr(1);
+}
+
 }  // namespace kelvane::file_names
 
 namespace kelvane {

@@ -80,7 +80,8 @@ bool same_machine_name(std::string_view one, std::string_view other) {
 }
 
 std::string fault_of_machine_name(std::string_view name) {
-    const std::string file = port_settings_name(name).substr(1);
+    const std::string settings = port_settings_name(name);
+    const std::string_view file = file_names::bare(settings);
     if (!can_be_file_name(file)) {
         return "This cannot be part of a file name.";
     }
