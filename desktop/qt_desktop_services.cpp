@@ -56,13 +56,28 @@ std::string short_time(const QTime& time) {
     return from_screen(QLocale::system().toString(time, QLocale::ShortFormat), Text_form::name);
 }
 
-Serial_device device_of(const QSerialPortInfo& info) {
+std::string node_of(const QSerialPortInfo& info) {
+    return QFile::encodeName(info.systemLocation()).toStdString();
+}
+
+/// Adapters leave some factories with the same serial number each.
+std::vector<std::string> twins_of(const QSerialPortInfo& info, const QList<QSerialPortInfo>& all) {
+    std::vector<std::string> twins;
+    for (const QSerialPortInfo& other : all) {
+        if (other.serialNumber() == info.serialNumber() && node_of(other) != node_of(info)) {
+            twins.push_back(node_of(other));
+        }
+    }
+    return twins;
+}
+
+Serial_device device_of(const QSerialPortInfo& info, const QList<QSerialPortInfo>& all) {
     QStringList words = {info.description(), info.manufacturer(), info.serialNumber()};
     words.removeAll(QString());
     words.removeDuplicates();
-    const std::string node = QFile::encodeName(info.systemLocation()).toStdString();
-    return {lasting_name(node, !info.serialNumber().isEmpty()), words.join(", ").toStdString(),
-            node, xoff_delay(node)};
+    const std::string node = node_of(info);
+    return {lasting_name(node, !info.serialNumber().isEmpty(), twins_of(info, all)),
+            words.join(", ").toStdString(), node, xoff_delay(node), names_that_lead_to(node)};
 }
 
 }  // namespace
@@ -143,8 +158,9 @@ std::u16string Qt_desktop_services::copied_text() const {
 
 std::vector<Serial_device> Qt_desktop_services::serial_devices() const {
     std::vector<Serial_device> devices;
-    for (const QSerialPortInfo& info : QSerialPortInfo::availablePorts()) {
-        devices.push_back(device_of(info));
+    const QList<QSerialPortInfo> all = QSerialPortInfo::availablePorts();
+    for (const QSerialPortInfo& info : all) {
+        devices.push_back(device_of(info, all));
     }
     QCollator by_number;
     by_number.setNumericMode(true);

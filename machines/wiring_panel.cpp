@@ -1,6 +1,7 @@
 #include "machines/wiring_panel.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "machines/configure_form.h"
 
@@ -17,6 +18,16 @@ std::string device_text(const Serial_device& device) {
     }
     return device.path == device.node ? device.path + "  " + device.description
                                       : device.description + "  " + device.path;
+}
+
+/// A name by the socket leads to what is plugged into it, whatever else there is.
+bool stays(const Serial_device& device, std::string_view name) {
+    return name == device.path || name.find("/by-path/") != std::string_view::npos;
+}
+
+bool leads_to(const Serial_device& device, std::string_view name) {
+    return name == device.path || name == device.node ||
+           std::find(device.names.begin(), device.names.end(), name) != device.names.end();
 }
 
 }  // namespace
@@ -77,7 +88,7 @@ void Wiring_panel::refresh() {
 
 const Serial_device* Wiring_panel::shown_device() const {
     const auto found = std::find_if(found_.begin(), found_.end(), [this](const auto& device) {
-        return device.path == Device_txt.text() || device.node == Device_txt.text();
+        return leads_to(device, Device_txt.text());
     });
     return found == found_.end() ? nullptr : &*found;
 }
@@ -95,7 +106,7 @@ void Wiring_panel::show_found_device() {
     }
     device_hint.set_caption(hint(device));
     lasting_button.set_enabled(Device_txt.enabled() && device != nullptr &&
-                               device->path != Device_txt.text());
+                               !stays(*device, Device_txt.text()));
 }
 
 std::string Wiring_panel::hint(const Serial_device* device) const {
@@ -108,7 +119,7 @@ std::string Wiring_panel::hint(const Serial_device* device) const {
     if (device == nullptr) {
         return "This device is not among those found now.";
     }
-    return device->path == Device_txt.text()
+    return stays(*device, Device_txt.text())
                ? ""
                : "After a restart this name may be another adapter's.";
 }

@@ -16,6 +16,9 @@ struct Serial_device {
     /// Characters by which a lone Xoff is seen late, because its chip waits for more and may not be
     /// told otherwise.
     int xoff_delay = 0;
+    /// All names that lead to it now beside `node`, also those that another device may have after a
+    /// restart.
+    std::vector<std::string> names{};
 };
 
 /// A library that the program runs with.

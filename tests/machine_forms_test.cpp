@@ -407,7 +407,11 @@ TEST_F(Machine_forms, a_com_number_is_wired_on_apply_only) {
 TEST_F(Machine_forms, a_name_that_may_become_anothers_is_told_and_replaced_with_one_press) {
     put("Serial port devices", "COM1=/dev/ttyUSB1\r\n");
     house.desktop.devices = {{"/dev/serial/by-id/a", "Maker, A1", "/dev/ttyUSB0"},
-                             {"/dev/serial/by-path/b", "", "/dev/ttyUSB1", 5}};
+                             {"/dev/serial/by-path/b",
+                              "",
+                              "/dev/ttyUSB1",
+                              5,
+                              {"/dev/serial/by-id/shared", "/dev/serial/by-path/b2"}}};
     form.show();
     EXPECT_THAT(form.wiring.Device_lst.items(),
                 ElementsAre("Maker, A1  /dev/serial/by-id/a", "/dev/serial/by-path/b"));
@@ -418,6 +422,13 @@ TEST_F(Machine_forms, a_name_that_may_become_anothers_is_told_and_replaced_with_
     EXPECT_EQ(form.wiring.Device_txt.text(), "/dev/serial/by-path/b");
     EXPECT_EQ(form.wiring.device_hint.caption(), "");
     EXPECT_FALSE(form.wiring.lasting_button.enabled());
+    for (const auto& [name, stays] : {std::pair("/dev/serial/by-id/shared", false),
+                                      std::pair("/dev/serial/by-path/b2", true)}) {
+        form.wiring.Device_txt.set_text(name);
+        EXPECT_EQ(form.wiring.Device_lst.selected(), 1);
+        EXPECT_EQ(form.wiring.lasting_button.enabled(), !stays) << name;
+        EXPECT_EQ(form.wiring.device_hint.caption().empty(), stays) << name;
+    }
 
     form.Advanced_button.click();
     advanced.HS_loop_txt.set_text("3");
@@ -427,7 +438,7 @@ TEST_F(Machine_forms, a_name_that_may_become_anothers_is_told_and_replaced_with_
     EXPECT_EQ(advanced.HS_loop_hint.caption(),
               "Up to 11 characters follow an Xoff; many controls accept only 10.");
     form.apply_button.click();
-    EXPECT_EQ(file("Serial port devices"), "COM1=/dev/serial/by-path/b\r\n");
+    EXPECT_EQ(file("Serial port devices"), "COM1=/dev/serial/by-path/b2\r\n");
 }
 
 TEST_F(Machine_forms, the_two_ends_of_a_reception_exclude_each_other) {

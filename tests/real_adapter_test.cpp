@@ -154,8 +154,15 @@ TEST(Lasting_name_test, goes_by_the_adapter_that_can_be_told_apart_else_by_the_s
         {"ttyS0", false, "ttyS0"},
         {"ttyUSB7", true, "ttyUSB7"}};
     for (const auto& [node, numbered, name] : cases) {
-        EXPECT_EQ(lasting_name(folder.path(node), numbered, folder.path("")), folder.path(name));
+        EXPECT_EQ(lasting_name(folder.path(node), numbered, {}, folder.path("")),
+                  folder.path(name));
     }
+    const auto with_twin = [&folder](const char* twin) {
+        return lasting_name(folder.path("ttyUSB1"), true, {folder.path(twin)}, folder.path(""));
+    };
+    EXPECT_EQ(with_twin("ttyUSB0"), folder.path("by-id/usb-Maker")) << "each has its name";
+    EXPECT_EQ(with_twin("ttyS0"), folder.path("by-path/pci-usb-1")) << "one name for the two";
+    EXPECT_EQ(names_that_lead_to(folder.path("ttyUSB1"), folder.path("")).size(), 3U);
 }
 
 /// A port on an emulated adapter.
