@@ -38,6 +38,13 @@ Word_kind kind_of(char letter) {
     }
 }
 
+/// Of the system variables those that hold offsets have four or five digits; between them stand
+/// signals, messages and what can only be read.
+bool is_offset_variable(std::string_view number) {
+    const double value = Val(number);
+    return (value >= 2000 && value < 3000) || value >= 5000;
+}
+
 }  // namespace
 
 bool is_control(char c) {
@@ -101,6 +108,11 @@ void Block_reader::read_value(Block_word& word) {
     word.number = line_.substr(begin, place_ - begin);
 }
 
+void Block_reader::read_digits(Block_word& word) {
+    const std::size_t end = line_.find_first_not_of("0123456789", place_);
+    word.number = line_.substr(place_, std::min(end, line_.size()) - place_);
+}
+
 void Block_reader::read_letters(Block_word& word) {
     std::size_t end = place_;
     while (is_letter(at(end)) || at(end) == '_') {
@@ -148,6 +160,7 @@ void Block_reader::read_mark(Block_word& word) {
             break;
         case '#':
             word.kind = Word_kind::expression;
+            read_digits(word);
             run_to("(;", 0);
             break;
         case '[':
@@ -233,6 +246,7 @@ Block_words::Block_words(std::string_view line) {
                 break;
             case Word_kind::expression:
                 variable = true;
+                sets_offset = sets_offset || is_offset_variable(word.number);
                 break;
             case Word_kind::unread:
                 unread = true;

@@ -54,6 +54,7 @@ class Block_reader {
     void skip_blanks();
     void read_value(Block_word& word);
     void read_expression();
+    void read_digits(Block_word& word);
     void read_letters(Block_word& word);
     void read_address(Block_word& word);
     void read_mark(Block_word& word);
@@ -72,6 +73,7 @@ struct Block_words {
     bool skip = false;                         ///< block skip in it
     bool unread = false;                       ///< something in it is no word
     bool variable = false;                     ///< uses or sets one
+    bool sets_offset = false;                  ///< by a variable of the control's own
     bool any = false;  ///< there is more than comments, N number and controls
 
     explicit Block_words(std::string_view line);

@@ -51,6 +51,7 @@ class Proposal_writer {
         write_modes();
         write_compensations();
         write_tool();
+        write_rotary_axes();
         write_stop();
         write_spindle();
         if (changes_tool() || !hindrances_.empty()) {
@@ -69,6 +70,7 @@ class Proposal_writer {
     void write_modes();
     void write_compensations();
     void write_tool();
+    void write_rotary_axes();
     void write_stop();
     void write_spindle();
     void write_moves();
@@ -156,8 +158,12 @@ void Proposal_writer::find_hindrances() {
     const bool turned = std::any_of(
         proposal_.warnings.begin(), proposal_.warnings.end(),
         [](const Warning& warning) { return warning.kind == Start_warning::rotary_axis; });
-    hinder_when(turned, "a rotary axis was turned");
+    // Where in the program the tool broke is not known: what it turns may not have been turned
+    // back.
+    hinder_when(turned || reading_.survey().first_turn, "a rotary axis may stand elsewhere");
+    hinder_when(state_.unknown_code, "a code is not known");
     const bool compensated = state_.active(Modal::length_comp);
+    hinder_when(!compensated && state_.lone_number, "the tool length may be on");
     hinder_when(compensated &&
                     !(state_[Modal::length_comp].known() && state_[Modal::length_number].known() &&
                       is_not_below(state_.clearance, state_[Modal::z])),
@@ -202,6 +208,9 @@ void Proposal_writer::write_modes() {
     for (const Other_code& other : state_.others) {
         comment("CHECK " + other.word + " OF " + line_text(other.line));
     }
+    if (state_.others.size() == Modal_state::max_others) {
+        comment("CHECK WHAT OTHER CODES STAND ABOVE");
+    }
 }
 
 /// Those that no block of the proposal switches on or off: a block that goes to the part without
@@ -219,6 +228,8 @@ void Proposal_writer::write_compensations() {
     if (on && !hindrances_.empty() && !changes_tool()) {
         check(Modal::length_comp);
         check(Modal::length_number);
+    } else if (state_.lone_number && !changes_tool()) {
+        check(Modal::length_number);
     } else if (!on && !state_[Modal::length_comp].word.empty()) {
         check(Modal::length_comp);
     }
@@ -235,6 +246,14 @@ void Proposal_writer::write_tool() {
     check(Modal::tool);
     if (state_[Modal::next_tool].word != state_[Modal::tool].word) {
         check(Modal::next_tool);
+    }
+}
+
+void Proposal_writer::write_rotary_axes() {
+    for (const Modal axis : rotary_axes) {
+        if (state_.active(axis)) {
+            check(axis);
+        }
     }
 }
 
@@ -286,12 +305,12 @@ void Proposal_writer::write_spindle() {
 
 std::string Proposal_writer::last_position() const {
     std::string words;
-    for (const Modal axis : {Modal::x, Modal::y, Modal::z}) {
+    for (const auto& [letter, axis] : axis_letters) {
         const Setting& place = state_[axis];
         if (place.known()) {
             words += ' ' + place.word;
         } else if (!place.word.empty()) {
-            words += ' ' + std::string(modal_name(axis)) + " NOT SURE";
+            words += ' ' + std::string(1, letter) + " NOT SURE";
         }
     }
     return words.empty() ? " NOT KNOWN" : words;

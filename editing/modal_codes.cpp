@@ -156,7 +156,9 @@ constexpr G_row g_table[] = {
     both(880, holds(Modal::cycle)),
     both(890, holds(Modal::cycle)),
     {900, holds(Modal::distance), holds(Modal::cycle)},
+    both(901, does(G_effect::noted)),
     both(910, holds(Modal::distance)),
+    both(911, does(G_effect::noted)),
     {920, does(G_effect::shift), holds(Modal::cycle)},
     {930, holds(Modal::feed_mode), differs},
     {940, holds(Modal::feed_mode), holds(Modal::cycle)},
@@ -165,6 +167,9 @@ constexpr G_row g_table[] = {
     both(970, holds(Modal::speed_mode)),
     {980, holds(Modal::cycle_return), holds(Modal::feed_mode)},
     {990, holds(Modal::cycle_return), holds(Modal::feed_mode)},
+    {1030, does(G_effect::noted), differs},
+    both(1540, holds_on_some(Modal::work_offset)),
+    {1870, does(G_effect::noted), differs},
 };
 
 struct M_row {

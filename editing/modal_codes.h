@@ -57,6 +57,8 @@ inline constexpr std::array<std::pair<char, Modal>, 6> axis_letters = {{{'X', Mo
                                                                         {'B', Modal::b},
                                                                         {'C', Modal::c}}};
 
+inline constexpr std::array<Modal, 3> rotary_axes = {Modal::a, Modal::b, Modal::c};
+
 /// The operator's name of it: "Plane", "Work offset", "X".
 std::string_view modal_name(Modal modal);
 
@@ -75,6 +77,7 @@ enum class G_effect : std::uint8_t {
     shift,         ///< moves the coordinates
     contour,       ///< a lathe's cycle over a contour, which comes back to where it began
     call,          ///< runs a macro
+    noted,         ///< alters neither place nor motion, but does not come back by itself
     maker_differs  ///< not in the table, or not the same on all controls
 };
 

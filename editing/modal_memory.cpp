@@ -53,6 +53,11 @@ void Modal_memory::doubt_positions(Doubt why) {
     forget_clearance();
 }
 
+void Modal_memory::doubt_zero_point(Doubt why) {
+    doubt(Modal::work_offset, why);
+    doubt_positions(why);
+}
+
 void Modal_memory::doubt_all(Doubt why) {
     for (Setting& setting : state_.settings) {
         if (setting.known()) {

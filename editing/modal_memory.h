@@ -28,8 +28,8 @@ struct Program_survey {
         std::size_t begin, last_use;
     };
     std::vector<Contour_use> contours;
-    std::optional<std::size_t> first_jump, first_variable, first_call,
-        first_called_file;  ///< lines
+    std::optional<std::size_t> first_jump, first_variable, first_call, first_called_file,
+        first_turn;  ///< lines; a rotary axis turns when it is not only sent to where it is
 };
 
 /// Keeps the modal state while a program's blocks are read one after the other: what is set, and
@@ -62,6 +62,8 @@ class Modal_memory {
     /// Nothing happens to what is not set.
     void doubt(Modal modal, Doubt why);
     void doubt_positions(Doubt why);
+    /// The same, and of the offset that they count from.
+    void doubt_zero_point(Doubt why);
     void doubt_all(Doubt why);
     /// A jump leaves here, or may arrive here. Only what has been set before the first of them, and
     /// nowhere to anything else, holds on every way through the program.
@@ -78,6 +80,8 @@ class Modal_memory {
     void leave_contour();
     void contour_cycle() { state_.after_contour_cycle = true; }
     void note_other(const std::string& word);
+    void note_unknown_code() { state_.unknown_code = true; }
+    void note_lone_number(bool lone) { state_.lone_number = lone; }
 
     // What only a first reading notes.
     void note_line(std::optional<std::size_t> Program_survey::*first);

@@ -23,6 +23,17 @@ bool has_condition(const Block_words& block) {
     return is_named(block, "IF") && is_named(block, "THEN");
 }
 
+/// With an H of its own a code for offsets is another on some controls, that for the tool's length
+/// among them.
+bool counts_by_h(Modal group, const Block_words& block) {
+    const bool has_length_code =
+        std::any_of(block.g.begin(), block.g.end(), [](const Block_word& word) {
+            const int code = g_code(word.number).value_or(-1);
+            return code >= 430 && code < 450;
+        });
+    return (group == Modal::work_offset || group == Modal::polar) && block['H'] && !has_length_code;
+}
+
 bool is_zero(std::string_view number) {
     return number.find_first_of("123456789") == std::string_view::npos;
 }
@@ -58,6 +69,9 @@ void Modal_reader::begin_block(const Block_words& block) {
     }
     if (block.variable) {
         memory_.note_line(&Program_survey::first_variable);
+    }
+    if (block.sets_offset) {
+        memory_.doubt_zero_point(Doubt::offset_change);
     }
     if (block.number && !contour_begin_.empty() && same_number(*block.number, contour_begin_)) {
         memory_.enter_contour();
@@ -138,8 +152,7 @@ void Modal_reader::read_g_code(const Block_word& word, const Block_words& block)
         case G_effect::data:
             axes_ = Axes::nothing;
             dwell_ = true;
-            memory_.doubt(Modal::work_offset, Doubt::offset_change);
-            memory_.doubt_positions(Doubt::offset_change);
+            memory_.doubt_zero_point(Doubt::offset_change);
             break;
         case G_effect::reference:
             axes_ = Axes::reference;
@@ -158,12 +171,25 @@ void Modal_reader::read_g_code(const Block_word& word, const Block_words& block)
             axes_ = Axes::nothing;
             dwell_ = true;
             break;
-        case G_effect::maker_differs:
+        case G_effect::noted:
             memory_.note_other(word_text(word));
-            memory_.doubt_positions(Doubt::maker_differs);
-            axes_ = Axes::unknown;
+            break;
+        case G_effect::maker_differs:
+            read_unknown_code(word, block);
             break;
     }
+}
+
+/// It may choose another zero point and, with places to go, be a motion or a cycle of its own.
+void Modal_reader::read_unknown_code(const Block_word& word, const Block_words& block) {
+    memory_.note_other(word_text(word));
+    memory_.note_unknown_code();
+    memory_.doubt_zero_point(Doubt::maker_differs);
+    if (block.has_axes()) {
+        memory_.doubt(Modal::motion, Doubt::maker_differs);
+        memory_.doubt(Modal::cycle, Doubt::maker_differs);
+    }
+    axes_ = Axes::unknown;
 }
 
 /// Where a lathe's G90, G92 or G94 names no way to go, or its G70 or G71 no contour, it is no cycle
@@ -186,7 +212,7 @@ void Modal_reader::hold(const G_use& use, int code, const Block_word& word,
         text += ' ' + word_text(*p);
     }
     memory_.set(use.group, std::move(text), code);
-    if (!use.certain) {
+    if (!use.certain || counts_by_h(use.group, block)) {
         memory_.doubt(use.group, Doubt::maker_differs);
     }
     if (use.group == Modal::motion) {
@@ -196,6 +222,7 @@ void Modal_reader::hold(const G_use& use, int code, const Block_word& word,
     if (use.group == Modal::length_comp) {
         clearance_awaited_ = !is_off_code(use.group, code);
         memory_.forget_clearance();
+        memory_.note_lone_number(false);
     }
     if (use.group == Modal::macro_call && state().active(use.group)) {
         call(&Program_survey::first_call, Doubt::sub_program);
@@ -256,16 +283,18 @@ void Modal_reader::doubt_numbers(Modal group, const Setting& before, const Block
     }
 }
 
-/// G52, G92 and a lathe's G50: a shift of the zero point, or with S alone the greatest speed.
+/// G52, G92 and a lathe's G50: a shift of the zero point, the greatest speed by S, or both.
 void Modal_reader::read_shift(const Block_words& block, std::string_view g_word) {
     axes_ = Axes::shift;
     std::string text(g_word);
-    if (!block.has_axes() && block['S']) {
-        memory_.set(Modal::speed_limit, text + ' ' + word_text(*block['S']));
-        if (block['S']->computed) {
+    if (const Block_word* const limit = block['S']) {
+        memory_.set(Modal::speed_limit, text + ' ' + word_text(*limit));
+        if (limit->computed) {
             memory_.doubt(Modal::speed_limit, Doubt::variable);
         }
-        return;
+        if (!block.has_axes()) {
+            return;
+        }
     }
     const std::string& shifted = state()[Modal::local_shift].word;
     bool ends = g_word == "G52" && !shifted.starts_with("G92");
@@ -333,6 +362,17 @@ void Modal_reader::run_cycle(const Block_words& block) {
 }
 
 void Modal_reader::read_axis(Modal axis, const Block_word& word) {
+    const Setting before = state()[axis];
+    set_place(axis, word);
+    const Setting& now = state()[axis];
+    const bool is_rotary =
+        std::find(rotary_axes.begin(), rotary_axes.end(), axis) != rotary_axes.end();
+    if (is_rotary && (!now.known() || (!before.word.empty() && before.word != now.word))) {
+        memory_.note_line(&Program_survey::first_turn);
+    }
+}
+
+void Modal_reader::set_place(Modal axis, const Block_word& word) {
     if (axes_ == Axes::reference) {
         memory_.doubt(axis, Doubt::reference);
         return;
@@ -391,11 +431,17 @@ void Modal_reader::read_values(const Block_words& block) {
 }
 
 void Modal_reader::read_offsets(const Block_words& block) {
-    if (block['D']) {
-        memory_.set_value(Modal::radius_number, *block['D']);
+    const bool by_code = state().on(Modal::length_comp);
+    if (const Block_word* const d = block['D']) {
+        memory_.set_value(Modal::radius_number, *d);
+        const bool of_radius = by_code || state().on(Modal::radius_comp);
+        memory_.note_lone_number(state().lone_number || !(of_radius || is_given_as_zero(d)));
     }
-    if (block['H']) {
-        memory_.set_value(Modal::length_number, *block['H']);
+    if (const Block_word* const h = block['H']) {
+        memory_.set_value(Modal::length_number, *h);
+        memory_.note_lone_number(state().lone_number || !(by_code || is_given_as_zero(h)));
+        memory_.forget_clearance();
+        clearance_awaited_ = by_code;
         if (!block['Z']) {
             memory_.doubt(Modal::z, Doubt::offset_change);
         }

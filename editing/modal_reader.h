@@ -38,6 +38,7 @@ class Modal_reader {
     void read_jump(const Block_word& statement);
     void read_g_codes(const Block_words& block);
     void read_g_code(const Block_word& word, const Block_words& block);
+    void read_unknown_code(const Block_word& word, const Block_words& block);
     [[nodiscard]] G_use use_of(int code, const Block_words& block) const;
     void hold(const G_use& use, int code, const Block_word& word, const Block_words& block);
     [[nodiscard]] const Block_word* p_of(const Block_word& word, Modal group,
@@ -48,6 +49,7 @@ class Modal_reader {
     void read_axes(const Block_words& block);
     void run_cycle(const Block_words& block);
     void read_axis(Modal axis, const Block_word& word);
+    void set_place(Modal axis, const Block_word& word);
     void read_incremental(Modal axis, const Block_word* word);
     void read_values(const Block_words& block);
     void read_offsets(const Block_words& block);

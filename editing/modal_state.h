@@ -65,6 +65,9 @@ struct Modal_state {
     Setting clearance;
     std::vector<Other_code> others;  ///< at most `max_others`, in the order of their first use
     std::optional<std::size_t> tool_change;  ///< line of the last one
+    bool unknown_code = false;               ///< a G code has come that the table lacks
+    /// A number has been given that no code takes: some controls take it as the tool's length.
+    bool lone_number = false;
     bool in_contour = false;  ///< in the blocks that a lathe's G71, G72 or G73 names with P and Q
     /// The block read last was a lathe's contour cycle, perhaps the first of its two blocks.
     bool after_contour_cycle = false;

@@ -107,10 +107,13 @@ void Warning_writer::warn_of_transformations() {
     for (const Modal modal : transformations) {
         warn_when(state_.on(modal), Start_warning::transformed, state_[modal].line);
     }
-    for (const Modal axis : {Modal::a, Modal::b, Modal::c}) {
-        const bool turned = !state_[axis].word.empty() && !is_at_zero(state_[axis]);
-        warn_when(turned, Start_warning::rotary_axis, state_[axis].line);
+    std::optional<std::size_t> turned = reading_.survey().first_turn;
+    for (const Modal axis : rotary_axes) {
+        if (!state_[axis].word.empty() && !is_at_zero(state_[axis])) {
+            turned = state_[axis].line;
+        }
     }
+    warn_when(turned && *turned < reading_.line(), Start_warning::rotary_axis, turned.value_or(0));
 }
 
 void Warning_writer::warn_of_block() {

@@ -142,6 +142,11 @@ TEST(ModalState, OfEveryWayToWriteABlock) {
         {"a letter for a digit", mill, "G90\nGO X1.", "G90?unread X1.?unread"},
         {"an unknown code", mill, "G90X1.Y1.F9\nG247 X5.F1 S2",
          "G90 F1?maker S2?maker X5.?maker Y1.?maker"},
+        {"that may be a cycle", mill, "G54G0Z9.\nG84.2X1.Z-9.\nG187P2",
+         "G0?maker G80?maker G54?maker X1.?maker Z-9.?maker"},
+        {"offsets of other makers", mill, "G15H1\nG56H2\nG154P3", "G154 P3?maker G15?maker H2"},
+        {"an offset by a variable", mill, "G90G54X1.\n#5221=3.\n#101=5221\nY1.",
+         "G90 G54?offset X1.?offset Y1."},
         {"a P for the offset or not", mill, "G54G82X1.P500\nG55M98P2\nG54P3X1.\nG54P4 G80",
          "G80 G54 P4 X1.?offset"},
         {"reference of all axes", mill, "G90X1.Z1.\nG28", "G90 X1.?ref Z1.?ref"},
@@ -152,6 +157,7 @@ TEST(ModalState, OfEveryWayToWriteABlock) {
          "G90 G95 G49 F9?maker Z1.?offset"},
         {"spindle and coolant", mill, "M3\nM13", "M13?maker M13?maker"},
         {"lathe words", lathe, "G90X5.\nG0X1.Z1.\nU-1.", "G0 G80 X1.?inc Z1."},
+        {"a shift with a greatest speed", lathe, "G50S9\nG50X9.Z9.S8", "G50 X9. Z9. G50 S8"},
         {"lathe feeds", lathe, "G98F100\nG99", "G99 F100?maker"},
         {"lathe threads", lathe, "G0X20.Z5.\nG92X19.Z-9.F1.5", "G0 G92 F1.5 X19.?cycle Z-9.?cycle"},
         {"chamfers", lathe, "G1X20.C1.\nZ5.,C2.\nC90.", "G1 G80 X20. Z5. C90."},
@@ -188,6 +194,7 @@ TEST(StartProposal, WarnsOfWhatNeedsACarefulOperator) {
         {incremental, "T0101\nG96S9\n", "W3.", 3},
         {transformed, sure + "G68R9.\n", "X3.", 4},
         {rotary_axis, sure + "B90.\n", "X3.", 4},
+        {rotary_axis, sure + "G91A90.\nG90\n", "X3.", 4},
         {position, sure + "G28Z0.\n", "X3.", 4},
         {jumps, sure, "X3.\nGOTO5", 5},
         {variables, sure, "X#1", 4},
@@ -284,6 +291,22 @@ TEST(StartProposal, IsWhatAMachinistWouldWrite) {
                 IsSupersetOf({"(CHECK SPEED LIMIT, NOT SET BEFORE)", "(CHECK SPEED, S180, LINE 2)",
                               "(CHECK SPINDLE, M3, LINE 2)"}));
     EXPECT_THAT(blocks_for("%\nO1\nG90T1M6\nM30\n\nO2\nX1.", 5), ElementsAre("%"));
+    const std::string sure = "G17G21G90G54G94T1M6\nS1M3F1\nG0X1.Y1.";
+    const std::pair<const char*, const char*> doubtful_ways[] = {
+        {"\nG43.1H1Z5.\nX1.Y1.Z5.", "A CODE IS NOT KNOWN"},
+        {"\nH1Z5.", "THE TOOL LENGTH MAY BE ON"},
+        {"D1\nZ5.", "THE TOOL LENGTH MAY BE ON"},
+        {"\nG43H1Z5.\nH2\nG1Z1.", "NO SAFE HEIGHT FOR THE TOOL LENGTH IS KNOWN"}};
+    for (const auto& [blocks, why] : doubtful_ways) {
+        EXPECT_THAT(blocks_for(sure + blocks, 99),
+                    Contains("(NO MOVE IS PROPOSED, " + std::string(why) + ")"))
+            << blocks;
+    }
+    EXPECT_THAT(blocks_for(sure + "Z1.A0.\nX5.", 4),
+                IsSupersetOf({"(CHECK A, A0., LINE 3)", "G0 X1. Y1."}));
+    EXPECT_THAT(blocks_for(sure + "Z1.A0.\nX5.\nA90.", 4),
+                IsSupersetOf({"(CHECK A, A0., LINE 3)", "(LAST POSITION X1. Y1. Z1. A0.)",
+                              "(NO MOVE IS PROPOSED, A ROTARY AXIS MAY STAND ELSEWHERE)"}));
     EXPECT_THAT(
         blocks_for("%\nO1\nG90T1D1M6\nM98P2\nX1.Y1.", 5),
         AllOf(Contains("(CHECK RADIUS NUMBER, D1, LINE 3, BUT A SUB-PROGRAM HAS RUN, LINE 4)"),
