@@ -20,14 +20,16 @@ QGroupBox* machines(configure_IO_lite& form) {
     auto* add = new QHBoxLayout;
     add->addWidget(button_of(form.Command2, 'l'));
     add->addWidget(name, 1);
+    auto* remove = button_of(form.Command3, 'D');
     auto* column = new QVBoxLayout;
-    column->addLayout(
-        row_of({label_of(form.IO_device_lst, *list, 'M'), button_of(form.Command3, 'D')}));
+    column->addLayout(row_of({label_of(form.IO_device_lst, *list, 'M'), remove}));
     column->addWidget(filter_of(*list));
     column->addWidget(list, 1);
     column->addLayout(add);
     column->addWidget(hint_of(form.name_hint));
-    return group_of("", column);
+    auto* group = group_of("", column);
+    QWidget::setTabOrder(list, remove);  // the dialog does not begin with Delete
+    return group;
 }
 
 QGroupBox* line(configure_IO_lite& form) {
@@ -91,8 +93,8 @@ QGroupBox* end_of_block(configure_IO_lite& form) {
 std::unique_ptr<QDialog> make_configure_dialog(configure_IO_lite& form) {
     auto dialog = std::make_unique<QDialog>();
     auto* grid = new QGridLayout(dialog.get());
-    auto* foot = foot_of({button_of(form.apply_button, 'A'), button_of(form.cancel_button, 'n')});
-    foot->addButton(button_of(form.Advanced_button, 'v'), QDialogButtonBox::ResetRole);  // at left
+    auto* foot = foot_of({button_of(form.apply_button, 'A'), button_of(form.cancel_button, 'n')},
+                         button_of(form.Advanced_button, 'v'));
     grid->addWidget(machines(form), 0, 0, 2, 1);
     grid->addWidget(line(form), 0, 1);
     grid->addWidget(device(form), 1, 1);

@@ -180,8 +180,12 @@ QVBoxLayout* labelled(const Control& control, QWidget& widget, char key) {
     return column;
 }
 
-QDialogButtonBox* foot_of(std::initializer_list<QPushButton*> buttons) {
+QDialogButtonBox* foot_of(std::initializer_list<QPushButton*> buttons, QPushButton* left) {
     auto* foot = new QDialogButtonBox;
+    if (left != nullptr) {
+        // Tab enters at the left and goes on in the order in which the buttons have come.
+        foot->addButton(left, QDialogButtonBox::ResetRole);
+    }
     for (QPushButton* button : buttons) {
         foot->addButton(button, QDialogButtonBox::ActionRole);
         button->setDefault(button == *buttons.begin());

@@ -56,7 +56,7 @@ QVBoxLayout* column_of(std::initializer_list<QWidget*> widgets);
 /// A label above its widget.
 QVBoxLayout* labelled(const Control& control, QWidget& widget, char key = 0);
 
-/// The buttons at the foot of a dialog; the first is its default.
-QDialogButtonBox* foot_of(std::initializer_list<QPushButton*> buttons);
+/// The buttons at the foot of a dialog; the first is its default. `left` stands apart from them.
+QDialogButtonBox* foot_of(std::initializer_list<QPushButton*> buttons, QPushButton* left = nullptr);
 
 }  // namespace kelvane

@@ -17,7 +17,6 @@ namespace {
 QGroupBox* directory(directories_form_lite& form) {
     auto* path = new Elided_label;
     bind(form.directory, *path);
-    path->setAccessibleName(without_access_key(to_screen(form.directory_label.caption())));
     auto* group = group_of({}, row_of({path, button_of(form.Set_directory_button)}));
     bind_frame(form.directory_label, *group);
     return group;

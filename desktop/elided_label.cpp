@@ -5,6 +5,8 @@
 #include <QStyle>
 #include <QToolTip>
 
+#include "desktop/qt_text.h"
+
 namespace kelvane {
 
 Elided_label::Elided_label() {
@@ -23,9 +25,8 @@ void Elided_label::paintEvent(QPaintEvent*) {
 
 bool Elided_label::event(QEvent* event) {
     if (event->type() == QEvent::ToolTip) {
-        const QString whole = text() == elided() ? QString() : text();
-        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), whole.toHtmlEscaped(),
-                           this);
+        const QString whole = text() == elided() ? QString() : tool_tip_of(text());
+        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), whole, this);
         return true;
     }
     return QLabel::event(event);

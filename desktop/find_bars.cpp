@@ -75,7 +75,6 @@ QWidget* make_go_to_frame(Find_bar& bar) {
 QWidget* make_result_row(Find_bar& bar) {
     QGridLayout* layout = make_layout(0, 0);
     auto* result = new QLabel;
-    result->setAccessibleName("Search");
     bind(bar.result, *result);
     layout->addWidget(result, 0, 0);
     add_button(bar.stop_button, *layout, 0, 1);

@@ -113,25 +113,29 @@ void Main_window::make_menus(Kelvane_lite_form& form) {
 /// What is done most; and the pane's context menu.
 void Main_window::make_tool_bar(Kelvane_lite_form& form, Editor_parts& parts) {
     const auto& edit = parts.commands.EditMenuItem;
-    const std::pair<const Button*, Drawing> tools[] = {
-        {&form.FileMenuItem.front(), Drawing::send},
-        {&form.FileMenuItem[1], Drawing::receive},
-        {nullptr, {}},
-        {&edit[Edit_commands::new_program], Drawing::new_program},
-        {&edit[Edit_commands::open], Drawing::open},
-        {&edit[Edit_commands::save], Drawing::save},
-        {&edit[Edit_commands::undo], Drawing::undo},
-        {&edit[Edit_commands::redo], Drawing::redo},
-        {&edit[Edit_commands::find], Drawing::find},
-        {nullptr, {}},
-        {&form.ToolsMenuItem.front(), Drawing::monitor},
+    const struct {
+        const Button* item;
+        Drawing drawing;
+        const char* tip;
+    } tools[] = {
+        {&form.FileMenuItem.front(), Drawing::send, "Choose a program and send it to the machine"},
+        {&form.FileMenuItem[1], Drawing::receive, "Save what the machine punches out"},
+        {nullptr, {}, {}},
+        {&edit[Edit_commands::new_program], Drawing::new_program, "Begin an empty program"},
+        {&edit[Edit_commands::open], Drawing::open, "Open a program in the editor"},
+        {&edit[Edit_commands::save], Drawing::save, "Save the program in the editor"},
+        {&edit[Edit_commands::undo], Drawing::undo, "Take back the last change"},
+        {&edit[Edit_commands::redo], Drawing::redo, "Make the change again"},
+        {&edit[Edit_commands::find], Drawing::find, "Find and replace text"},
+        {nullptr, {}, {}},
+        {&form.ToolsMenuItem.front(), Drawing::monitor, "See what crosses the line"},
     };
     QToolBar* bar = addToolBar("Tools");
     bar->setObjectName("tool_bar");
     bar->setMovable(false);
     bar->toggleViewAction()->setVisible(false);
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    for (const auto& [item, drawing] : tools) {
+    for (const auto& [item, drawing, tip] : tools) {
         if (item == nullptr) {
             bar->addSeparator();
             continue;
@@ -139,6 +143,8 @@ void Main_window::make_tool_bar(Kelvane_lite_form& form, Editor_parts& parts) {
         auto* action = findChild<QAction*>(to_screen(item->name()));
         action->setIcon(icon_of(drawing));
         action->setIconVisibleInMenu(false);
+        const QString key = action->shortcut().toString(QKeySequence::NativeText);
+        action->setToolTip(tip + (key.isEmpty() ? "" : " (" + key + ")"));
         bar->addAction(action);
     }
     for (int item = Edit_commands::undo; item <= Edit_commands::select_all; ++item) {
@@ -166,15 +172,16 @@ void Main_window::make_first_steps(Kelvane_lite_form& form, const Program_pane& 
     });
 }
 
-/// The buttons' keys work in the program's other windows, too.
+/// The buttons' keys work in the program's other windows, too, beside a question as well.
 void Main_window::make_shortcuts(Kelvane_lite_form& form) {
     const auto on = [this](const QKeySequence& key, auto pressed) {
         auto* shortcut = new QShortcut(key, this);
         shortcut->setContext(Qt::ApplicationShortcut);
         QObject::connect(shortcut, &QShortcut::activated, this, pressed);
+        return shortcut;
     };
-    on(Qt::Key_F9, [&form] { form.Send_button.click(); });
-    on(Qt::Key_F10, [&form] { form.Stop_button.click(); });
+    Modality::keep_live(*on(Qt::Key_F9, [&form] { form.Send_button.click(); }));
+    Modality::keep_live(*on(Qt::Key_F10, [&form] { form.Stop_button.click(); }));
     on(Qt::CTRL | Qt::Key_Q, [this] { close(); });
     send_->setToolTip("Start or resume sending (F9)");
     stop_->setToolTip("Pause or end what is sent or received (F10)");
@@ -205,7 +212,6 @@ void Main_window::make_controls(Kelvane_lite_form& form, Editor_parts& parts) {
 }
 
 void Main_window::make_status_bar(Kelvane_lite_form& form, Editor_parts parts) {
-    // No accessible name: it would hide the text, which is what is to be read out.
     auto* status = new Elided_label;
     auto* part = new QLabel;
     bind(form.status_label, *status);
@@ -214,7 +220,6 @@ void Main_window::make_status_bar(Kelvane_lite_form& form, Editor_parts parts) {
     bind(form.Open_file_button, *open);
     statusBar()->addPermanentWidget(open);
     statusBar()->addPermanentWidget(part);
-    part->setAccessibleName("Program shown");
     part->setTextFormat(Qt::PlainText);
     const auto show_note = [this, part, &pane = parts.pane, &commands = parts.commands] {
         part->setText(to_screen(pane.note()));

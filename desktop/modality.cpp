@@ -104,14 +104,14 @@ void Modality::end(const QObject* window) {
     std::erase_if(windows_, [window](const QObject* modal) { return modal == window; });
 }
 
-void Modality::keep_live(QWidget& widget) {
-    widget.setProperty(live_property, true);
+void Modality::keep_live(QObject& taker) {
+    taker.setProperty(live_property, true);
 }
 
 bool Modality::blocks(const QObject& watched) const {
     const QWidget* const modal = top();
     const QWidget* widget = modal == nullptr ? nullptr : widget_of(watched);
-    if (widget == nullptr || is_proposal(*widget)) {
+    if (widget == nullptr || is_proposal(*widget) || watched.property(live_property).toBool()) {
         return false;
     }
     // What a window opens (a list that drops down, a question) has it among its parents.

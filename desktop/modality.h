@@ -22,8 +22,8 @@ class Modality : public QObject {
     void begin(QWidget& window);
     /// The modal window that takes the input; null when none is shown.
     [[nodiscard]] QWidget* top() const { return windows_.empty() ? nullptr : windows_.back(); }
-    /// `widget`, and what is in it, takes input whatever window is open.
-    static void keep_live(QWidget& widget);
+    /// A widget with what is in it, or a shortcut, takes input whatever window is open.
+    static void keep_live(QObject& taker);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 

@@ -21,6 +21,11 @@ std::string from_screen(const QString& text, Text_form form) {
     return form == Text_form::latin1 ? text.toLatin1().toStdString() : text.toStdString();
 }
 
+QString tool_tip_of(const QString& text) {
+    return text.isEmpty() ? QString()
+                          : "<p style='white-space:pre-wrap'>" + text.toHtmlEscaped() + "</p>";
+}
+
 QString without_access_key(const QString& caption) {
     QString plain;
     for (qsizetype i = 0; i < caption.size(); ++i) {

@@ -23,6 +23,10 @@ QString to_screen(std::string_view bytes, Text_form form = Text_form::name);
 /// that form.
 std::string from_screen(const QString& text, Text_form form = Text_form::name);
 
+/// `text` as a tool tip, which is as broad as is usual and takes nothing in it for markup. Empty
+/// for an empty text.
+QString tool_tip_of(const QString& text);
+
 /// A caption without its access key marks: "&File" is "File", "&&" is "&".
 QString without_access_key(const QString& caption);
 

@@ -13,6 +13,11 @@ namespace kelvane {
 
 namespace {
 
+/// Qt takes "[*]" in a title for the mark of a changed document, unless it stands twice.
+QString title_of(const Form& form) {
+    return to_screen(form.caption()).replace("[*]", "[*][*]");
+}
+
 /// Hands the operator's wish to close the window to the form, which hides or unloads it.
 bool close_by_form(Form& form, const QWidget& window, QEvent& event) {
     if (event.type() == QEvent::Close) {
@@ -53,7 +58,7 @@ void Qt_windows::build(Entry& entry) {
     entry.window = entry.make();
     QWidget& window = *entry.window;
     window.setObjectName(to_screen(entry.form->name()));
-    window.setWindowTitle(to_screen(entry.form->caption()));
+    window.setWindowTitle(title_of(*entry.form));
     QWidget* owner = main_window();
     if (owner != nullptr && owner != &window) {
         window.setParent(owner, window.windowFlags());
@@ -160,7 +165,7 @@ Task<bool> Qt_windows::run_in_place(QDialog& dialog) {
 void Qt_windows::repaint(Form& form) {
     Entry* entry = entry_of(form);
     if (entry != nullptr && entry->window) {
-        entry->window->setWindowTitle(to_screen(form.caption()));
+        entry->window->setWindowTitle(title_of(form));
         entry->window->repaint();
     }
 }

@@ -105,10 +105,10 @@ void State_banner::refresh() {
     if (shown_.advice != before.advice) {
         updateGeometry();
     }
-    if (shown_.words != before.words) {
+    if (shown_.words != before.words || shown_.advice != before.advice) {
         announce();
     }
-    setToolTip(to_screen(all_details(shown_)));
+    setToolTip(tool_tip_of(to_screen(all_details(shown_))));
     update();
 }
 

@@ -31,7 +31,11 @@ class Table_model : public QAbstractTableModel {
         }
         const auto& row = table_.rows().at(static_cast<std::size_t>(index.row()));
         const auto column = static_cast<std::size_t>(index.column());
-        return column < row.size() ? QVariant(to_screen(row[column])) : QVariant();
+        if (column >= row.size()) {
+            return {};
+        }
+        const QString text = to_screen(row[column]);
+        return role == Qt::ToolTipRole ? tool_tip_of(text) : text;
     }
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
                                       int role) const override {

@@ -28,9 +28,7 @@ QLabel* lamp_of(Label& control) {
 }
 
 QHBoxLayout* line_of(Test_line_form& form) {
-    auto* text = text_of(form.state_label);
-    text->setAccessibleName("State");
-    return row_of({text, button_of(form.Open_button)});
+    return row_of({text_of(form.state_label), button_of(form.Open_button)});
 }
 
 QGroupBox* signals_of(Test_line_form& form) {

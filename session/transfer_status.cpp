@@ -160,6 +160,9 @@ void Transfer_status::begin(std::string machine, std::string port) {
 
 void Transfer_status::set(Transfer_state state) {
     if (state != state_) {
+        if (state_ == Transfer_state::paused) {
+            paused_ += loop_.now() - since_;
+        }
         state_ = state;
         since_ = loop_.now();
         show();
@@ -181,7 +184,9 @@ void Transfer_status::add_bytes(std::size_t bytes) {
     last_ = loop_.now();
     if (record_.bytes == 0) {
         started_ = last_;
+        paused_ = {};
     }
+    line_time_ = last_ - started_ - paused_;
     record_.bytes += static_cast<std::int64_t>(bytes);
 }
 
@@ -286,7 +291,8 @@ State_field::View Transfer_status::busy_view() const {
 }
 
 /// Time gone since the first byte, or before it since the wait began; and the time left, as fast as
-/// the line has been up to the last byte: while it is held, the estimate stands.
+/// the line has been up to the last byte, the operator's pauses left out: while it is held, the
+/// estimate stands.
 std::string Transfer_status::times_text() const {
     const bool begun = record_.bytes > 0;
     const Clock_time gone = loop_.now() - (begun ? started_ : since_);
@@ -295,8 +301,8 @@ std::string Transfer_status::times_text() const {
     }
     const double share =
         static_cast<double>(record_.total - record_.sent) / static_cast<double>(record_.sent);
-    const auto left = std::chrono::duration_cast<Clock_time>(
-        std::chrono::duration<double>(last_ - started_) * share);
+    const auto left =
+        std::chrono::duration_cast<Clock_time>(std::chrono::duration<double>(line_time_) * share);
     return minutes_and_seconds(gone) + ", " + minutes_and_seconds(left) + " left";
 }
 

@@ -94,9 +94,11 @@ class Transfer_status {
     std::string caution_;
     Transfer_state state_ = Transfer_state::idle;
     Transfer_record record_;
-    Clock_time since_{};    ///< when the state was entered
-    Clock_time started_{};  ///< the first byte
-    Clock_time last_{};     ///< the last one
+    Clock_time since_{};      ///< when the state was entered
+    Clock_time started_{};    ///< the first byte
+    Clock_time last_{};       ///< the last one
+    Clock_time paused_{};     ///< by the operator, since the first byte
+    Clock_time line_time_{};  ///< from the first byte to the last one, without those pauses
 };
 
 }  // namespace kelvane

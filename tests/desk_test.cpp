@@ -36,6 +36,13 @@ TEST(Desk, SaysBeforeDuringAndAfterASendWhatGoesOnAndKeepsALog) {
     shop.machine().sends(xoff);
     shop.pass(300ms);
     EXPECT_TRUE(says(" of 100, ") && says(" of 1,300 bytes") && says(" left")) << shop.status();
+    shop.window().Stop_button.click();
+    shop.pass(60s);
+    shop.window().Send_button.click();
+    shop.pass(100ms);
+    EXPECT_TRUE(says("0:00 left")) << "as fast as the line is, not the operator: " << shop.status();
+    shop.machine().sends(xoff);
+    shop.pass(100ms);
     const auto bytes_told = [&shop] {
         const std::string status = shop.status();
         const std::size_t end = status.find(" of 1,300 bytes");

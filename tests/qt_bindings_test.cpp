@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
+#include <QTextDocument>
 #include <QVBoxLayout>
 #include <cctype>
 #include <gtest/gtest.h>
@@ -273,6 +274,15 @@ TEST(Assistive_test, boxes_options_and_sliders_follow) {
     slider.control.set_enabled(false);
     accessible(slider.widget).valueInterface()->setCurrentValue(6);
     EXPECT_EQ(slider.control.value() * 10 + slider.widget.value(), 55);
+}
+
+TEST(Assistive_test, tool_tips_take_nothing_for_markup) {
+    for (const char* text : {"A & B <b>.nc", "<i>\n&lt;"}) {
+        QTextDocument shown;
+        shown.setHtml(tool_tip_of(text));
+        EXPECT_EQ(shown.toPlainText(), text);
+    }
+    EXPECT_TRUE(tool_tip_of("").isEmpty()) << "which shows none";
 }
 
 TEST_F(List_binding_test, an_assistive_program_chooses_and_cannot_choose_nothing) {

@@ -7,7 +7,9 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QScreen>
 #include <QScrollArea>
 #include <QTemporaryDir>
@@ -207,6 +209,9 @@ TEST_F(Finished_program, every_control_of_every_form_has_a_widget_of_its_name) {
              &program.line_monitor_form, &program.test_line_form, &program.help_form,
              &program.transfer_log_form, &program.start_form, &program.compare_form}) {
         const QWidget& window = *windows.window_of(*form);
+        for (const QLabel* label : window.findChildren<QLabel*>()) {
+            EXPECT_TRUE(label->accessibleName().isEmpty()) << "it would hide the text";
+        }
         const auto [first, last] = controls.equal_range(form->name());
         for (auto control = first; control != last; ++control, ++walked) {
             const QString name = QString::fromStdString(control->second);
@@ -266,6 +271,44 @@ void press(QWidget& widget, Qt::Key key) {
     for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
         QKeyEvent event(type, key, Qt::NoModifier);
         QCoreApplication::sendEvent(&widget, &event);
+    }
+}
+
+/// Names of the fields and buttons that can take the focus now; one of several options stands for
+/// all.
+std::set<std::string> taking_focus(const QWidget& window) {
+    std::set<std::string> names;
+    for (const QWidget* widget : window.findChildren<QWidget*>()) {
+        const auto* option = qobject_cast<const QRadioButton*>(widget);
+        if (widget->isVisible() && widget->isEnabled() && widget->focusProxy() == nullptr &&
+            (widget->focusPolicy() & Qt::TabFocus) != 0 &&
+            (option == nullptr || option->isChecked())) {
+            names.insert(widget->objectName().toStdString());
+        }
+    }
+    return names;
+}
+
+TEST_F(Finished_program, the_tabulator_reaches_all_of_every_window_and_begins_with_no_danger) {
+    stay_open();
+    for (Form* form : program.window.other_forms) {
+        QWidget* window = windows.window_of(*form);
+        if (window == nullptr) {
+            continue;
+        }
+        form->show();
+        const std::set<std::string> wanted = taking_focus(*window);
+        std::set<std::string> reached;
+        for (std::size_t i = 0; i < 2 * wanted.size() + 2; ++i) {
+            QWidget* focus = window->focusWidget() == nullptr ? window : window->focusWidget();
+            press(*focus, Qt::Key_Tab);
+            ASSERT_NE(window->focusWidget(), nullptr) << form->name();
+            const std::string name = window->focusWidget()->objectName().toStdString();
+            EXPECT_FALSE(i == 0 && name == program.configure_form.Command3.name()) << "Delete";
+            reached.insert(name);
+        }
+        EXPECT_THAT(reached, ::testing::IsSupersetOf(wanted)) << form->name();
+        form->close();
     }
 }
 
