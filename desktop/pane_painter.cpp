@@ -34,65 +34,66 @@ std::size_t Pane_painter::paint(const QRect& area) {
     const std::size_t last = layout_.top + static_cast<std::size_t>(area.bottom() / height);
     const auto columns = static_cast<std::size_t>(
         std::max(0.0, (area.right() - layout_.margin) / layout_.column_width) + 2);
+    const std::vector<Line> lines = text_.lines(first, last);
+    const std::size_t caret_line = text_.line_at(caret.place());
     std::size_t longest = 0;
-    for (std::size_t line = first; line <= std::min(last, text_.line_count() - 1); ++line) {
+    for (const Line& line : lines) {
         begin_line(line, area);
-        const bool is_long = text_.line(line).size() > Text_view::long_line;
+        const bool is_long = line.end - line.begin > Text_view::long_line;
         const std::size_t end = layout_.left + columns;
         longest = std::max(longest,
                            is_long ? paint_part_of_long_line(line, end) : paint_block(line, end));
-        paint_caret(line);
+        if (line.number == caret_line) {
+            paint_caret(line.number);
+        }
     }
     painter_.fillRect(QRect(0, area.top(), layout_.margin, area.height()), colours_.margin);
-    for (std::size_t line = first; line <= std::min(last, text_.line_count() - 1); ++line) {
-        paint_margin(line, is_in_band(text_.line_start(line), text_.line_end(line)));
+    for (const Line& line : lines) {
+        paint_margin(line.number, is_in_band(line));
     }
     return longest;
 }
 
-bool Pane_painter::is_in_band(std::size_t start, std::size_t end) const {
-    return band && band->begin <= end && band->begin + band->length > start;
+bool Pane_painter::is_in_band(const Line& line) const {
+    return band && band->begin <= line.end && band->begin + band->length > line.begin;
 }
 
 /// What is behind the text.
-void Pane_painter::begin_line(std::size_t line, const QRect& area) {
-    if (is_in_band(text_.line_start(line), text_.line_end(line))) {
-        painter_.fillRect(QRect(area.left(), layout_.y_of(line), area.width(), layout_.line_height),
-                          colours_.band);
+void Pane_painter::begin_line(const Line& line, const QRect& area) {
+    const int y = layout_.y_of(line.number);
+    if (is_in_band(line)) {
+        painter_.fillRect(QRect(area.left(), y, area.width(), layout_.line_height), colours_.band);
     }
     paint_selection(line, area.right());
-    baseline_ = layout_.y_of(line) + layout_.ascent;
+    baseline_ = y + layout_.ascent;
 }
 
-void Pane_painter::paint_selection(std::size_t line, int right) {
-    const std::size_t start = text_.line_start(line);
-    const std::size_t end = text_.line_end(line);
-    if (!caret.selects() || caret.begin() > end || caret.end() <= start) {
+void Pane_painter::paint_selection(const Line& line, int right) {
+    if (!caret.selects() || caret.begin() > line.end || caret.end() <= line.begin) {
         return;
     }
-    const qreal from = layout_.x_of(text_.column_of(std::max(caret.begin(), start)));
-    qreal to = layout_.x_of(text_.column_of(std::min(caret.end(), end)));
-    if (caret.end() > end) {
+    const qreal from = layout_.x_of(text_.column_of(std::max(caret.begin(), line.begin)));
+    qreal to = layout_.x_of(text_.column_of(std::min(caret.end(), line.end)));
+    if (caret.end() > line.end) {
         to += layout_.column_width / 2;  // the line end is selected, too
     }
     const qreal seen_from = std::max<qreal>(from, layout_.margin + Pane_layout::text_gap);
     const qreal seen_to = std::min<qreal>(to, right + 1);
     if (seen_to > seen_from) {
         painter_.fillRect(
-            QRectF(seen_from, layout_.y_of(line), seen_to - seen_from, layout_.line_height),
+            QRectF(seen_from, layout_.y_of(line.number), seen_to - seen_from, layout_.line_height),
             colours_.selection);
     }
 }
 
 /// The value is the number of columns of the line.
-std::size_t Pane_painter::paint_block(std::size_t number, std::size_t end_column) {
-    const std::size_t start = text_.line_start(number);
-    const std::string_view line = text_.line(number);
-    Block_reader reader(line);
+std::size_t Pane_painter::paint_block(const Line& line, std::size_t end_column) {
+    Block_reader reader(text_.bytes.substr(line.begin, line.end - line.begin));
     Block_word word;
     bool more = reader.next(word);
     std::size_t column = 0;
-    for (std::size_t i = 0; i < line.size(); i = text_.next(start + i) - start) {
+    for (std::size_t at = line.begin; at < line.end; at = text_.next(at)) {
+        const std::size_t i = at - line.begin;
         while (more && i >= word.begin + word.length) {
             more = reader.next(word);
         }
@@ -100,22 +101,21 @@ std::size_t Pane_painter::paint_block(std::size_t number, std::size_t end_column
         if (column >= end_column) {
             break;
         }
-        column = add_character(start + i, column, in_word ? colours_.of(word.kind) : colours_.text);
+        column = add_character(at, column, in_word ? colours_.of(word.kind) : colours_.text);
     }
     flush();
-    return column < end_column ? column : text_.column_of(start + line.size());
+    return column < end_column ? column : text_.column_of(line.end);
 }
 
-std::size_t Pane_painter::paint_part_of_long_line(std::size_t line, std::size_t end_column) {
-    const std::size_t end = text_.line_end(line);
+std::size_t Pane_painter::paint_part_of_long_line(const Line& line, std::size_t end_column) {
     std::size_t column = layout_.left;
-    for (std::size_t at = text_.offset_at(line, column); at < end && column < end_column;
-         at = text_.next(at)) {
+    for (std::size_t at = text_.offset_at(line.number, column);
+         at < line.end && column < end_column; at = text_.next(at)) {
         const std::size_t behind = add_character(at, column, colours_.text);
         column = text_.bytes[at] == '\t' ? column + 1 : behind;
     }
     flush();
-    return text_.column_of(end);
+    return text_.column_of(line.end);
 }
 
 /// The value is the column behind the character.
@@ -172,9 +172,6 @@ void Pane_painter::flush() {
 }
 
 void Pane_painter::paint_caret(std::size_t line) {
-    if (text_.line_at(caret.place()) != line) {
-        return;
-    }
     const qreal x = layout_.x_of(text_.column_of(caret.place()));
     // Before the character, not on it.
     painter_.fillRect(QRectF(x - 2, layout_.y_of(line), has_focus ? 2 : 1, layout_.line_height),

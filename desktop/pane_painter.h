@@ -52,17 +52,19 @@ class Pane_painter {
         QColor colour;
     };
 
-    void begin_line(std::size_t line, const QRect& area);
+    using Line = Text_view::Line;
+
+    void begin_line(const Line& line, const QRect& area);
     void paint_margin(std::size_t line, bool in_band);
-    void paint_selection(std::size_t line, int right);
-    std::size_t paint_block(std::size_t line, std::size_t end_column);
-    std::size_t paint_part_of_long_line(std::size_t line, std::size_t end_column);
+    void paint_selection(const Line& line, int right);
+    std::size_t paint_block(const Line& line, std::size_t end_column);
+    std::size_t paint_part_of_long_line(const Line& line, std::size_t end_column);
     std::size_t add_character(std::size_t at, std::size_t column, QColor colour);
     void paint_control(char byte, std::size_t column, QColor cell, QColor letter);
     void add(const QString& text, std::size_t column, const QColor& colour, bool alone);
     void flush();
     void paint_caret(std::size_t line);
-    [[nodiscard]] bool is_in_band(std::size_t start, std::size_t end) const;
+    [[nodiscard]] bool is_in_band(const Line& line) const;
 
     QPainter& painter_;
     const Pane_layout& layout_;

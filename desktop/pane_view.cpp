@@ -66,6 +66,9 @@ Pane_view::Pane_view(Program_pane& pane) : pane_(pane), pace_([this] { refresh()
     setContextMenuPolicy(Qt::ActionsContextMenu);
     viewport()->setCursor(Qt::IBeamCursor);
     usual_font_ = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    // Characters stand in columns, each for itself: shaping would only cost time, while a line
+    // waits.
+    usual_font_.setStyleStrategy(QFont::PreferNoShaping);
     slices_.setInterval(0);
     QObject::connect(&slices_, &QTimer::timeout, this, [this] { find_more_lines(); });
     connect_scroll_bars();

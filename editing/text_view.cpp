@@ -16,6 +16,10 @@ std::size_t columns_of(char byte, std::size_t column, Text_encoding encoding) {
     return encoding == Text_encoding::utf8 && is_continuation(byte) ? 0 : 1;
 }
 
+std::string_view without_line_end(std::string_view line) {
+    return line.substr(0, line.find_last_not_of("\r\n") + 1);
+}
+
 }  // namespace
 
 std::size_t Text_view::line_start(std::size_t line) const {
@@ -28,8 +32,19 @@ std::size_t Text_view::line_at(std::size_t offset) const {
 
 std::string_view Text_view::line(std::size_t line) const {
     const std::size_t start = line_start(line);
-    const std::string_view whole = bytes.substr(start, line_start(line + 1) - start);
-    return whole.substr(0, whole.find_last_not_of("\r\n") + 1);
+    return without_line_end(bytes.substr(start, line_start(line + 1) - start));
+}
+
+std::vector<Text_view::Line> Text_view::lines(std::size_t first, std::size_t last) const {
+    std::vector<Line> lines;
+    std::size_t begin = line_start(first);
+    for (std::size_t number = first; number <= last && number < line_count(); ++number) {
+        const std::size_t next = line_start(number + 1);
+        lines.push_back(
+            {number, begin, begin + without_line_end(bytes.substr(begin, next - begin)).size()});
+        begin = next;
+    }
+    return lines;
 }
 
 std::size_t Text_view::line_end(std::size_t wanted) const {

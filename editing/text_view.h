@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "editing/line_index.h"
 #include "editing/text_encoding.h"
@@ -29,6 +30,14 @@ struct Text_view {
     [[nodiscard]] std::string_view line(std::size_t line) const;
     /// Offset of the line's end, behind its last character.
     [[nodiscard]] std::size_t line_end(std::size_t line) const;
+    /// Offsets of a line: `begin` of its first character, `end` behind its last.
+    struct Line {
+        std::size_t number = 0;
+        std::size_t begin = 0;
+        std::size_t end = 0;
+    };
+    /// The lines `first` to `last`, as far as there are such: faster than one by one.
+    [[nodiscard]] std::vector<Line> lines(std::size_t first, std::size_t last) const;
     /// UTF-16 units before a byte, every line end counting one.
     [[nodiscard]] std::size_t position_of(std::size_t offset) const;
     [[nodiscard]] std::size_t offset_of(std::size_t position) const;
