@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <fcntl.h>
 #include <poll.h>
@@ -50,7 +51,8 @@ class Bare_sender {
             const auto part = std::string_view(text_).substr(sent, chunk);
             const auto taken = ::write(port, part.data(), part.size());
             sent += taken > 0 ? static_cast<std::size_t>(taken) : 0;
-            next += character_ * static_cast<int>(chunk);
+            // Lost time is never made up: what piled up in the queue then would follow an Xoff.
+            next = std::max(next, Clock::now()) + character_ * static_cast<int>(chunk);
             std::this_thread::sleep_until(next - character_ * static_cast<int>(ahead));
         }
         while (!stop.stop_requested()) {

@@ -189,10 +189,6 @@ bool send_on_a_busy_computer() {
     return send_at({115200, "BAUD-2"}, "busy", 97, 30) && slow;
 }
 
-// The machine works off less than comes in, so it must hold the line again and again. It looks at
-// the line without sleeping: a processor of a virtual computer takes a millisecond to wake, the
-// first characters after each pause would be seen late, and the machine's line would stay behind
-// the program's by that much.
 /// Characters after the Xoffs of one send: what nine of ten do not exceed, and the most.
 struct Obedience {
     double nine_of_ten = 0;
