@@ -39,7 +39,7 @@ TEST(Desk, SaysBeforeDuringAndAfterASendWhatGoesOnAndKeepsALog) {
     shop.window().Stop_button.click();
     shop.pass(60s);
     shop.window().Send_button.click();
-    shop.pass(100ms);
+    shop.pass(600ms);
     EXPECT_TRUE(says("0:00 left")) << "as fast as the line is, not the operator: " << shop.status();
     shop.machine().sends(xoff);
     shop.pass(100ms);
