@@ -10,10 +10,15 @@ namespace kelvane::testing {
 
 /// What an operator does in one go, from the click until all is done or has been given up.
 struct Shop_job {
+    /// What may be gone when it is done: the program that stood in a file, what had been received
+    /// and not saved.
+    enum May_go { nothing = 0, old_program = 1, left = 2 };
+
     const char* what;
     std::function<void(Shop_floor&)> run;
     const char* machine = "Mill";  ///< "Lathe" saves programs separately
     const char* command_line = "";
+    int may_go = nothing;
 };
 
 inline const std::string job_part = "%\r\nO1\r\nN1G0X1\r\nCALL SUB.NC\r\n!\r\nN2M30\r\n%\r\n";
@@ -85,22 +90,26 @@ inline const std::vector<Shop_job>& shop_jobs() {
     static const std::vector<Shop_job> jobs = {
         {"send", [](Shop_floor& shop) { file_job(shop, 0, xon); }},
         {"binary send", [](Shop_floor& shop) { file_job(shop, 4, xon); }},
-        {"receive", [](Shop_floor& shop) { file_job(shop, 1, job_wire); }},
-        {"receive separately", [](Shop_floor& shop) { file_job(shop, 1, job_wire); }, "Lathe"},
-        {"binary receive", [](Shop_floor& shop) { file_job(shop, 5, job_wire); }},
+        {"receive", [](Shop_floor& shop) { file_job(shop, 1, job_wire); }, "Mill", "",
+         Shop_job::old_program | Shop_job::left},
+        {"receive separately", [](Shop_floor& shop) { file_job(shop, 1, job_wire); }, "Lathe", "",
+         Shop_job::left},
+        {"binary receive", [](Shop_floor& shop) { file_job(shop, 5, job_wire); }, "Mill", "",
+         Shop_job::old_program | Shop_job::left},
         {"end while receiving",
          [](Shop_floor& shop) {
              shop.machine().after(300ms, [&shop] { shop.machine().sends(job_wire); });
              shop.pick(1, "PART.NC");
              shop.pass(1s);
-         }},
+         },
+         "Mill", "", Shop_job::left},
         {"print", [](Shop_floor& shop) { file_job(shop, 2, ""); }},
         {"receive as a job",
          [](Shop_floor& shop) {
              shop.machine().after(500ms, [&shop] { shop.machine().sends(job_wire); });
              shop.pass(10s);
          },
-         "Mill", "2|/nc/PART.NC|Drill"},
+         "Mill", "2|/nc/PART.NC|Drill", Shop_job::left},
         {"resequence",
          [](Shop_floor& shop) {
              shop.desk.windows.when_shown("resequence_form_lite", [&shop] {
@@ -168,7 +177,8 @@ inline const std::vector<Shop_job>& shop_jobs() {
                  shop.all().edit_commands.EditMenuItem[Edit_commands::save].click();
                  until_done(shop);
              }
-         }},
+         },
+         "Mill", "", Shop_job::old_program},
         {"save over another program",
          [](Shop_floor& shop) {
              if (open_in_editor(shop)) {
@@ -176,7 +186,8 @@ inline const std::vector<Shop_job>& shop_jobs() {
                  shop.all().edit_commands.EditMenuItem[Edit_commands::save_as].click();
                  until_done(shop);
              }
-         }},
+         },
+         "Mill", "", Shop_job::old_program},
         {"end with changes", [](Shop_floor& shop) { shop.all().open_program.type(u"/"); }},
     };
     return jobs;
