@@ -309,9 +309,12 @@ void configure_IO_lite::add_machine() {
     New_name_txt.set_text("");
     IO_device_lst.select(static_cast<int>(IO_device_lst.count()) - 1);
     machine_ = IO_device_lst.selected();
-    if (const auto listed = saveit(may_write_bare_file(platform_.files, name) ? name : "");
-        !listed) {
-        name_hint.set_caption("The list could not be stored: " + listed.reason());
+    tell_list(saveit(may_write_bare_file(platform_.files, name) ? name : ""));
+}
+
+void configure_IO_lite::tell_list(const Result<>& stored) {
+    if (!stored) {
+        name_hint.set_caption("The list could not be stored: " + stored.reason());
     }
 }
 
@@ -337,6 +340,7 @@ void configure_IO_lite::delete_machine_at(int position) {
     const auto settings_path =
         machine_file_path(platform_.files, named_port_settings_name(machine));
     const auto unlisted = remove_from_machine_list(platform_.files, machine);
+    tell_list(unlisted);
     if (unlisted && settings_path) {
         platform_.files.remove(*settings_path);
     }

@@ -110,6 +110,8 @@ class configure_IO_lite : public Form {
     void refuse_name(std::string reason);
     void add_machine();
     Task<> delete_machine();
+    /// Says what has come of storing the list.
+    void tell_list(const Result<>& stored);
     void delete_machine_at(int position);
 
     Platform& platform_;

@@ -70,6 +70,7 @@ void Wiring_panel::show() {
 void Wiring_panel::device_changed() {
     const int port = form_.shown_com_port();
     const auto device = wiring_.device(port);
+    unreadable_ = device.reason();
     if (device && Device_txt.text() != *device) {
         wiring_.set_device(port, Device_txt.text());
     }

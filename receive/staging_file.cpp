@@ -15,11 +15,7 @@ Staging_file::Staging_file(Files& files, Event_loop& loop)
 
 Result<> Staging_file::begin(const Unsaved_reception& reception) {
     unsettled_ = false;
-    auto emptied = files_.replace(path_, {});
-    if (emptied) {
-        begin_reception(files_, reception);
-    }
-    return emptied;
+    return files_.replace(path_, {}).and_then([&] { return begin_reception(files_, reception); });
 }
 
 Result<> Staging_file::append(std::string_view bytes) {

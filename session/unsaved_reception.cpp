@@ -14,13 +14,12 @@ namespace {
 
 constexpr std::array<const char*, 3> form_words = {"raw", "text", "binary"};
 
-void write_note(Files& files, const Unsaved_reception& reception) {
+Result<> write_note(Files& files, const Unsaved_reception& reception) {
     Text_writer note;
     note.line(reception.machine)
         .line(reception.path)
         .line(form_words.at(static_cast<std::size_t>(reception.form)));
-    // Without the note the bytes are where they are all the same.
-    static_cast<void>(files.replace(files.program_path(file_names::reception_note), note.text()));
+    return files.replace(files.program_path(file_names::reception_note), note.text());
 }
 
 Result<Unsaved_reception> read_note(const Files& files) {
@@ -64,15 +63,16 @@ Result<std::string> received_file(const Files& files, Unsaved_reception::Form fo
 
 }  // namespace
 
-void begin_reception(Files& files, const Unsaved_reception& reception) {
+Result<> begin_reception(Files& files, const Unsaved_reception& reception) {
     files.remove(files.program_path(file_names::reception_aside));
-    write_note(files, reception);
+    return write_note(files, reception);
 }
 
 void mark_converted(Files& files) {
     if (auto reception = read_note(files)) {
         reception->form = Unsaved_reception::Form::text;
-        write_note(files, *reception);
+        // With the old note the operator is asked, and can save the text as it is.
+        static_cast<void>(write_note(files, *reception));
     }
 }
 

@@ -18,7 +18,9 @@ struct Unsaved_reception {
 };
 
 /// The staging file is about to take what that machine sends; what was unsaved until now is gone.
-void begin_reception(Files& files, const Unsaved_reception& reception);
+/// Without its note the next send would take what comes for an old working copy: on failure nothing
+/// may be received.
+[[nodiscard]] Result<> begin_reception(Files& files, const Unsaved_reception& reception);
 /// The staging file holds the converted text from now on.
 void mark_converted(Files& files);
 /// It has been saved.
