@@ -22,6 +22,16 @@ Log_view::Log_view(Log_text& log)
     setTabChangesFocus(true);
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    const QScrollBar* bar = verticalScrollBar();
+    QObject::connect(bar, &QScrollBar::valueChanged, this, [this, bar](int value) {
+        follows_ = refreshes_ ? follows_ : value == bar->maximum();
+    });
+    // A wide line brings the other bar, which takes a row away; so does a smaller window.
+    QObject::connect(bar, &QScrollBar::rangeChanged, this, [this](int, int end) {
+        if (follows_) {
+            verticalScrollBar()->setValue(end);
+        }
+    });
     log_.observe([this] { pace_.request(); });
     log_.on_copy = [this] { copy_selected_or_all(); };
     pace_.run();
@@ -47,12 +57,13 @@ void Log_view::paintEvent(QPaintEvent* event) {
 
 void Log_view::refresh() {
     QScrollBar& bar = *verticalScrollBar();
-    const bool follows = bar.value() == bar.maximum();
     const int seen = bar.value();
     const QTextCursor own = textCursor();
+    refreshes_ = true;
     show_changes();
     select(own.anchor() - dropped_.characters, own.position() - dropped_.characters);
-    bar.setValue(follows ? bar.maximum() : seen - dropped_.lines);
+    bar.setValue(follows_ ? bar.maximum() : seen - dropped_.lines);
+    refreshes_ = false;
 }
 
 /// As one change, which is laid out once.

@@ -45,6 +45,8 @@ class Log_view : public QPlainTextEdit {
     std::uint64_t first_ = 0;      ///< position of the first part that is shown
     std::deque<int> lines_;        ///< of each part that is shown
     Fallen dropped_;               ///< by the refresh that runs
+    bool refreshes_ = false;       ///< one runs
+    bool follows_ = true;          ///< the end of the log is in sight
     std::size_t last_length_ = 0;  ///< of the last one, in bytes
     Paced_refresh pace_;
 };

@@ -10,6 +10,7 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QSlider>
 #include <QTextDocument>
 #include <QVBoxLayout>
@@ -19,6 +20,7 @@
 
 #include "desktop/bindings.h"
 #include "desktop/dialog_parts.h"
+#include "desktop/log_view.h"
 #include "desktop/qt_event_loop.h"
 #include "desktop/qt_windows.h"
 #include "platform/task_keeper.h"
@@ -365,6 +367,34 @@ TEST(Bindings_test, enter_presses_the_default_button_from_nowhere_but_the_dialog
     EXPECT_EQ(log, "TOL");
     press_key(dialog, Qt::Key_Return);
     EXPECT_EQ(log, "TOLB");
+}
+
+TEST(Log_view_test, stays_at_the_end_until_the_operator_scrolls_away) {
+    Log_text log("Crossed_txt");
+    Log_view view(log);
+    view.resize(300, 200);
+    view.show();
+    QScrollBar& bar = *view.verticalScrollBar();
+    const auto add = [&](const std::string& line) {
+        const int lines = view.blockCount();
+        log.add(std::vector<Log_text::Part>(50, {line, Log_text::Side::outgoing}));
+        while (view.blockCount() <= lines + 1 || bar.maximum() == 0) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+        QCoreApplication::processEvents();
+    };
+    add("N1");
+    add("a line that is wider than the window, so that there is one more scroll bar");
+    EXPECT_EQ(bar.value(), bar.maximum());
+    view.resize(300, 120);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(bar.value(), bar.maximum());
+    bar.setValue(7);
+    add("N2");
+    EXPECT_EQ(bar.value(), 7);
+    bar.setValue(bar.maximum());
+    add("N3");
+    EXPECT_EQ(bar.value(), bar.maximum());
 }
 
 TEST(Bindings_test, labels_show_marks_only_as_access_keys) {
