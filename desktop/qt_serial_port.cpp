@@ -116,6 +116,7 @@ void Qt_serial_port::prepare_open_line(const std::string& device) {
     cts_.start(counts_cts_changes(device));
     errors_at_open_ = driver_counts(handle()).value_or(Driver_counts()).errors;
     errors_at_close_ = errors_at_open_;
+    discarded_nulls_ = 0;
 }
 
 void Qt_serial_port::start_clock(int baud, int bits) {
@@ -173,8 +174,10 @@ void Qt_serial_port::tell(Line_direction direction, std::string_view bytes) cons
 void Qt_serial_port::store(std::string_view bytes) {
     tell(Line_direction::from_machine, bytes);
     if (settings_.null_discard) {
+        const std::size_t before = received_.size();
         std::copy_if(bytes.begin(), bytes.end(), std::back_inserter(received_),
                      [](char byte) { return byte != '\0'; });
+        discarded_nulls_ += bytes.size() - (received_.size() - before);
     } else {
         received_ += bytes;
     }

@@ -38,6 +38,7 @@ class Qt_serial_port : public Serial_comm {
 
     [[nodiscard]] Line_errors line_errors() const override;
 
+    [[nodiscard]] std::size_t discarded_nulls() const override { return discarded_nulls_; }
     [[nodiscard]] std::size_t in_buffer_count() override;
     [[nodiscard]] std::string input(std::size_t most) override;
     [[nodiscard]] std::size_t out_buffer_count() override;
@@ -77,6 +78,7 @@ class Qt_serial_port : public Serial_comm {
     Cts_watch cts_;
     Line_errors errors_at_open_;
     Line_errors errors_at_close_;
+    std::size_t discarded_nulls_ = 0;
     double characters_per_second_ = 0;
     std::string received_;          ///< and not yet taken
     std::size_t driver_count_ = 0;  ///< as last asked for

@@ -79,6 +79,8 @@ class Serial_comm {
     /// thrown away, what goes out as it is handed over. Must not call the port.
     std::function<void(Line_direction, std::string_view)> on_crossing;
 
+    /// NULs that have come in since `open` and have been thrown away.
+    [[nodiscard]] virtual std::size_t discarded_nulls() const = 0;
     /// Bytes that wait to be read.
     [[nodiscard]] virtual std::size_t in_buffer_count() = 0;
     /// Takes at most `most` waiting bytes; 0 takes all.

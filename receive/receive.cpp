@@ -126,13 +126,18 @@ Transfer_end Receive::unfinished_end(const Collected& collected, const std::stri
         case Collected_end::overflow:
             return end_with(Fault::overflow);
         default:
-            return {.outcome = Outcome::stopped,
-                    .log = "Receive aborted. File " + path + " not saved.",
-                    .note = collected.bytes == 0 ? std::string() : kept,
-                    .last_line = {},
-                    .box = {},
-                    .remarks = {}};
+            return stopped_end(collected.bytes == 0 ? std::string() : kept, path);
     }
+}
+
+Transfer_end Receive::stopped_end(std::string kept, const std::string& path) const {
+    const bool nothing_but_nulls = kept.empty() && session_.port.discarded_nulls() > 0;
+    Transfer_end end;
+    end.outcome = Outcome::stopped;
+    end.log = "Receive aborted. File " + path + " not saved.";
+    end.note = std::move(kept);
+    add_remark(end, nothing_but_nulls ? std::string(only_nulls) : std::string());
+    return end;
 }
 
 Task<Transfer_end> Receive::save_binary(std::int64_t bytes, std::string path) {

@@ -45,6 +45,7 @@ class Receive : public Receiver {
     [[nodiscard]] Task<Collected> collect(const Transfer_options& options);
     [[nodiscard]] Transfer_end unfinished_end(const Collected& collected,
                                               const std::string& path) const;
+    [[nodiscard]] Transfer_end stopped_end(std::string kept, const std::string& path) const;
     [[nodiscard]] Task<Transfer_end> save_binary(std::int64_t bytes, std::string path);
     [[nodiscard]] Transfer_end keep_binary(const std::string& path);
     [[nodiscard]] Task<Transfer_end> save_text(const Transfer_options& options, std::string path);

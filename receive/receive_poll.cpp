@@ -5,6 +5,7 @@
 
 #include "platform/basic_text.h"
 #include "session/control_characters.h"
+#include "session/line_trouble.h"
 
 namespace kelvane {
 
@@ -39,6 +40,9 @@ void Receive_poll::look() {
         end(Collected_end::stopped);
     } else if (!control_.polling() && (port_.in_buffer_count() > 0 || port_.lost())) {
         control_.set_polling(true);
+    }
+    if (RXbytecount_ == 0 && port_.discarded_nulls() > 0) {
+        control_.set_advice(only_nulls);
     }
 }
 

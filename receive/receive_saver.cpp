@@ -105,9 +105,6 @@ Transfer_end Receive_saver::saved(std::string note) {
     staging_.remove();
     Transfer_end end;
     end.note = std::move(note);
-    std::string doubts = doubts_;
-    std::replace(doubts.begin(), doubts.end(), '\n', ';');
-    end.note += (doubts.empty() ? "" : "  |  ") + doubts;
     return end;
 }
 

@@ -15,8 +15,8 @@ namespace kelvane {
 /// number. The staging file goes when the text is safely there, and not before.
 class Receive_saver {
   public:
-    /// `path` is the target; `staging` outlives the saver. `doubts` are said in the report and the
-    /// note of what has been saved; empty without any.
+    /// `path` is the target; `staging` outlives the saver. `doubts` are said in the report
+    /// of what has been saved; empty without any.
     Receive_saver(const Session& session, Staging_file& staging, std::string path,
                   std::string doubts);
 

@@ -74,8 +74,7 @@ std::string likeliest_cause(const Unknown_reception& reception) {
                "pin 2 of a 9-pin plug";
     }
     if (all([](char byte) { return byte == '\0'; })) {
-        return "Only NULs came: the machine's baud rate is lower than the one set here, or it sent "
-               "nothing but a leader";
+        return std::string(only_nulls);
     }
     if (all([](char byte) { return (byte & 0x80) != 0; })) {
         return "Every character came with bit 7 set: set 7 data bits, or the two wires of the line "

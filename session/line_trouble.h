@@ -14,6 +14,12 @@ namespace kelvane {
 /// is wrong". `characters` have come in, discarded ones included. Empty without errors.
 [[nodiscard]] std::string line_errors_text(const Line_errors& errors, std::size_t characters);
 
+/// What it means that nothing but NULs comes in.
+inline constexpr std::string_view only_nulls =
+    "Only NULs came: the machine's baud rate is lower than the one set here, or it sent nothing "
+    "but "
+    "a leader";
+
 /// What is known of a reception in which no text was found.
 struct Unknown_reception {
     std::string_view bytes;  ///< as they came, NULs included if they were kept

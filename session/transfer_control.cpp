@@ -161,8 +161,8 @@ Task<> Transfer_control::end(Transfer_end end) {
     const std::string result = ran ? result_of(end.outcome, end.remarks) : std::string();
     happens(Transfer_event::ended);
     status_.end(ran ? result : end.note);
-    if (ran && !end.note.empty()) {
-        status_.add_note(end.note);
+    if (ran) {
+        status_.add_end(end.note, end.remarks);
     }
     if (end.box) {
         const Message box = *end.box;

@@ -193,6 +193,8 @@ class Transfer_control {
 
     // --- The status bar
 
+    /// What is told of a long wait for data.
+    void set_advice(std::string_view advice) { status_.set_advice(advice); }
     /// The machine that is selected.
     void show_machine(const std::string& machine) { status_.set_machine(machine); }
     /// Its port and settings in short.

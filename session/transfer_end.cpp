@@ -20,11 +20,6 @@ void add_remark(Transfer_end& end, const std::string& remark) {
         return;
     }
     end.remarks += (end.remarks.empty() ? "" : "\n") + remark;
-    std::string in_one_line = remark;
-    for (std::size_t at = 0; (at = in_one_line.find('\n', at)) != std::string::npos;) {
-        in_one_line.replace(at, 1, ". ");
-    }
-    end.note += (end.note.empty() ? "" : "  |  ") + in_one_line;
     end.log = remark + (end.log.empty() ? "" : "\r\n\r\n" + end.log);
 }
 

@@ -122,6 +122,17 @@ std::string_view advice(Transfer_state state) {
     }
 }
 
+void add_part(std::string& text, const std::string& part, const char* separator) {
+    text += (text.empty() || part.empty() ? "" : separator) + part;
+}
+
+std::string in_one_line(std::string sentences) {
+    for (std::size_t at = 0; (at = sentences.find('\n', at)) != std::string::npos;) {
+        sentences.replace(at, 1, ". ");
+    }
+    return sentences;
+}
+
 }  // namespace
 
 Transfer_status::Transfer_status(Event_loop& loop, Label& label, State_field& field)
@@ -164,6 +175,7 @@ void Transfer_status::set(Transfer_state state) {
             paused_ += loop_.now() - since_;
         }
         state_ = state;
+        advice_.clear();
         since_ = loop_.now();
         show();
     }
@@ -231,8 +243,14 @@ void Transfer_status::set_note(std::string note) {
 }
 
 void Transfer_status::add_note(const std::string& note) {
-    note_ += (note_.empty() ? "" : "  |  ") + note;
-    result_.advice += (result_.advice.empty() ? "" : "\n") + note;
+    add_part(note_, note, "  |  ");
+    add_part(result_.advice, note, "\n");
+    show();
+}
+
+void Transfer_status::add_end(const std::string& note, const std::string& remarks) {
+    add_note(note);
+    add_part(note_, in_one_line(remarks), "  |  ");
     show();
 }
 
@@ -268,7 +286,7 @@ std::string Transfer_status::busy_text() const {
 /// Before the start what is to be known of the program, too.
 std::string Transfer_status::advice_now() const {
     const bool silent = loop_.now() - since_ >= long_silence;
-    std::string text(silent ? advice(state_) : std::string_view());
+    std::string text(!silent ? "" : advice_.empty() ? advice(state_) : advice_);
     if (state_ == Transfer_state::waiting_for_start && !caution_.empty()) {
         text += (text.empty() ? "" : "\n") + caution_;
     }

@@ -56,6 +56,8 @@ class Transfer_status {
     [[nodiscard]] Transfer_record record() const;
     /// Said while the transfer waits for its start.
     void set_caution(std::string caution);
+    /// In place of the advice that a long wait brings, as long as this state lasts.
+    void set_advice(std::string_view advice) { advice_ = advice; }
     /// What the transfer has come to, for the state field.
     void set_result(const Transfer_record& record);
     /// The transfer has ended, its state is idle again. `note` stays until the next transfer
@@ -68,6 +70,9 @@ class Transfer_status {
     void set_note(std::string note);
     /// The same behind the note that is there, and in the state field below the last result.
     void add_note(const std::string& note);
+    /// What a transfer leaves to say. The remarks, sentences with line feeds between them, stand in
+    /// the state field with its result.
+    void add_end(const std::string& note, const std::string& remarks);
     /// Shows `warning` beside the idle machine from now on, whatever transfers follow.
     void set_warning(std::string warning);
 
@@ -92,6 +97,7 @@ class Transfer_status {
     std::string warning_;
     std::string hint_;
     std::string caution_;
+    std::string advice_;
     Transfer_state state_ = Transfer_state::idle;
     Transfer_record record_;
     Clock_time since_{};      ///< when the state was entered

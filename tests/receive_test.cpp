@@ -136,6 +136,23 @@ TEST(Receive, KeepsTheOldFileOfAProgramNumberAndCountsFiles) {
     EXPECT_NE(shop.status().find("3 were received"), std::string::npos);
 }
 
+TEST(Receive, OfNothingButNULsTheCauseIsToldWhileItWaitsAndWhenItIsStopped) {
+    Shop_floor shop;
+    shop.menu(1, "NEW.NC");
+    shop.machine().sends(std::string(9, '\0'));
+    shop.pass(31s);
+    const auto& view = shop.window().state_field.view();
+    EXPECT_TRUE(view.advice.starts_with("Only NULs came: the machine's baud rate is lower"))
+        << view.advice;
+    shop.machine().errors.framing = 9;
+    shop.window().Stop_button.click();
+    shop.wait_until_idle();
+    EXPECT_EQ(view.advice.find("Only NULs"), view.advice.rfind("Only NULs")) << view.advice;
+    EXPECT_EQ(view.advice.find("framing"), view.advice.rfind("framing")) << view.advice;
+    EXPECT_NE(shop.status().find("a leader. 9 characters came with framing"), std::string::npos)
+        << shop.status();
+}
+
 TEST(Receive, StopEndsTheSelectCodesToo) {
     for (const char* handshake : {" 0", " 1"}) {
         Shop_floor shop({{5, handshake}}, "");

@@ -34,6 +34,7 @@ class Scripted_machine : public Serial_comm {
         dtr = true;
         rts = true;
         to_program_.clear();
+        discarded_nulls_ = 0;
         return {};
     }
     void close() override {
@@ -49,6 +50,7 @@ class Scripted_machine : public Serial_comm {
         return Val(settings_.settings) / (settings_.settings.ends_with(",1") ? 10 : 11);
     }
     Line_errors line_errors() const override { return errors; }
+    std::size_t discarded_nulls() const override { return discarded_nulls_; }
     std::size_t in_buffer_count() override { return to_program_.size(); }
     std::string input(std::size_t most) override {
         std::string taken = to_program_.substr(0, most == 0 ? std::string::npos : most);
@@ -125,6 +127,7 @@ class Scripted_machine : public Serial_comm {
         tell(Line_direction::from_machine, byte);
         const bool thrown_away = settings_.null_discard && byte == std::string_view("\0", 1);
         to_program_ += open_ && !thrown_away ? byte : "";
+        discarded_nulls_ += open_ && thrown_away ? 1 : 0;
     }
     void tell(Line_direction direction, std::string_view bytes) const {
         if (open_ && on_crossing && !bytes.empty()) {
@@ -154,6 +157,7 @@ class Scripted_machine : public Serial_comm {
     bool open_ = false;
     std::optional<std::string> lost_;
     unsigned line_ = 0;  // counts openings, so that bytes of an old one go nowhere
+    std::size_t discarded_nulls_ = 0;
     int times_opened_ = 0;
     std::optional<std::string> refusal_;
     std::string error_text_, to_program_, on_line_, received_;
