@@ -1,6 +1,5 @@
 #include "receive/receive_saver.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "platform/basic_text.h"

@@ -137,7 +137,7 @@ TEST(Receive, KeepsTheOldFileOfAProgramNumberAndCountsFiles) {
 }
 
 TEST(Receive, OfNothingButNULsTheCauseIsToldWhileItWaitsAndWhenItIsStopped) {
-    Shop_floor shop;
+    Shop_floor shop({}, "");
     shop.menu(1, "NEW.NC");
     shop.machine().sends(std::string(9, '\0'));
     shop.pass(31s);
