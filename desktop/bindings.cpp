@@ -61,6 +61,19 @@ Refresh bind_widget(Control& control, QWidget& widget, Refresh refresh_more) {
     return refresh;
 }
 
+/// A menu is as wide as its longest item, and a path may be wider than the screen. The tool tip of
+/// an item that is not cut is not touched.
+void refresh_text(const QString& caption, QAction& item) {
+    constexpr int longest = 80;
+    const QString plain = without_access_key(caption);
+    const bool cut = plain.size() > longest;
+    item.setText(cut ? cut_in_middle(plain, longest).replace("&", "&&") : caption);
+    if (cut || item.data().toBool()) {
+        item.setToolTip(cut ? tool_tip_of(plain) : QString());
+        item.setData(cut);
+    }
+}
+
 void refresh_caption(const Control& control, QAbstractButton& widget) {
     const QString caption = to_screen(control.caption());
     const QString shown = without_access_key(widget.text());
@@ -175,7 +188,7 @@ void bind(Button& control, QAbstractButton& widget) {
 
 void bind(Button& control, QAction& item) {
     keep_fresh(control, item, [&control, &item] {
-        item.setText(to_screen(control.caption()));
+        refresh_text(to_screen(control.caption()), item);
         item.setEnabled(control.enabled());
         item.setVisible(control.visible());
     });

@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QStyle>
 #include <QToolTip>
+#include <algorithm>
 
 #include "desktop/qt_text.h"
 
@@ -13,8 +14,23 @@ Elided_label::Elided_label() {
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
 }
 
+Elided_label::Elided_label(int characters) : characters_(characters) {
+    setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Preferred);
+}
+
+QSize Elided_label::sizeHint() const {
+    const QSize usual = QLabel::sizeHint();
+    const int most = fontMetrics().horizontalAdvance('0') * characters_;
+    return characters_ == 0 ? usual : QSize(std::min(usual.width(), most), usual.height());
+}
+
+QSize Elided_label::minimumSizeHint() const {
+    return {0, QLabel::minimumSizeHint().height()};
+}
+
 QString Elided_label::elided() const {
-    return fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
+    return fontMetrics().elidedText(text(), characters_ == 0 ? Qt::ElideRight : Qt::ElideMiddle,
+                                    contentsRect().width());
 }
 
 void Elided_label::paintEvent(QPaintEvent*) {

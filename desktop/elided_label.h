@@ -8,7 +8,14 @@ namespace kelvane {
 /// tool tip.
 class Elided_label : public QLabel {
   public:
+    /// It takes the room that is given to it.
     Elided_label();
+    /// It takes the room of its text, up to `characters` digits; what is cut off stands in the
+    /// middle.
+    explicit Elided_label(int characters);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -16,6 +23,8 @@ class Elided_label : public QLabel {
 
   private:
     [[nodiscard]] QString elided() const;
+
+    int characters_ = 0;  ///< 0: no limit of its own
 };
 
 }  // namespace kelvane

@@ -37,7 +37,9 @@ void fill_menu(QMenu& shown, const Menu& menu) {
         if (item.begins_group) {
             if (!std::exchange(submenus_added, true)) {
                 for (const Menu& submenu : menu.submenus) {
-                    fill_menu(*shown.addMenu(to_screen(submenu.caption)), submenu);
+                    QMenu* const within = shown.addMenu(to_screen(submenu.caption));
+                    within->setToolTipsVisible(true);  // of what is cut short
+                    fill_menu(*within, submenu);
                 }
             }
             shown.addSeparator();
@@ -213,7 +215,8 @@ void Main_window::make_controls(Kelvane_lite_form& form, Editor_parts& parts) {
 
 void Main_window::make_status_bar(Kelvane_lite_form& form, Editor_parts parts) {
     auto* status = new Elided_label;
-    auto* part = new QLabel;
+    constexpr int longest_note = 56;  // leaves room for the transfer
+    auto* part = new Elided_label(longest_note);
     bind(form.status_label, *status);
     statusBar()->addWidget(status, 1);
     auto* open = new QPushButton;

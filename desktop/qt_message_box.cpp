@@ -76,7 +76,7 @@ void fill(QMessageBox& box, const Message& message) {
     box.setIcon(icon_of(message.icon));
     box.setWindowTitle(to_screen(message.title));
     box.setTextFormat(Qt::PlainText);
-    box.setText(to_screen(message.text));
+    box.setText(with_long_words_broken(to_screen(message.text)));
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
     QPushButton* careful = nullptr;
     for (const Choice& choice : choices_of(message.buttons)) {

@@ -1,20 +1,13 @@
 #include "desktop/qt_text.h"
 
-#include <QByteArrayView>
+#include "editing/text_encoding.h"
 
 namespace kelvane {
 
-Text_form text_form_of(std::string_view bytes) {
-    const auto size = static_cast<qsizetype>(bytes.size());
-    return QByteArrayView(bytes.data(), size).isValidUtf8() ? Text_form::name : Text_form::latin1;
-}
-
 QString to_screen(std::string_view bytes, Text_form form) {
-    const auto size = static_cast<qsizetype>(bytes.size());
-    if (form == Text_form::name && text_form_of(bytes) == Text_form::name) {
-        return QString::fromUtf8(bytes.data(), size);
-    }
-    return QString::fromLatin1(bytes.data(), size);
+    return form == Text_form::name
+               ? QString::fromStdString(as_utf8(bytes))
+               : QString::fromLatin1(bytes.data(), static_cast<qsizetype>(bytes.size()));
 }
 
 std::string from_screen(const QString& text, Text_form form) {
@@ -23,7 +16,30 @@ std::string from_screen(const QString& text, Text_form form) {
 
 QString tool_tip_of(const QString& text) {
     return text.isEmpty() ? QString()
-                          : "<p style='white-space:pre-wrap'>" + text.toHtmlEscaped() + "</p>";
+                          : "<p style='white-space:pre-wrap'>" +
+                                with_long_words_broken(text).toHtmlEscaped() + "</p>";
+}
+
+QString cut_in_middle(const QString& text, int most) {
+    const qsizetype half = (most - 3) / 2;
+    return text.size() <= most ? text : text.left(half) + "..." + text.right(half);
+}
+
+QString with_long_words_broken(const QString& text) {
+    constexpr qsizetype longest = 70;
+    QString broken;
+    qsizetype begin = 0;  // of what stands since the last blank or break
+    for (const QChar character : text) {
+        broken += character;
+        if (character.isSpace()) {
+            begin = broken.size();
+        } else if (broken.size() - begin > longest) {
+            const qsizetype slash = broken.lastIndexOf(u'/', -2);
+            begin = slash > begin ? slash + 1 : broken.size() - 1;
+            broken.insert(begin++, u'\n');
+        }
+    }
+    return broken;
 }
 
 QString without_access_key(const QString& caption) {

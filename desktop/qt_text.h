@@ -10,11 +10,8 @@ namespace kelvane {
 /// characters.
 enum class Text_form {
     latin1,  ///< one byte a character, both ways; for text that goes to a machine
-    name,    ///< UTF-8 when the bytes are that, else Latin-1; for file and machine names, messages
+    name,    ///< UTF-8, each byte that is not as Latin-1; for file and machine names, messages
 };
-
-/// `name` for bytes that are UTF-8 (plain ASCII included), else `latin1`.
-Text_form text_form_of(std::string_view bytes);
 
 /// The characters of `bytes`.
 QString to_screen(std::string_view bytes, Text_form form = Text_form::name);
@@ -26,6 +23,13 @@ std::string from_screen(const QString& text, Text_form form = Text_form::name);
 /// `text` as a tool tip, which is as broad as is usual and takes nothing in it for markup. Empty
 /// for an empty text.
 QString tool_tip_of(const QString& text);
+
+/// `text` with "..." in place of its middle when it has more than `most` characters.
+QString cut_in_middle(const QString& text, int most);
+
+/// `text` for a box that wraps lines at blanks only: words that are longer than a line, as paths
+/// can be, go on in a new one, if possible behind a "/".
+QString with_long_words_broken(const QString& text);
 
 /// A caption without its access key marks: "&File" is "File", "&&" is "&".
 QString without_access_key(const QString& caption);

@@ -109,6 +109,21 @@ std::uint32_t take_character(std::u16string_view& text) {
     return code;
 }
 
+/// Bytes of the character of UTF-8 with which `bytes` begin, 0 when it is none.
+std::size_t character_length(std::string_view bytes) {
+    if (static_cast<unsigned char>(bytes[0]) < 0x80) {
+        return 1;
+    }
+    for (std::size_t length = 2; length <= std::min<std::size_t>(4, bytes.size()); ++length) {
+        Encoding_check check;
+        check.feed(bytes.substr(0, length));
+        if (check.result() == Text_encoding::utf8) {
+            return length;
+        }
+    }
+    return 0;
+}
+
 }  // namespace
 
 void Encoding_check::begin_character(unsigned char lead) {
@@ -145,6 +160,20 @@ void Encoding_check::feed(std::string_view piece) {
 Text_encoding Encoding_check::result() const {
     const bool utf8 = valid_ && beyond_ascii_ && missing_ == 0;
     return utf8 ? Text_encoding::utf8 : Text_encoding::latin1;
+}
+
+std::string as_utf8(std::string_view bytes) {
+    std::string text;
+    while (!bytes.empty()) {
+        const std::size_t length = character_length(bytes);
+        if (length == 0) {
+            append_utf8(text, static_cast<unsigned char>(bytes[0]));
+        } else {
+            text += bytes.substr(0, length);
+        }
+        bytes.remove_prefix(std::max<std::size_t>(length, 1));
+    }
+    return text;
 }
 
 std::u16string shown_text(std::string_view bytes, Text_encoding encoding) {

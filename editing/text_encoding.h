@@ -31,6 +31,10 @@ class Encoding_check {
     unsigned char highest_ = 0xBF;  ///< of the next one
 };
 
+/// `bytes` as UTF-8; each one that is part of no character of it is taken for Latin-1. Messages
+/// hold names of several origins.
+std::string as_utf8(std::string_view bytes);
+
 /// A byte inside a UTF-8 character, not its first.
 constexpr bool is_continuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;

@@ -1,8 +1,10 @@
 #include "frame/transfer_log_form.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
+#include "editing/text_encoding.h"
 #include "platform/basic_text.h"
 #include "platform/save_path.h"
 
@@ -26,6 +28,14 @@ bool is_of_kind(const Logged_transfer& transfer, int kind) {
         default:
             return true;
     }
+}
+
+/// As UTF-8, with the mark that tells a spreadsheet so when it matters.
+std::string as_spreadsheet(const std::string& text) {
+    const std::string converted = as_utf8(text);
+    const bool ascii = std::all_of(converted.begin(), converted.end(),
+                                   [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    return (ascii ? "" : "\xEF\xBB\xBF") + converted;
 }
 
 std::string count_text(std::size_t shown, std::size_t of) {
@@ -84,7 +94,7 @@ std::vector<Logged_transfer> Transfer_log_form::of_chosen_kind() const {
 
 /// What is shown when the button is pressed is what is saved, whatever ends meanwhile.
 Task<> Transfer_log_form::save() {
-    const std::string text = comma_separated(Transfers_tbl.rows());
+    const std::string text = as_spreadsheet(comma_separated(Transfers_tbl.rows()));
     const Save_request request{"Export the transfer log", spreadsheet_files, ".csv"};
     const std::optional<std::string> path = co_await ask_save_path(platform_, request);
     if (!path) {

@@ -174,6 +174,12 @@ TEST(TransferLog, IsShownTheNewestFirstFilteredAndExported) {
     shop.pass(1ms);
     EXPECT_TRUE(shop.file("log.csv").starts_with("\"Time\",\"Machine\",")) << shop.file("log.csv");
     EXPECT_NE(shop.file("log.csv").find("\"/nc/NEW \"\"1\"\".NC\",\"3\","), std::string::npos);
+    shop.receive_from_machine("\xC4.NC", "%\r\n");
+    shop.desk.file_dialog.answers.push_back({File_purpose::save, "/nc/latin.csv"});
+    form.Export_button.click();
+    shop.pass(1ms);
+    EXPECT_TRUE(shop.file("latin.csv").starts_with("\xEF\xBB\xBF\"Time\"") &&
+                shop.file("latin.csv").find("/nc/\xC3\x84.NC") != std::string::npos);
 }
 
 }  // namespace

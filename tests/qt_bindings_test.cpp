@@ -1,4 +1,5 @@
 #include <QAccessible>
+#include <QAction>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
@@ -146,6 +147,9 @@ TEST(Bindings_test, text_is_latin_1_and_names_are_utf_8) {
     EXPECT_EQ(name.text(), "\xC3\xA4\xE2\x82\xAC!");
     name.set_text("\xE4");
     EXPECT_EQ(name_widget.text(), QStringLiteral("\u00E4"));
+    EXPECT_EQ(to_screen("\xC3\xA4 \xB7 \xE2\x82\xAC\xE2\x82"),
+              QStringLiteral("\u00E4 \u00B7 \u20AC\u00E2\u0082"))
+        << "names of several origins";
 }
 
 TEST(Bindings_test, a_text_that_code_sets_leaves_the_caret_and_enter_goes_to_the_control) {
@@ -276,6 +280,22 @@ TEST(Assistive_test, boxes_options_and_sliders_follow) {
     slider.control.set_enabled(false);
     accessible(slider.widget).valueInterface()->setCurrentValue(6);
     EXPECT_EQ(slider.control.value() * 10 + slider.widget.value(), 55);
+}
+
+TEST(Bindings_test, names_longer_than_a_window_are_shortened_or_broken) {
+    const QString name(100, 'x');
+    QAction item;
+    Button recent("recent");
+    bind(recent, item);
+    for (const QString& path : {"/nc/A && B/" + name, QString("/nc/A.NC"), "/nc/" + name}) {
+        recent.set_caption(path.toStdString());
+        EXPECT_LT(item.text().size(), 90);
+        EXPECT_EQ(item.toolTip().contains("x</p>"), path.size() > 90);
+    }
+    EXPECT_EQ(with_long_words_broken("File /nc/" + name.left(66) + "/B does"),
+              "File /nc/\n" + name.left(66) + "/B does");
+    EXPECT_EQ(with_long_words_broken(name.left(70) + "\n" + name.left(71)),
+              name.left(70) + "\n" + name.left(70) + "\nx");
 }
 
 TEST(Assistive_test, tool_tips_take_nothing_for_markup) {
