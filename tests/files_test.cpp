@@ -158,7 +158,11 @@ const Change changes[] = {
     {"replace", [](Files& f, auto& a, auto&) { return f.replace(a, large); }, large},
     {"append", [](Files& f, auto& a, auto&) { return f.append(a, "new"); }, "oldnew"},
     {"copy", [](Files& f, auto& a, auto& b) { return f.copy(b, a); }, large},
-    {"rename", [](Files& f, auto& a, auto& b) { return f.rename(b, a); }, large},
+    {"rename of what is not on the disk yet",
+     [](Files& f, auto& a, auto& b) {
+         return f.append(b, "new").and_then([&] { return f.rename(b, a); });
+     },
+     large + "new"},
     {"try out", [](Files& f, auto& a, auto&) { return f.try_out(a + "2"); }, "old"},
 };
 
@@ -173,7 +177,7 @@ TEST_F(Disk_files_test, whatever_system_call_fails_the_file_is_the_old_one_or_th
             const Result<> done = change.make(disk, a, b);
             System_calls::before = nullptr;
             EXPECT_EQ(disk.read(a), done ? change.after : "old");
-            EXPECT_TRUE(disk.read(a) == large || disk.read(b) == large);
+            EXPECT_TRUE(disk.read(a)->starts_with(large) || disk.read(b)->starts_with(large));
             disk.remove_left_behind();
             EXPECT_LE(std::distance(fs::directory_iterator(folder), {}), 2);
         }
