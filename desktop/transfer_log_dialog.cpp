@@ -38,7 +38,7 @@ QTableView* table_of(Table& control) {
 std::unique_ptr<QDialog> make_transfer_log_dialog(Transfer_log_form& form) {
     auto dialog = std::make_unique<QDialog>();
     auto* column = new QVBoxLayout(dialog.get());
-    auto* filter = field_of(form.Filter_txt, 16);
+    auto* filter = field_of(form.Filter_txt, 16, Text_form::name);
     filter->setClearButtonEnabled(true);
     auto* kinds = new QComboBox;
     bind(form.Kind_lst, *kinds);

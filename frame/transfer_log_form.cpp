@@ -30,12 +30,11 @@ bool is_of_kind(const Logged_transfer& transfer, int kind) {
     }
 }
 
-/// As UTF-8, with the mark that tells a spreadsheet so when it matters.
+/// With the mark that tells a spreadsheet that it is UTF-8, when that matters.
 std::string as_spreadsheet(const std::string& text) {
-    const std::string converted = as_utf8(text);
-    const bool ascii = std::all_of(converted.begin(), converted.end(),
+    const bool ascii = std::all_of(text.begin(), text.end(),
                                    [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-    return (ascii ? "" : "\xEF\xBB\xBF") + converted;
+    return (ascii ? "" : "\xEF\xBB\xBF") + text;
 }
 
 std::string count_text(std::size_t shown, std::size_t of) {
@@ -71,6 +70,9 @@ void Transfer_log_form::renew() {
     auto log = read_transfer_log(platform_.files);
     const std::string trouble = log ? std::string() : "The log cannot be read: " + log.reason();
     transfers_ = std::move(log).value_or(std::vector<Logged_transfer>());
+    for (Logged_transfer& transfer : transfers_) {
+        std::transform(transfer.begin(), transfer.end(), transfer.begin(), as_utf8);
+    }
     show_chosen();
     if (!trouble.empty()) {
         count_label.set_caption(trouble);

@@ -39,7 +39,7 @@ class Transfer_log_form : public Form {
 
     Platform& platform_;
     Task_keeper tasks_;
-    std::vector<Logged_transfer> transfers_;
+    std::vector<Logged_transfer> transfers_;  ///< as UTF-8, as words are typed
 };
 
 }  // namespace kelvane

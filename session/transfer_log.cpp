@@ -95,9 +95,20 @@ Logged_transfer split_at_tabs(std::string_view line) {
     return fields;
 }
 
+/// Lower case, letters such as the German and French ones in UTF-8 included.
+std::string folded(std::string_view text) {
+    std::string lower = lower_case(text);
+    for (std::size_t i = 1; i < lower.size(); ++i) {
+        const auto last = static_cast<unsigned char>(lower[i]);
+        const bool capital = lower[i - 1] == '\xC3' && last >= 0x80 && last <= 0x9E && last != 0x97;
+        lower[i] = capital ? static_cast<char>(last + 0x20) : lower[i];
+    }
+    return lower;
+}
+
 bool has_word(const Logged_transfer& transfer, const std::string& word) {
     return std::any_of(transfer.begin(), transfer.end(), [&](const std::string& field) {
-        return lower_case(field).find(word) != std::string::npos;
+        return folded(field).find(word) != std::string::npos;
     });
 }
 
@@ -147,7 +158,7 @@ Result<std::vector<Logged_transfer>> read_transfer_log(const Files& files) {
 std::vector<Logged_transfer> transfers_with(const std::vector<Logged_transfer>& transfers,
                                             std::string_view words) {
     std::vector<Logged_transfer> found = transfers;
-    std::istringstream wanted(lower_case(words));
+    std::istringstream wanted(folded(words));
     for (std::string word; wanted >> word;) {
         std::erase_if(found, [&](const Logged_transfer& one) { return !has_word(one, word); });
     }

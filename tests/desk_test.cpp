@@ -175,6 +175,8 @@ TEST(TransferLog, IsShownTheNewestFirstFilteredAndExported) {
     EXPECT_TRUE(shop.file("log.csv").starts_with("\"Time\",\"Machine\",")) << shop.file("log.csv");
     EXPECT_NE(shop.file("log.csv").find("\"/nc/NEW \"\"1\"\".NC\",\"3\","), std::string::npos);
     shop.receive_from_machine("\xC4.NC", "%\r\n");
+    form.Filter_txt.set_text("\xC3\xA4.nc");
+    EXPECT_EQ(form.Transfers_tbl.rows().size(), 1U) << "typed as UTF-8, capitals or not";
     shop.desk.file_dialog.answers.push_back({File_purpose::save, "/nc/latin.csv"});
     form.Export_button.click();
     shop.pass(1ms);
