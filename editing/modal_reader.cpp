@@ -219,6 +219,7 @@ void Modal_reader::hold(const G_use& use, int code, const Block_word& word,
         memory_.set(Modal::cycle, "G80", 800);
     }
     doubt_numbers(use.group, before, block);
+    take_axes(use, code);
     if (use.group == Modal::length_comp) {
         clearance_awaited_ = !is_off_code(use.group, code);
         memory_.forget_clearance();
@@ -227,6 +228,19 @@ void Modal_reader::hold(const G_use& use, int code, const Block_word& word,
     if (use.group == Modal::macro_call && state().active(use.group)) {
         call(&Program_survey::first_call, Doubt::sub_program);
         axes_ = Axes::nothing;
+    }
+}
+
+/// The axis words of a mirror, of its end too, and those of a scaling or a rotation say where it
+/// lies; those of a smoothing may be anything.
+void Modal_reader::take_axes(const G_use& use, int code) {
+    const bool on = !is_off_code(use.group, code);
+    const bool lies = (use.group == Modal::scaling || use.group == Modal::rotation) && on;
+    if (use.group == Modal::mirror || lies) {
+        axes_ = Axes::nothing;
+    } else if (!use.certain &&
+               (use.group == Modal::path_mode || use.group == Modal::interpolation)) {
+        axes_ = Axes::unknown;
     }
 }
 

@@ -41,6 +41,7 @@ class Modal_reader {
     void read_unknown_code(const Block_word& word, const Block_words& block);
     [[nodiscard]] G_use use_of(int code, const Block_words& block) const;
     void hold(const G_use& use, int code, const Block_word& word, const Block_words& block);
+    void take_axes(const G_use& use, int code);
     [[nodiscard]] const Block_word* p_of(const Block_word& word, Modal group,
                                          const Block_words& block) const;
     void doubt_numbers(Modal group, const Setting& before, const Block_words& block);
