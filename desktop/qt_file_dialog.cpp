@@ -61,7 +61,7 @@ class Naming_dialog : public QFileDialog {
 QString Qt_file_dialog::first_folder() {
     if (last_folder_.isEmpty() || shown_initial_directory_ != initial_directory) {
         shown_initial_directory_ = initial_directory;
-        return from_path(initial_directory);
+        return initial_directory.empty() ? QDir::homePath() : from_path(initial_directory);
     }
     return last_folder_;
 }

@@ -2,6 +2,7 @@
 // widget.
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QFile>
@@ -107,6 +108,9 @@ class Finished_program : public ::testing::Test {
 
     void answer(QDialog& dialog) {
         auto* files_to_choose = qobject_cast<QFileDialog*>(&dialog);
+        EXPECT_TRUE(files_to_choose == nullptr ||
+                    files_to_choose->findChild<QComboBox*>()->currentText() != "Computer")
+            << "all the drives, but no folder";
         if (files_to_choose == nullptr || chosen_file.isEmpty()) {
             dialog.close();
             return;
