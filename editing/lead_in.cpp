@@ -362,8 +362,9 @@ void Proposal_writer::write_motion() {
     }
     const Setting& own = reading_.after()[Modal::motion];
     const bool given = !own.word.empty() && own.line >= reading_.block_line();
+    const bool needed = block_.has_axes() || !state_[Modal::motion].word.empty();
     std::string words;
-    if (!given && block_.has_axes() && !state_.on(Modal::cycle)) {
+    if (!given && needed && !state_.on(Modal::cycle)) {
         words = motion_word();
     }
     if (!feed_given_ && !block_['F']) {
@@ -379,7 +380,8 @@ void Proposal_writer::write_motion() {
     }
 }
 
-/// The straight motion that a block without one of its own takes for granted. An arc's G2 says
+/// The straight motion that a block without one of its own takes for granted, or one of those that
+/// follow it. An arc's G2 says
 /// nothing without the arc.
 std::string Proposal_writer::motion_word() {
     const Setting& motion = state_[Modal::motion];

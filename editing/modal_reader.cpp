@@ -311,7 +311,11 @@ void Modal_reader::read_shift(const Block_words& block, std::string_view g_word)
         }
     }
     const std::string& shifted = state()[Modal::local_shift].word;
-    bool ends = g_word == "G52" && !shifted.starts_with("G92");
+    const bool stays = g_word == "G52" && !shifted.empty() && !shifted.starts_with("G52");
+    if (stays) {  // what has set the zero point itself
+        text.insert(0, shifted.substr(0, shifted.find(" G52")) + ' ');
+    }
+    bool ends = g_word == "G52" && !stays;
     for (const auto& [letter, axis] : axis_letters) {
         const Block_word* const word = block[letter];
         if (word != nullptr) {

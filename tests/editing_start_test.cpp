@@ -119,6 +119,7 @@ TEST(ModalState, OfEveryWayToWriteABlock) {
         {"the same offset", mill, "G90G54X1.\nG54", "G90 G54 X1."},
         {"local shift", mill, "G90X1.\nG52 X5.", "G90 G52 X5. X1.?offset"},
         {"its end", mill, "G52 X5.\nG52 X0.\nG90 X1.", "G90 G52 X0. X1."},
+        {"none of a zero point", mill, "G90\nG92 X1.\nG52 X5.\nG52 X0.", "G90 G92 X1. G52 X0."},
         {"a mirror's axis", mill, "G90X1.Y1.\nG51.1X0.\nX5.\nG50.1X0.", "G90 G50.1 X5.?trans Y1."},
         {"a rotation's centre", mill, "G90X1.\nG68X9.R45.\nG69", "G90 G69 X1."},
         {"a smoothing's axes", mill, "G90X1.\nG5.1Q2X0", "G90 G5.1?maker X0?maker"},
@@ -271,7 +272,9 @@ TEST(StartProposal, IsWhatAMachinistWouldWrite) {
         ElementsAre("(START AT LINE 103 - READ AND EDIT BEFORE SENDING)", "G17 G21 G54 G40 G80 G90",
                     "(CHECK FEED MODE, NOT SET BEFORE)", "(THE BLOCK CHOSEN CHANGES THE TOOL)",
                     "(RETRACT THE TOOL, CLEAR OF PART AND CLAMPS, THEN CYCLE START)", "M0", "S6400",
-                    "G91", "F2000"));
+                    "G91", "G0 F2000"));
+    EXPECT_EQ(blocks_for("G17G21G90G94G54T1M6\nS1M3F9\nG0X1.Y1.\nZ1.\nM8\nX2.", 5).back(), "G0")
+        << "the blocks that follow are rapid";
     EXPECT_THAT(blocks_for("G21G90G54 T1\nM6\nG43H1Z5.S900M3M8\nT2\nM6", 5),
                 ElementsAre("(START AT LINE 5 - READ AND EDIT BEFORE SENDING)", "G21 G54 G90",
                             "(CHECK PLANE, NOT SET BEFORE)", "(CHECK FEED MODE, NOT SET BEFORE)",
