@@ -58,10 +58,12 @@ void Log_view::paintEvent(QPaintEvent* event) {
 void Log_view::refresh() {
     QScrollBar& bar = *verticalScrollBar();
     const int seen = bar.value();
-    const QTextCursor own = textCursor();
+    // Numbers: a cursor would be moved by what is dropped and added.
+    const int anchor = textCursor().anchor();
+    const int position = textCursor().position();
     refreshes_ = true;
     show_changes();
-    select(own.anchor() - dropped_.characters, own.position() - dropped_.characters);
+    select(anchor - dropped_.characters, position - dropped_.characters);
     bar.setValue(follows_ ? bar.maximum() : seen - dropped_.lines);
     refreshes_ = false;
 }
@@ -103,7 +105,9 @@ void Log_view::select(int anchor, int position) {
     const int end = document()->characterCount() - 1;
     cursor.setPosition(std::clamp(anchor, 0, end));
     cursor.setPosition(std::clamp(position, 0, end), QTextCursor::KeepAnchor);
-    setTextCursor(cursor);
+    if (cursor != textCursor() || cursor.anchor() != textCursor().anchor()) {
+        setTextCursor(cursor);  // which scrolls to it
+    }
 }
 
 void Log_view::refresh_last() {

@@ -13,6 +13,7 @@
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QSlider>
+#include <QTextBlock>
 #include <QTextDocument>
 #include <QVBoxLayout>
 #include <cctype>
@@ -415,6 +416,20 @@ TEST(Log_view_test, stays_at_the_end_until_the_operator_scrolls_away) {
     bar.setValue(bar.maximum());
     add("N3");
     EXPECT_EQ(bar.value(), bar.maximum());
+    // What is selected stays so while older parts fall off and new ones come.
+    QTextCursor selected = view.textCursor();
+    selected.setPosition(view.document()->findBlockByNumber(60).position());
+    selected.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
+    view.setTextCursor(selected);
+    const QString text = selected.selectedText();
+    const int place = selected.selectionStart();
+    log.drop_first(7);
+    log.add({{"N4", Log_text::Side::outgoing}});
+    while (!view.toPlainText().endsWith("N4")) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    EXPECT_EQ(view.textCursor().selectedText().toStdString(), text.toStdString());
+    EXPECT_EQ(view.textCursor().selectionStart(), place - 7 * 3);
 }
 
 TEST(Bindings_test, labels_show_marks_only_as_access_keys) {
