@@ -67,6 +67,8 @@ if(CMARK_GFM)
   configure_file(${KELVANE_PACKAGING}/doc-base.in ${PROJECT_BINARY_DIR}/doc-base @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/doc-base
           DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc-base RENAME kelvane-lite)
+else()
+  message(STATUS "cmark-gfm is missing: the manual will not be installed as HTML")
 endif()
 
 set(CPACK_GENERATOR DEB)
