@@ -361,13 +361,13 @@ void Proposal_writer::write_motion() {
         comment("THE CYCLE IS NOT CALLED AGAIN, " + line_text(state_[Modal::cycle].line));
     }
     const Setting& own = reading_.after()[Modal::motion];
-    const bool given = !own.word.empty() && own.line >= reading_.block_line();
+    const bool given = !own.word.empty() && own.line >= reading_.block_line() && !block_.skip;
     const bool needed = block_.has_axes() || !state_[Modal::motion].word.empty();
     std::string words;
     if (!given && needed && !state_.on(Modal::cycle)) {
         words = motion_word();
     }
-    if (!feed_given_ && !block_['F']) {
+    if (!feed_given_ && (!block_['F'] || block_.skip)) {
         const Setting& feed = state_[Modal::feed];
         if (feed.known() && state_[Modal::feed_mode].code != 930) {
             words += (words.empty() ? "" : " ") + feed.word;

@@ -274,10 +274,10 @@ void Modal_reader::doubt_numbers(Modal group, const Setting& before, const Block
         memory_.doubt(Modal::z, Doubt::offset_change);
     }
     const Setting& now = state()[group];
-    if (group == Modal::work_offset && now.word != before.word) {
+    if (group == Modal::work_offset && (now.word != before.word || !before.known())) {
         memory_.doubt_positions(Doubt::offset_change);
     }
-    if (now.code == before.code) {
+    if (before.known() && now.code == before.code) {
         return;
     }
     if (group == Modal::units) {

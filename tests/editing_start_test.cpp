@@ -117,6 +117,8 @@ TEST(ModalState, OfEveryWayToWriteABlock) {
          "G90 G54?offset F5 X1.?offset"},
         {"another offset", mill, "G90G54X1.Y1.\nG55X2.", "G90 G55 X2. Y1.?offset"},
         {"the same offset", mill, "G90G54X1.\nG54", "G90 G54 X1."},
+        {"perhaps the same", mill, "G90G54\n/G55\nX1.\nG55", "G90 G55 X1.?offset"},
+        {"perhaps the same units", mill, "G90G21\n/G20\nX1.\nG20", "G20 G90 X1.?offset"},
         {"local shift", mill, "G90X1.\nG52 X5.", "G90 G52 X5. X1.?offset"},
         {"its end", mill, "G52 X5.\nG52 X0.\nG90 X1.", "G90 G52 X0. X1."},
         {"none of a zero point", mill, "G90\nG92 X1.\nG52 X5.\nG52 X0.", "G90 G92 X1. G52 X0."},
@@ -275,6 +277,8 @@ TEST(StartProposal, IsWhatAMachinistWouldWrite) {
                     "G91", "G0 F2000"));
     EXPECT_EQ(blocks_for("G17G21G90G94G54T1M6\nS1M3F9\nG0X1.Y1.\nZ1.\nM8\nX2.", 5).back(), "G0")
         << "the blocks that follow are rapid";
+    EXPECT_EQ(blocks_for("G17G21G90G94G54T1M6\nS1M3F9\nG0G43H1X1.Y1.Z1.\n/F5", 4).back(), "G0 F9")
+        << "the block may be skipped";
     EXPECT_THAT(blocks_for("G21G90G54 T1\nM6\nG43H1Z5.S900M3M8\nT2\nM6", 5),
                 ElementsAre("(START AT LINE 5 - READ AND EDIT BEFORE SENDING)", "G21 G54 G90",
                             "(CHECK PLANE, NOT SET BEFORE)", "(CHECK FEED MODE, NOT SET BEFORE)",
