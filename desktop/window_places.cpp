@@ -2,6 +2,7 @@
 
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QGuiApplication>
 #include <QLayout>
 #include <QRegularExpression>
 #include <QScreen>
@@ -34,8 +35,12 @@ QString line_of(const QString& name, const QRect& place) {
         .arg(place.height());
 }
 
-QSize room_on_screen(const QWidget& window) {
-    return window.screen()->availableSize() - frame;
+/// The room of the screen on which a window has been; where there is none now, of its owner's.
+QRect room_for(const QWidget& window, const QRect& known) {
+    const QScreen* screen = known.isNull() ? nullptr : QGuiApplication::screenAt(known.center());
+    const QWidget* owner = window.parentWidget();
+    return (screen != nullptr ? screen : (owner != nullptr ? *owner : window).screen())
+        ->availableGeometry();
 }
 
 /// What scrolls by itself has the height that is left over, and nothing stands further apart than
@@ -104,7 +109,10 @@ void Window_places::use(Files& files) {
 }
 
 void Window_places::place(QWidget& window) {
-    const QSize room = room_on_screen(window);
+    const auto found = places_.find(window.objectName());
+    const QRect known = found == places_.end() ? QRect() : found->second;
+    const QRect screen = room_for(window, known);
+    const QSize room = screen.size() - frame;
     const QSize least = window.minimumSizeHint().expandedTo(window.minimumSize());
     const bool set = window.testAttribute(Qt::WA_Resized);
     QSize usual = (set ? window.size() : window.sizeHint()).expandedTo(least);
@@ -112,25 +120,24 @@ void Window_places::place(QWidget& window) {
         make_scrollable(window);
         usual.rwidth() += window.style()->pixelMetric(QStyle::PM_ScrollBarExtent);
     }
-    const auto known = places_.find(window.objectName());
-    const QSize wanted = known == places_.end() ? usual : known->second.size().expandedTo(least);
+    const QSize wanted = known.isNull() ? usual : known.size().expandedTo(least);
     window.resize(wanted.boundedTo(room));
-    cut_[window.objectName()] = {window.size(), wanted};
-    QRect place({}, window.size() + frame);
-    if (known != places_.end()) {
-        place.moveTopLeft(known->second.topLeft());
-    } else if (const QWidget* owner = window.parentWidget()) {
+    QRect place(known.topLeft(), window.size() + frame);
+    const QWidget* owner = window.parentWidget();
+    if (known.isNull() && owner != nullptr) {
         place.moveCenter(owner->frameGeometry().center());
-    } else {
-        return;
     }
-    window.move(moved_into(window.screen()->availableGeometry(), place).topLeft());
+    if (!known.isNull() || owner != nullptr) {
+        window.move(moved_into(screen, place).topLeft());
+    }
+    cut_[window.objectName()] = {{window.pos(), window.size()}, {place.topLeft(), wanted}};
 }
 
 void Window_places::remember(const QWidget& window) {
     const bool plain = (window.windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen)) == 0;
     const Cut& cut = cut_[window.objectName()];
-    const QRect place(window.pos(), window.size() == cut.to ? cut.from : window.size());
+    const QRect place(window.pos() == cut.to.topLeft() ? cut.from.topLeft() : window.pos(),
+                      window.size() == cut.to.size() ? cut.from.size() : window.size());
     if (files_ == nullptr || unread_ || !plain || places_[window.objectName()] == place) {
         return;
     }

@@ -367,6 +367,18 @@ TEST(Window_places_test, what_is_too_large_scrolls_above_its_buttons_and_places_
     again.setObjectName("Large");
     next_run.place(again);
     EXPECT_EQ(again.geometry(), QRect(20, 30, 300, 200));
+
+    again.move(5000, 4000);  // on a larger screen
+    next_run.remember(again);
+    Window_places small_screen;
+    small_screen.use(files);
+    QDialog moved;
+    moved.setObjectName("Large");
+    small_screen.place(moved);
+    EXPECT_TRUE(moved.screen()->availableGeometry().contains(moved.geometry()));
+    small_screen.remember(moved);
+    EXPECT_NE(files.content(files.program_path(file_names::window_places)).find("=5000,4000,300"),
+              std::string::npos);
 }
 
 }  // namespace
