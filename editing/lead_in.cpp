@@ -225,7 +225,9 @@ void Proposal_writer::write_compensations() {
         check(Modal::radius_number);  // on some controls D is the tool's length too
     }
     const bool on = state_.active(Modal::length_comp);
-    if (on && !hindrances_.empty() && !changes_tool()) {
+    if (on && changes_tool()) {
+        check(Modal::length_comp);  // the blocks behind the change may give a number alone
+    } else if (on && !hindrances_.empty()) {
         check(Modal::length_comp);
         check(Modal::length_number);
     } else if (state_.lone_number && !changes_tool()) {
@@ -363,8 +365,11 @@ void Proposal_writer::write_motion() {
     const Setting& own = reading_.after()[Modal::motion];
     const bool given = !own.word.empty() && own.line >= reading_.block_line() && !block_.skip;
     const bool needed = block_.has_axes() || !state_[Modal::motion].word.empty();
+    const bool runs_cycle = state_.on(Modal::cycle) && state_[Modal::cycle].known();
     std::string words;
-    if (!given && needed && !state_.on(Modal::cycle)) {
+    if (!given && needed && runs_cycle) {
+        check(Modal::motion);
+    } else if (!given && needed) {
         words = motion_word();
     }
     if (!feed_given_ && (!block_['F'] || block_.skip)) {

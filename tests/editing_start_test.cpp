@@ -268,11 +268,13 @@ TEST(StartProposal, IsWhatAMachinistWouldWrite) {
                             "(LAST POSITION X-25.456 Y-25.456 Z NOT SURE)",
                             "(A START AT THE TOOL CHANGE IS SAFER, LINE 262)",
                             "(BRING THE TOOL TO WHERE THE BLOCK MAY START, THEN CYCLE START)", "M0",
-                            "S4000 M3", "M8", "(THE CYCLE IS NOT CALLED AGAIN, LINE 265)", "F240"));
+                            "S4000 M3", "M8", "(THE CYCLE IS NOT CALLED AGAIN, LINE 265)",
+                            "(CHECK MOTION, G0, LINE 263)", "F240"));
     EXPECT_THAT(
         blocks_for(example("cover-plate.nc"), 103),
         ElementsAre("(START AT LINE 103 - READ AND EDIT BEFORE SENDING)", "G17 G21 G54 G40 G80 G90",
-                    "(CHECK FEED MODE, NOT SET BEFORE)", "(THE BLOCK CHOSEN CHANGES THE TOOL)",
+                    "(CHECK FEED MODE, NOT SET BEFORE)", "(CHECK TOOL LENGTH, G43, LINE 31)",
+                    "(THE BLOCK CHOSEN CHANGES THE TOOL)",
                     "(RETRACT THE TOOL, CLEAR OF PART AND CLAMPS, THEN CYCLE START)", "M0", "S6400",
                     "G91", "G0 F2000"));
     EXPECT_EQ(blocks_for("G17G21G90G94G54T1M6\nS1M3F9\nG0X1.Y1.\nZ1.\nM8\nX2.", 5).back(), "G0")
@@ -282,6 +284,7 @@ TEST(StartProposal, IsWhatAMachinistWouldWrite) {
     EXPECT_THAT(blocks_for("G21G90G54 T1\nM6\nG43H1Z5.S900M3M8\nT2\nM6", 5),
                 ElementsAre("(START AT LINE 5 - READ AND EDIT BEFORE SENDING)", "G21 G54 G90",
                             "(CHECK PLANE, NOT SET BEFORE)", "(CHECK FEED MODE, NOT SET BEFORE)",
+                            "(CHECK TOOL LENGTH, G43, LINE 3)",
                             "(THE BLOCK CHOSEN CHANGES THE TOOL)", "(CHECK LAST T, T2, LINE 4)",
                             "(RETRACT THE TOOL, CLEAR OF PART AND CLAMPS, THEN CYCLE START)", "M0",
                             "(CHECK SPINDLE, M3, LINE 3)", "S900",
