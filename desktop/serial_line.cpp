@@ -98,17 +98,19 @@ std::string locked(const std::string& device) {
     return in_use(device);
 }
 
-/// Being in the group helps only where the group may read and write.
+/// Being in the group helps only where the group may read and write; the administrator's own group,
+/// which may do much else, is no way for an operator.
 std::string no_permission(const std::string& device, const struct stat& found) {
     constexpr mode_t group_may = S_IRGRP | S_IWGRP;
     const std::string group = group_name(found.st_gid);
+    const bool helps = found.st_gid != 0 && (found.st_mode & group_may) == group_may;
     return "You have no permission to use " + device + ". " +
-           ((found.st_mode & group_may) == group_may
-                ? "It belongs to the group \"" + group +
-                      "\": have yourself added to it, then log in again:\nsudo usermod -aG " +
-                      group + " " + user_name(::getuid())
-                : "Not even its group, \"" + group +
-                      "\", may use it: the computer's administrator must change its permissions.");
+           (helps ? "It belongs to the group \"" + group +
+                        "\": have yourself added to it, then log in again:\nsudo usermod -aG " +
+                        group + " " + user_name(::getuid())
+                  : "It belongs to the group \"" + group +
+                        "\", which is no help: the computer's administrator must change its "
+                        "permissions.");
 }
 
 /// The folder that the system keeps on a device; `device` may be a lasting name for it.
