@@ -7,8 +7,8 @@
 namespace kelvane {
 
 /// Keeps the computer from falling asleep of itself, by the login service, which every desktop
-/// heeds. Where there is none, or where it refuses, nothing happens and nothing is said. Nothing
-/// here waits for an answer: a transfer begins at once.
+/// heeds. Where there is none, or where it refuses, nothing happens and nothing is said. Its answer
+/// is not waited for: a transfer begins at once. Only the bus itself is, by Qt, the first time.
 class Sleep_inhibitor {
   public:
     /// On until it is switched off; doing so twice changes nothing.
