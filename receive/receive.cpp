@@ -106,27 +106,28 @@ Task<Collected> Receive::collect(const Transfer_options& options) {
 
 Transfer_end Receive::unfinished_end(const Collected& collected, const std::string& path) const {
     const std::string& staging = staging_.path();
-    const std::string kept = "The bytes received are in " + staging;
+    const bool some = collected.bytes > 0;
+    const std::string kept = some ? "The bytes received are in " + staging : std::string();
     const std::string port = session_.control.port_name();
     switch (collected.end) {
         case Collected_end::line_lost:
             return end_with_note(
-                Outcome::lost_line, port + " is no longer there  |  " + kept,
-                critical_box(port +
-                                 " is no longer there.\nThe bytes received until then "
-                                 "are kept in\n" +
-                                 staging,
+                Outcome::lost_line, port + " is no longer there" + (some ? "  |  " : "") + kept,
+                critical_box(port + " is no longer there." +
+                                 (some ? "\nThe bytes received until then are kept in\n" + staging
+                                       : "\nNothing had come."),
                              "Com port error"));
         case Collected_end::unwritten:
             return end_with_note(
-                Outcome::disk_full, "Receive ended: disk write error  |  " + kept,
+                Outcome::disk_full,
+                "Receive ended: disk write error" + std::string(some ? "  |  " : "") + kept,
                 critical_box("Cannot access file\n" + staging + "\n" + collected.reason +
                                  "\nThe bytes received until then are kept in it.",
                              "Disk write error"));
         case Collected_end::overflow:
             return end_with(Fault::overflow);
         default:
-            return stopped_end(collected.bytes == 0 ? std::string() : kept, path);
+            return stopped_end(kept, path);
     }
 }
 

@@ -407,6 +407,12 @@ TEST(Receive, ALostAdapterOrAFullDiskKeepsWhatHadCome) {
         EXPECT_TRUE(shop.idle());
         EXPECT_EQ(shop.scratch(), "%\r\nG0\r\n");
     }
+    Shop_floor early({}, "");
+    early.receive();
+    early.boxes().expect("COM1 (/dev/ttyS0) is no longer there.\nNothing had come.");
+    early.machine().hang_up();
+    early.pass(100ms);
+    EXPECT_TRUE(early.status().ends_with("is no longer there")) << early.status();
 }
 
 TEST(Receive, AsksBeforeOverwritingAndNoOpensTheDialogAgain) {
