@@ -1,9 +1,7 @@
 #include "session/machine_names.h"
 
-#include <bit>
-#include <optional>
-
 #include "platform/files.h"
+#include "platform/letter_case.h"
 #include "session/file_names.h"
 
 namespace kelvane {
@@ -13,70 +11,10 @@ namespace {
 /// What file systems take, less the ending of the temporary file that a new content is written to.
 constexpr std::size_t longest_file_name = 255 - 7;
 
-/// Capitals whose small letters stand `distance` further on; every second letter of a run of pairs.
-struct Capitals {
-    char32_t first, last, distance;
-    bool pairs;
-};
-
-constexpr Capitals capitals[] = {
-    {'A', 'Z', 32, false},     {0xC0, 0xD6, 32, false},   {0xD8, 0xDE, 32, false},
-    {0x100, 0x136, 1, true},   {0x139, 0x147, 1, true},   {0x14A, 0x176, 1, true},
-    {0x179, 0x17D, 1, true},   {0x391, 0x3AB, 32, false}, {0x400, 0x40F, 80, false},
-    {0x410, 0x42F, 32, false},
-};
-
-char32_t small_letter(char32_t character) {
-    for (const Capitals& range : capitals) {
-        if (character >= range.first && character <= range.last &&
-            (!range.pairs || (character - range.first) % 2 == 0)) {
-            return character + range.distance;
-        }
-    }
-    return character;
-}
-
-/// The character whose UTF-8 bytes `text` begins with, which are taken off it; no value when there
-/// is none.
-std::optional<char32_t> take_character(std::string_view& text) {
-    const auto lead = static_cast<unsigned char>(text.front());
-    const auto ones = static_cast<unsigned>(std::countl_one(lead));
-    const std::size_t length = ones == 0 ? 1 : ones;
-    if (ones == 1 || ones > 4 || text.size() < length) {
-        return std::nullopt;
-    }
-    char32_t character = lead & (0xFFU >> (ones + 1));
-    for (const char c : text.substr(1, length - 1)) {
-        const auto byte = static_cast<unsigned char>(c);
-        if ((byte & 0xC0U) != 0x80U) {
-            return std::nullopt;
-        }
-        character = character << 6U | (byte & 0x3FU);
-    }
-    text.remove_prefix(length);
-    return character;
-}
-
-std::u32string small_letters_of(std::string_view name) {
-    std::u32string utf_8;
-    for (std::string_view rest = name; !rest.empty();) {
-        if (const auto character = take_character(rest)) {
-            utf_8 += small_letter(*character);
-            continue;
-        }
-        std::u32string latin_1;
-        for (const char c : name) {
-            latin_1 += small_letter(static_cast<unsigned char>(c));
-        }
-        return latin_1;
-    }
-    return utf_8;
-}
-
 }  // namespace
 
 bool same_machine_name(std::string_view one, std::string_view other) {
-    return small_letters_of(one) == small_letters_of(other);
+    return small_letters(one) == small_letters(other);
 }
 
 std::string fault_of_machine_name(std::string_view name) {

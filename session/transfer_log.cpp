@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "platform/basic_text.h"
+#include "platform/letter_case.h"
 #include "platform/lines.h"
 #include "session/file_names.h"
 
@@ -60,7 +61,7 @@ std::string log_line(const Transfer_record& record) {
     return line + std::string(cr_lf);
 }
 
-/// The newer half of a log that has become too long, from the start of a line on.
+/// The newer half of a log that has become too long, from the start of a line on if one is there.
 Result<> shorten(Files& files, const std::string& path) {
     const auto length = files.length(path);
     if (!length || *length <= longest_transfer_log) {
@@ -70,9 +71,9 @@ Result<> shorten(Files& files, const std::string& path) {
     if (!log) {
         return log.failure();
     }
-    const std::size_t line_end = log->find('\n', log->size() / 2);
-    return files.replace(path,
-                         line_end == std::string::npos ? std::string() : log->substr(line_end + 1));
+    const std::size_t half = log->size() / 2;
+    const std::size_t line_end = log->find('\n', half);
+    return files.replace(path, log->substr(line_end == std::string::npos ? half : line_end + 1));
 }
 
 /// What ends the line that a power cut has left without an end.
@@ -95,20 +96,9 @@ Logged_transfer split_at_tabs(std::string_view line) {
     return fields;
 }
 
-/// Lower case, letters such as the German and French ones in UTF-8 included.
-std::string folded(std::string_view text) {
-    std::string lower = lower_case(text);
-    for (std::size_t i = 1; i < lower.size(); ++i) {
-        const auto last = static_cast<unsigned char>(lower[i]);
-        const bool capital = lower[i - 1] == '\xC3' && last >= 0x80 && last <= 0x9E && last != 0x97;
-        lower[i] = capital ? static_cast<char>(last + 0x20) : lower[i];
-    }
-    return lower;
-}
-
-bool has_word(const Logged_transfer& transfer, const std::string& word) {
+bool has_word(const Logged_transfer& transfer, const std::u32string& word) {
     return std::any_of(transfer.begin(), transfer.end(), [&](const std::string& field) {
-        return folded(field).find(word) != std::string::npos;
+        return small_letters(field).find(word) != std::u32string::npos;
     });
 }
 
@@ -158,9 +148,11 @@ Result<std::vector<Logged_transfer>> read_transfer_log(const Files& files) {
 std::vector<Logged_transfer> transfers_with(const std::vector<Logged_transfer>& transfers,
                                             std::string_view words) {
     std::vector<Logged_transfer> found = transfers;
-    std::istringstream wanted(folded(words));
+    std::istringstream wanted{std::string(words)};
     for (std::string word; wanted >> word;) {
-        std::erase_if(found, [&](const Logged_transfer& one) { return !has_word(one, word); });
+        std::erase_if(found, [letters = small_letters(word)](const Logged_transfer& one) {
+            return !has_word(one, letters);
+        });
     }
     return found;
 }
