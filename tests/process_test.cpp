@@ -65,7 +65,8 @@ class Workshop : public ::testing::Test {
         folder.connect(link, settings);
     }
     void expect_satisfied_machine() {
-        EXPECT_EQ(machine_->exit_within(in_time), 0) << folder.content("machine log");
+        EXPECT_EQ(machine_->exit_within(in_time), 0)
+            << folder.content("machine log") << folder.content("report");
     }
     [[nodiscard]] int reported(const std::string& key) const {
         const std::string report = "\n" + folder.content("report");
