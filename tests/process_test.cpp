@@ -231,7 +231,7 @@ TEST_P(Every_state, ends_in_time_when_told_to) {
 TEST_P(Every_state, a_line_that_goes_away_is_told_once_and_let_go) {
     const std::string device = line.device();
     line.hang_up();
-    expect_box(" is no longer there.\nThe ");
+    expect_box(" is no longer there.\n");
     EXPECT_FALSE(program->holds_open(device));
     expect_calm();
     expect_orderly_end();

@@ -285,8 +285,8 @@ TEST(Assistive_test, boxes_options_and_sliders_follow) {
 
 TEST(Bindings_test, names_longer_than_a_window_are_shortened_or_broken) {
     const QString name(100, 'x');
-    QAction item;
     Button recent("recent");
+    QAction item;
     bind(recent, item);
     for (const QString& path : {"/nc/A && B/" + name, QString("/nc/A.NC"), "/nc/" + name}) {
         recent.set_caption(path.toStdString());
