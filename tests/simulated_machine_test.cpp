@@ -194,6 +194,21 @@ TEST(Simulated_machine, punches_at_the_lines_pace_and_stops_when_told) {
     EXPECT_THAT(machine.folder.content("report"), HasSubstr("xoffs=1\n"));
 }
 
+TEST(Simulated_machine, begins_a_job_when_the_line_has_been_opened_again) {
+    Machine machine({"--start-delay", "100", "--read", "@out", "--punch", "@in.nc"}, short_program);
+    machine.open_line();
+    EXPECT_EQ(machine.receives(1), "\x11");
+    machine.sends(even_wire);
+    EXPECT_EQ(machine.receives(1), "\x93");
+    EXPECT_EQ(machine.receives(1, 500ms), "") << "who has sent may take a while to close";
+    machine.close_line();
+    std::this_thread::sleep_for(100ms);
+    machine.open_line();
+    EXPECT_EQ(machine.receives(200, 1s).front(), '\x12');
+    machine.close_line();
+    machine.expect_end(0);
+}
+
 TEST(Simulated_machine, a_switchbox_keeps_both_sides_apart_until_selected) {
     Machine machine({"--switchbox", "<18>C2", "--start-delay", "0", "--read", "@out"});
     machine.open_line();

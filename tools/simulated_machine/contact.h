@@ -15,7 +15,10 @@ class Contact {
     Contact(const Options& options, Line& line);
 
     /// The line must be closed and opened again before there is contact.
-    void await_new_session() { first_session_ = line_.sessions() + 1; }
+    void await_new_session() {
+        first_session_ = line_.sessions() + 1;
+        selected_ = false;
+    }
 
     /// Looks whether the line was opened anew; to be called after each wait. True when it was.
     bool update();
