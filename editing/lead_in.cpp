@@ -69,6 +69,7 @@ class Proposal_writer {
     void write_tape_mark();
     void write_modes();
     void write_compensations();
+    void write_length_compensation();
     void write_tool();
     void write_rotary_axes();
     void write_stop();
@@ -78,6 +79,7 @@ class Proposal_writer {
     void write_return_to_program();
     void write_motion();
     std::string motion_word();
+    std::string feed_word();
     void comment(std::string_view text);
     void check(Modal modal);
     void put(std::string block) { proposal_.blocks.push_back(std::move(block)); }
@@ -224,16 +226,20 @@ void Proposal_writer::write_compensations() {
     if (milling_ && (state_.active(Modal::radius_comp) || (!number.word.empty() && of_this_tool))) {
         check(Modal::radius_number);  // on some controls D is the tool's length too
     }
+    write_length_compensation();
+}
+
+/// Behind a change of the tool the blocks may give a length's number alone.
+void Proposal_writer::write_length_compensation() {
     const bool on = state_.active(Modal::length_comp);
-    if (on && changes_tool()) {
-        check(Modal::length_comp);  // the blocks behind the change may give a number alone
-    } else if (on && !hindrances_.empty()) {
+    const bool hindered = on && !changes_tool() && !hindrances_.empty();
+    const bool lone_number = state_.lone_number && !changes_tool();
+    const bool was_on = !on && !state_[Modal::length_comp].word.empty() && !lone_number;
+    if (hindered || was_on || (on && changes_tool())) {
         check(Modal::length_comp);
+    }
+    if (hindered || lone_number) {
         check(Modal::length_number);
-    } else if (state_.lone_number && !changes_tool()) {
-        check(Modal::length_number);
-    } else if (!on && !state_[Modal::length_comp].word.empty()) {
-        check(Modal::length_comp);
     }
 }
 
@@ -372,22 +378,28 @@ void Proposal_writer::write_motion() {
     } else if (!given && needed) {
         words = motion_word();
     }
-    if (!feed_given_ && (!block_['F'] || block_.skip)) {
-        const Setting& feed = state_[Modal::feed];
-        if (feed.known() && state_[Modal::feed_mode].code != 930) {
-            words += (words.empty() ? "" : " ") + feed.word;
-        } else {
-            check(Modal::feed);
-        }
-    }
+    const std::string feed = feed_word();
+    words += (words.empty() || feed.empty() ? "" : " ") + feed;
     if (!words.empty()) {
         put(words);
     }
 }
 
+/// Nothing where the blocks give one before they need it.
+std::string Proposal_writer::feed_word() {
+    if (feed_given_ || (block_['F'] && !block_.skip)) {
+        return {};
+    }
+    const Setting& feed = state_[Modal::feed];
+    if (feed.known() && state_[Modal::feed_mode].code != 930) {
+        return feed.word;
+    }
+    check(Modal::feed);
+    return {};
+}
+
 /// The straight motion that a block without one of its own takes for granted, or one of those that
-/// follow it. An arc's G2 says
-/// nothing without the arc.
+/// follow it. An arc's G2 says nothing without the arc.
 std::string Proposal_writer::motion_word() {
     const Setting& motion = state_[Modal::motion];
     if (motion.known() && (motion.code == 0 || motion.code == 10)) {
