@@ -1,6 +1,6 @@
 #include "desktop/qt_text.h"
 
-#include "editing/text_encoding.h"
+#include "platform/utf8.h"
 
 namespace kelvane {
 

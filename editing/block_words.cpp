@@ -285,6 +285,11 @@ std::optional<std::string_view> block_number(std::string_view line) {
     return is_number ? std::optional(word.number) : std::nullopt;
 }
 
+bool is_given_as_zero(const Block_word* word) {
+    return word != nullptr && !word->computed &&
+           word->number.find_first_of("123456789") == std::string_view::npos;
+}
+
 std::string_view essential_number(std::string_view number) {
     if (number.find('.') != std::string_view::npos) {
         number = number.substr(0, number.find_last_not_of('0') + 1);

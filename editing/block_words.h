@@ -85,6 +85,10 @@ struct Block_words {
 /// A word as the program wrote it, in capitals and without blanks; "#" for what is computed.
 std::string word_text(const Block_word& word);
 
+/// True for a word whose number is zero as it is written; false for one that is not there (null) or
+/// computed.
+bool is_given_as_zero(const Block_word* word);
+
 /// The digits of a line's N number, as written; no value for a line without one. A "/" in front of
 /// it is passed over.
 std::optional<std::string_view> block_number(std::string_view line);

@@ -1,7 +1,6 @@
 #include "editing/modal_reader.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include "platform/basic_text.h"
@@ -9,9 +8,6 @@
 namespace kelvane {
 
 namespace {
-
-constexpr std::array<std::pair<char, Modal>, 3> secondary_axes = {
-    {{'U', Modal::x}, {'V', Modal::y}, {'W', Modal::z}}};
 
 bool is_named(const Block_words& block, std::string_view name) {
     return std::any_of(block.statements.begin(), block.statements.end(),
@@ -32,14 +28,6 @@ bool counts_by_h(Modal group, const Block_words& block) {
             return code >= 430 && code < 450;
         });
     return (group == Modal::work_offset || group == Modal::polar) && block['H'] && !has_length_code;
-}
-
-bool is_zero(std::string_view number) {
-    return number.find_first_of("123456789") == std::string_view::npos;
-}
-
-bool is_given_as_zero(const Block_word* word) {
-    return word != nullptr && !word->computed && is_zero(word->number);
 }
 
 }  // namespace
@@ -83,7 +71,7 @@ void Modal_reader::read_block(const Block_words& block) {
     begin_block(block);
     read_g_codes(block);
     read_values(block);
-    read_axes(block);
+    read_axes(block, axes_, machining_, memory_);
     read_m_codes(block);
     keep_clearance(block);
     read_statements(block);
@@ -161,7 +149,8 @@ void Modal_reader::read_g_code(const Block_word& word, const Block_words& block)
             }
             break;
         case G_effect::shift:
-            read_shift(block, word_text(word));
+            axes_ = Axes::shift;
+            read_shift(block, word_text(word), memory_);
             break;
         case G_effect::contour:
             read_contour(*code, block);
@@ -297,38 +286,6 @@ void Modal_reader::doubt_numbers(Modal group, const Setting& before, const Block
     }
 }
 
-/// G52, G92 and a lathe's G50: a shift of the zero point, the greatest speed by S, or both.
-void Modal_reader::read_shift(const Block_words& block, std::string_view g_word) {
-    axes_ = Axes::shift;
-    std::string text(g_word);
-    if (const Block_word* const limit = block['S']) {
-        memory_.set(Modal::speed_limit, text + ' ' + word_text(*limit));
-        if (limit->computed) {
-            memory_.doubt(Modal::speed_limit, Doubt::variable);
-        }
-        if (!block.has_axes()) {
-            return;
-        }
-    }
-    const std::string& shifted = state()[Modal::local_shift].word;
-    const bool stays = g_word == "G52" && !shifted.empty() && !shifted.starts_with("G52");
-    if (stays) {  // what has set the zero point itself
-        text.insert(0, shifted.substr(0, shifted.find(" G52")) + ' ');
-    }
-    bool ends = g_word == "G52" && !stays;
-    for (const auto& [letter, axis] : axis_letters) {
-        const Block_word* const word = block[letter];
-        if (word != nullptr) {
-            text += ' ' + word_text(*word);
-        }
-        const bool to_zero = is_given_as_zero(word);
-        const bool named = word != nullptr || shifted.find(letter) != std::string::npos;
-        ends = ends && (to_zero || !named);
-    }
-    memory_.set(Modal::local_shift, text, ends ? no_shift : -1);
-    memory_.doubt_positions(Doubt::offset_change);
-}
-
 void Modal_reader::read_contour(int code, const Block_words& block) {
     axes_ = Axes::nothing;
     memory_.contour_cycle();
@@ -348,76 +305,6 @@ void Modal_reader::leave_contour(const Block_words& block) {
     if (state().in_contour && block.number && same_number(*block.number, contour_end_)) {
         memory_.leave_contour();
     }
-}
-
-void Modal_reader::read_axes(const Block_words& block) {
-    if (axes_ == Axes::nothing || axes_ == Axes::shift) {
-        return;
-    }
-    const bool draws = machining_ == Machining::turning && (block['X'] || block['Z']);
-    for (const auto& [letter, axis] : axis_letters) {
-        // Beside X or Z a lathe's A is an angle and its C a chamfer.
-        const bool of_drawing = draws && (axis == Modal::a || axis == Modal::c);
-        if (block[letter] && !of_drawing) {
-            read_axis(axis, *block[letter]);
-        }
-    }
-    for (const auto& [letter, axis] : secondary_axes) {
-        read_incremental(axis, block[letter]);
-    }
-    if (block.has_axes() && state().active(Modal::cycle) && axes_ == Axes::positions) {
-        run_cycle(block);
-    }
-}
-
-/// A cycle runs along its own axis, which its block need not name.
-void Modal_reader::run_cycle(const Block_words& block) {
-    const int plane = state()[Modal::plane].code;
-    memory_.doubt(plane == 180 ? Modal::y : plane == 190 ? Modal::x : Modal::z, Doubt::cycle);
-    if (is_given_as_zero(block['K']) || is_given_as_zero(block['L'])) {
-        memory_.doubt_positions(Doubt::cycle);  // done no times: nothing needs to move
-    }
-}
-
-void Modal_reader::read_axis(Modal axis, const Block_word& word) {
-    const Setting before = state()[axis];
-    set_place(axis, word);
-    const Setting& now = state()[axis];
-    const bool is_rotary =
-        std::find(rotary_axes.begin(), rotary_axes.end(), axis) != rotary_axes.end();
-    if (is_rotary && (!now.known() || (!before.word.empty() && before.word != now.word))) {
-        memory_.note_line(&Program_survey::first_turn);
-    }
-}
-
-void Modal_reader::set_place(Modal axis, const Block_word& word) {
-    if (axes_ == Axes::reference) {
-        memory_.doubt(axis, Doubt::reference);
-        return;
-    }
-    const Doubt why = word.computed            ? Doubt::variable
-                      : word.number.empty()    ? Doubt::unread
-                      : axes_ == Axes::unknown ? Doubt::maker_differs
-                                               : position_doubt(state(), machining_);
-    if (why == Doubt::incremental) {
-        memory_.doubt(axis, why);  // what it was before is worth showing
-        return;
-    }
-    memory_.set(axis, word_text(word));
-    if (why != Doubt::none) {
-        memory_.doubt(axis, why);
-    }
-}
-
-/// U, V and W: on lathes X, Y and Z by a distance, on mills axes of their own on some.
-void Modal_reader::read_incremental(Modal axis, const Block_word* word) {
-    if (!word) {
-        return;
-    }
-    const bool turning = machining_ == Machining::turning;
-    memory_.doubt(axis, axes_ == Axes::reference ? Doubt::reference
-                        : turning                ? Doubt::incremental
-                                                 : Doubt::maker_differs);
 }
 
 void Modal_reader::read_values(const Block_words& block) {

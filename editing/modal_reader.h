@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "editing/axis_words.h"
 #include "editing/block_words.h"
 #include "editing/modal_memory.h"
 
@@ -29,9 +30,6 @@ class Modal_reader {
     [[nodiscard]] std::size_t lines() const { return memory_.lines(); }
 
   private:
-    /// What the axis words of a block stand for.
-    enum class Axes { positions, nothing, reference, shift, unknown };
-
     void begin_block(const Block_words& block);
     void read_block(const Block_words& block);
     void read_statements(const Block_words& block);
@@ -45,13 +43,7 @@ class Modal_reader {
     [[nodiscard]] const Block_word* p_of(const Block_word& word, Modal group,
                                          const Block_words& block) const;
     void doubt_numbers(Modal group, const Setting& before, const Block_words& block);
-    void read_shift(const Block_words& block, std::string_view g_word);
     void read_contour(int code, const Block_words& block);
-    void read_axes(const Block_words& block);
-    void run_cycle(const Block_words& block);
-    void read_axis(Modal axis, const Block_word& word);
-    void set_place(Modal axis, const Block_word& word);
-    void read_incremental(Modal axis, const Block_word* word);
     void read_values(const Block_words& block);
     void read_offsets(const Block_words& block);
     void doubt_arguments();

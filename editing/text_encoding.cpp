@@ -1,6 +1,5 @@
 #include "editing/text_encoding.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
@@ -45,46 +44,19 @@ char16_t stored_form(char16_t c) {
     return c >= pictures && c < pictures + 0x20 ? static_cast<char16_t>(c - pictures) : c;
 }
 
-/// Takes one character of UTF-8 off the front of `bytes`.
-void decode_character(std::string_view& bytes, std::u16string& to) {
-    const auto lead = static_cast<unsigned char>(bytes[0]);
-    const std::size_t wanted = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
-    std::uint32_t code = lead & (0x3FU >> wanted);
-    std::size_t length = 1;
-    while (length <= wanted && length < bytes.size() && is_continuation(bytes[length])) {
-        code = (code << 6) | (static_cast<unsigned char>(bytes[length]) & 0x3FU);
-        ++length;
-    }
-    bytes.remove_prefix(length);
-    if (length <= wanted || (code >= 0xD800 && code < 0xE000) ||
-        (lead >= 0xF0 && (code < 0x10000 || code > 0x10FFFF))) {
-        to.append(lead >= 0xF0 ? 2 : 1, replacement);
-    } else if (code < 0x10000) {
-        to += screen_form(static_cast<char16_t>(code));
+/// Takes one character of UTF-8 off the front of `bytes`, or the beginning of what is none.
+void show_character(std::string_view& bytes, std::u16string& to) {
+    const std::size_t units = units_of(bytes[0], Text_encoding::utf8);
+    const auto character = take_character(bytes);
+    if (!character) {
+        to.append(units, replacement);
+        bytes.remove_prefix(1);
+    } else if (units == 1) {
+        to += screen_form(static_cast<char16_t>(*character));
     } else {
-        to += static_cast<char16_t>(0xD7C0 + (code >> 10));
-        to += static_cast<char16_t>(0xDC00 + (code & 0x3FFU));
+        to += static_cast<char16_t>(0xD7C0 + (*character >> 10));
+        to += static_cast<char16_t>(0xDC00 + (*character & 0x3FFU));
     }
-}
-
-void append_utf8(std::string& bytes, std::uint32_t code) {
-    const auto put = [&bytes](std::uint32_t byte) { bytes += static_cast<char>(byte); };
-    if (code < 0x80) {
-        put(code);
-        return;
-    }
-    if (code < 0x800) {
-        put(0xC0 | (code >> 6));
-    } else {
-        if (code < 0x10000) {
-            put(0xE0 | (code >> 12));
-        } else {
-            put(0xF0 | (code >> 18));
-            put(0x80 | ((code >> 12) & 0x3FU));
-        }
-        put(0x80 | ((code >> 6) & 0x3FU));
-    }
-    put(0x80 | (code & 0x3FU));
 }
 
 bool is_high_surrogate(char16_t c) {
@@ -96,10 +68,10 @@ bool is_low_surrogate(char16_t c) {
 }
 
 /// Takes one character off the front of `text`; "?" for half a pair.
-std::uint32_t take_character(std::u16string_view& text) {
+char32_t take_typed(std::u16string_view& text) {
     const char16_t first = text[0];
     const bool pair = is_high_surrogate(first) && text.size() > 1 && is_low_surrogate(text[1]);
-    std::uint32_t code = stored_form(first);
+    char32_t code = stored_form(first);
     if (pair) {
         code = 0x10000 + ((first - 0xD800U) << 10) + (text[1] - 0xDC00U);
     } else if (is_high_surrogate(first) || is_low_surrogate(first)) {
@@ -109,46 +81,23 @@ std::uint32_t take_character(std::u16string_view& text) {
     return code;
 }
 
-/// Bytes of the character of UTF-8 with which `bytes` begin, 0 when it is none.
-std::size_t character_length(std::string_view bytes) {
-    if (static_cast<unsigned char>(bytes[0]) < 0x80) {
-        return 1;
-    }
-    for (std::size_t length = 2; length <= std::min<std::size_t>(4, bytes.size()); ++length) {
-        Encoding_check check;
-        check.feed(bytes.substr(0, length));
-        if (check.result() == Text_encoding::utf8) {
-            return length;
-        }
-    }
-    return 0;
-}
-
 }  // namespace
 
-void Encoding_check::begin_character(unsigned char lead) {
-    valid_ = lead >= 0xC2 && lead <= 0xF4;
-    beyond_ascii_ = true;
-    missing_ = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
-    // Longer forms than needed, surrogates and codes beyond U+10FFFF show in the second byte.
-    lowest_ = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
-    highest_ = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
-}
-
 void Encoding_check::take(unsigned char byte) {
-    if (missing_ > 0) {
-        valid_ = byte >= lowest_ && byte <= highest_;
-        lowest_ = 0x80;
-        highest_ = 0xBF;
-        --missing_;
+    if (awaited_.following > 0) {
+        valid_ = byte >= awaited_.lowest && byte <= awaited_.highest;
+        awaited_ = {awaited_.following - 1, 0x80, 0xBF};
     } else if (byte >= 0x80) {
-        begin_character(byte);
+        beyond_ascii_ = true;
+        const auto form = utf8_form(byte);
+        valid_ = form.has_value();
+        awaited_ = form.value_or(Utf8_form{0, 0, 0});
     }
 }
 
 void Encoding_check::feed(std::string_view piece) {
     while (valid_ && !piece.empty()) {
-        const std::size_t plain = missing_ == 0 ? leading_ascii(piece) : 0;
+        const std::size_t plain = awaited_.following == 0 ? leading_ascii(piece) : 0;
         piece.remove_prefix(plain);
         if (!piece.empty()) {
             take(static_cast<unsigned char>(piece[0]));
@@ -158,22 +107,8 @@ void Encoding_check::feed(std::string_view piece) {
 }
 
 Text_encoding Encoding_check::result() const {
-    const bool utf8 = valid_ && beyond_ascii_ && missing_ == 0;
+    const bool utf8 = valid_ && beyond_ascii_ && awaited_.following == 0;
     return utf8 ? Text_encoding::utf8 : Text_encoding::latin1;
-}
-
-std::string as_utf8(std::string_view bytes) {
-    std::string text;
-    while (!bytes.empty()) {
-        const std::size_t length = character_length(bytes);
-        if (length == 0) {
-            append_utf8(text, static_cast<unsigned char>(bytes[0]));
-        } else {
-            text += bytes.substr(0, length);
-        }
-        bytes.remove_prefix(std::max<std::size_t>(length, 1));
-    }
-    return text;
 }
 
 std::u16string shown_text(std::string_view bytes, Text_encoding encoding) {
@@ -190,7 +125,7 @@ std::u16string shown_text(std::string_view bytes, Text_encoding encoding) {
         } else if (is_continuation(byte)) {
             bytes.remove_prefix(1);
         } else {
-            decode_character(bytes, text);
+            show_character(bytes, text);
         }
     }
     return text;
@@ -206,7 +141,7 @@ std::string typed_bytes(std::u16string_view text, Text_encoding encoding,
             text.remove_prefix(1);
             continue;
         }
-        const std::uint32_t code = take_character(text);
+        const char32_t code = take_typed(text);
         if (encoding == Text_encoding::utf8) {
             append_utf8(bytes, code);
         } else {

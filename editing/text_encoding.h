@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/utf8.h"
+
 namespace kelvane {
 
 /// How the bytes of a program are shown and what is stored for typed characters. Bytes that nobody
@@ -22,23 +24,11 @@ class Encoding_check {
 
   private:
     void take(unsigned char byte);
-    void begin_character(unsigned char lead);
 
     bool valid_ = true;
     bool beyond_ascii_ = false;
-    int missing_ = 0;  ///< bytes that the character begun still needs
-    unsigned char lowest_ = 0x80;
-    unsigned char highest_ = 0xBF;  ///< of the next one
+    Utf8_form awaited_ = {0, 0, 0};  ///< of the character begun, from its next byte on
 };
-
-/// `bytes` as UTF-8; each one that is part of no character of it is taken for Latin-1. Messages
-/// hold names of several origins.
-std::string as_utf8(std::string_view bytes);
-
-/// A byte inside a UTF-8 character, not its first.
-constexpr bool is_continuation(char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
 
 /// UTF-16 units that a text widget counts for a byte that is no part of a line end: a character of
 /// UTF-8 counts at its first byte, two beyond U+FFFF.

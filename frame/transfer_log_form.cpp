@@ -4,9 +4,9 @@
 #include <optional>
 #include <utility>
 
-#include "editing/text_encoding.h"
 #include "platform/basic_text.h"
 #include "platform/save_path.h"
+#include "platform/utf8.h"
 
 namespace kelvane {
 

@@ -1,7 +1,6 @@
 #include "platform/letter_case.h"
 
-#include <bit>
-#include <optional>
+#include "platform/utf8.h"
 
 namespace kelvane {
 
@@ -27,27 +26,6 @@ char32_t small_letter(char32_t character) {
             return character + range.distance;
         }
     }
-    return character;
-}
-
-/// The character whose UTF-8 bytes `text` begins with, which are taken off it; no value when there
-/// is none.
-std::optional<char32_t> take_character(std::string_view& text) {
-    const auto lead = static_cast<unsigned char>(text.front());
-    const auto ones = static_cast<unsigned>(std::countl_one(lead));
-    const std::size_t length = ones == 0 ? 1 : ones;
-    if (ones == 1 || ones > 4 || text.size() < length) {
-        return std::nullopt;
-    }
-    char32_t character = lead & (0xFFU >> (ones + 1));
-    for (const char c : text.substr(1, length - 1)) {
-        const auto byte = static_cast<unsigned char>(c);
-        if ((byte & 0xC0U) != 0x80U) {
-            return std::nullopt;
-        }
-        character = character << 6U | (byte & 0x3FU);
-    }
-    text.remove_prefix(length);
     return character;
 }
 
