@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "support/display.h"
 #include "support/program_process.h"
@@ -16,7 +17,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto in_time = 30s;   // for what comes at once on a quiet computer
 constexpr auto quiet = 400ms;   // silence that tells that nothing more comes
 constexpr int some_time = 300;  // characters: a third of a second at 9600 baud
 
@@ -34,13 +34,18 @@ class Beside_dialogs : public ::testing::Test {
     void SetUp() override {
         folder.connect(line.device(), {{2, "BAUD 3"}});
         folder.put("PART.NC", long_program());
-        program =
-            folder.start(Program_directory::job(1, folder.path("PART.NC")), display.environment());
+        program = folder.start(Program_directory::job(1, folder.path("PART.NC")), environment());
         ASSERT_TRUE(wait_until([&] { return folder.exists("scratchpad data 5"); }, in_time));
         ASSERT_TRUE(display.shows("Kelvane Lite"));
         line.send("\x11");
     }
 
+    [[nodiscard]] std::vector<std::string> environment() const {
+        std::vector<std::string> all = display.environment();
+        all.insert(all.end(),
+                   {"LD_PRELOAD=" PATIENCE_LIBRARY, "ASAN_OPTIONS=verify_asan_link_order=0"});
+        return all;
+    }
     /// A button of the main window's last row, by its place in hundredths of the width; the window
     /// stands in the display's corner, 900 by 640, where no window manager puts it elsewhere.
     void press_button(int place) const { EXPECT_TRUE(display.click(9 * place, 602)); }

@@ -61,7 +61,7 @@ class Walk : public ::testing::Test {
         }
     }
     bool wait(const std::function<bool()>& condition) {
-        const auto end = loop.now() + 20s;
+        const auto end = loop.now() + 120s;
         wait_for(loop, [&] { return condition() || loop.now() >= end; });
         return condition();
     }

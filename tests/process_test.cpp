@@ -10,6 +10,7 @@
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 #include "modem_lines/modem_lines.h"
 #include "support/program_process.h"
@@ -22,7 +23,6 @@ using namespace std::chrono_literals;
 
 enum Event { send = 1, receive = 2, binary_send = 5, binary_receive = 6 };
 
-constexpr auto in_time = 30s;  // for what comes at once on a quiet computer
 constexpr auto quiet = 400ms;  // silence that tells that nothing more comes
 
 constexpr const char* staging = "scratchpad data 5";
@@ -48,6 +48,33 @@ std::string all_bytes() {
     }
     return bytes;
 }
+
+/// A pipe with a name, in which nobody reads; both its ends are open until they are closed here.
+class Named_pipe {
+  public:
+    explicit Named_pipe(const std::string& path) {
+        ::mkfifo(path.c_str(), 0600);
+        reader_ = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+        writer_ = ::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+    }
+    Named_pipe(const Named_pipe&) = delete;
+    Named_pipe& operator=(const Named_pipe&) = delete;
+    ~Named_pipe() {
+        close_reader();
+        close_writer();
+    }
+
+    void fill() const {
+        while (::write(writer_, "full", 4) == 4) {
+        }
+    }
+    void close_reader() { ::close(std::exchange(reader_, -1)); }
+    void close_writer() { ::close(std::exchange(writer_, -1)); }
+
+  private:
+    int reader_ = -1;
+    int writer_ = -1;
+};
 
 /// A program directory, the program at work in it, and a line to it.
 class Workshop : public ::testing::Test {
@@ -106,7 +133,8 @@ class Workshop : public ::testing::Test {
     [[nodiscard]] std::string log() const { return folder.content("log"); }
 
     Program_directory folder;
-    std::vector<std::string> environment;
+    std::vector<std::string> environment{"LD_PRELOAD=" PATIENCE_LIBRARY,
+                                         "ASAN_OPTIONS=verify_asan_link_order=0"};
     std::unique_ptr<Process> program;
 
   private:
@@ -303,12 +331,14 @@ TEST_F(Workshop, an_end_signal_answers_every_box) {
 TEST_F(Workshop, an_end_signal_ends_a_program_that_hangs_in_a_file) {
     Pty_line line;
     folder.connect(line.device());
+    environment.clear();
     start_job(receive, "BACK.NC");
     expect_armed();
     ::unlink(folder.path(staging).c_str());
-    ASSERT_EQ(::mkfifo(folder.path(staging).c_str(), 0600), 0);
-    line.send("%");  // to be added to a pipe that nobody reads
-    EXPECT_EQ(line.receive(1, quiet), "");
+    Named_pipe pipe(folder.path(staging));
+    pipe.fill();
+    line.send("%");  // to be added to what takes nothing
+    ASSERT_TRUE(wait_until([&] { return program->holds_open(folder.path(staging)); }, in_time));
     program->signal(SIGTERM);
     EXPECT_EQ(program->exit_within(in_time), -SIGTERM);
 }
@@ -347,15 +377,16 @@ TEST_F(Workshop, a_standard_error_that_takes_nothing_neither_ends_nor_blocks_the
         Pty_line line;
         folder.connect(line.device());
         folder.log = kind == closed ? "" : folder.path("pipe" + std::to_string(kind));
-        ::mkfifo(folder.log.c_str(), 0600);
-        const int reader = ::open(folder.log.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-        const int writer = ::open(folder.log.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
-        while (kind == never_read && ::write(writer, "full", 4) == 4) {
+        Named_pipe pipe(folder.log);
+        if (kind == never_read) {
+            pipe.fill();
         }
         start_job(receive, "BACK.NC");
         expect_armed();
-        ::close(writer);
-        kind == reader_gone ? ::close(reader) : 0;
+        pipe.close_writer();
+        if (kind == reader_gone) {
+            pipe.close_reader();
+        }
         const std::string device = line.device();
         line.hang_up();
         EXPECT_TRUE(wait_until([&] { return !program->holds_open(device); }, in_time));
@@ -363,7 +394,6 @@ TEST_F(Workshop, a_standard_error_that_takes_nothing_neither_ends_nor_blocks_the
         EXPECT_TRUE(kind != closed || program->stream_target(STDERR_FILENO) == "/dev/null");
         expect_orderly_end();
         ::unlink(folder.path(staging).c_str());
-        kind == reader_gone ? 0 : ::close(reader);
     }
 }
 
@@ -381,8 +411,8 @@ class Modem_line_workshop : public Workshop, public ::testing::WithParamInterfac
         ASSERT_NE(memory, MAP_FAILED);
         lines = new (memory) Modem_lines;
         line.device().copy(lines->device.data(), lines->device.size() - 1);
-        environment = {"LD_PRELOAD=" MODEM_LINES_LIBRARY, "KELVANE_MODEM_LINES=" + name,
-                       "ASAN_OPTIONS=verify_asan_link_order=0"};
+        environment.front() += ":" MODEM_LINES_LIBRARY;
+        environment.push_back("KELVANE_MODEM_LINES=" + name);
         folder.connect(line.device(), {{2, "BAUD 3"}, {5, GetParam()}});
         folder.put("PART.NC", whole);
         start_job(send, "PART.NC");
@@ -439,8 +469,8 @@ TEST_P(Modem_line_workshop, a_driver_that_keeps_characters_holds_the_send) {
 TEST_P(Modem_line_workshop, low_cts_does_not_hold_the_end_of_the_program) {
     lines->cts = false;
     line.send(xon);
+    EXPECT_TRUE(wait_until([&] { return lines->cts_looks > 0; }, in_time));
     EXPECT_EQ(line.receive(1, quiet), "");
-    EXPECT_GT(lines->cts_looks, 0);
     expect_orderly_end();
     EXPECT_EQ(lines->set_by_program, 0);
 }

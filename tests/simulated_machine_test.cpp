@@ -26,7 +26,7 @@ class Machine {
     explicit Machine(std::vector<std::string> options, const std::string& program = {}) {
         folder.put("in.nc", program);
         options.insert(options.begin(), {SIMULATED_MACHINE, "--link", "@line", "--report",
-                                         "@report", "--timeout", "15"});
+                                         "@report", "--timeout", "100"});
         for (std::string& option : options) {
             option = option.starts_with('@') ? folder.path(option.substr(1)) : option;
         }
@@ -38,7 +38,8 @@ class Machine {
     ~Machine() { close_line(); }
 
     void open_line() {
-        ASSERT_TRUE(wait_until([&] { return folder.exists("line"); }, 5s)) << folder.content("log");
+        ASSERT_TRUE(wait_until([&] { return folder.exists("line"); }, in_time))
+            << folder.content("log");
         line_ = ::open(folder.path("line").c_str(), O_RDWR | O_NOCTTY);
         termios settings{};
         ::tcgetattr(line_, &settings);
@@ -50,7 +51,8 @@ class Machine {
         EXPECT_EQ(::write(line_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
     }
     /// What comes until that many bytes are there, or nothing more comes for the time.
-    [[nodiscard]] std::string receives(std::size_t count, std::chrono::milliseconds patience = 3s) {
+    [[nodiscard]] std::string receives(std::size_t count,
+                                       std::chrono::milliseconds patience = in_time) {
         std::string text;
         pollfd state{line_, POLLIN, 0};
         for (char byte = 0; text.size() < count && ::poll(&state, 1, int(patience.count())) > 0;) {
@@ -59,7 +61,7 @@ class Machine {
         return text;
     }
     void expect_end(int status, const std::string& says = {}) {
-        EXPECT_EQ(process->exit_within(16s), status);
+        EXPECT_EQ(process->exit_within(in_time), status);
         EXPECT_THAT(folder.content("log"), HasSubstr(says));
         EXPECT_FALSE(std::filesystem::is_symlink(folder.path("line")));
     }
@@ -188,23 +190,27 @@ TEST(Simulated_machine, punches_at_the_lines_pace_and_stops_when_told) {
     const std::size_t rest_of_step = machine.receives(60, 300ms).size();
     EXPECT_LE(rest_of_step, 20U);
     machine.sends("\x11");
-    EXPECT_EQ(machine.receives(61 - rest_of_step, 500ms).size(), 60 - rest_of_step);
+    EXPECT_EQ(machine.receives(60 - rest_of_step).size(), 60 - rest_of_step);
+    EXPECT_EQ(machine.receives(1, 500ms), "");
     machine.close_line();
     machine.expect_end(0);
     EXPECT_THAT(machine.folder.content("report"), HasSubstr("xoffs=1\n"));
 }
 
 TEST(Simulated_machine, begins_a_job_when_the_line_has_been_opened_again) {
-    Machine machine({"--start-delay", "100", "--read", "@out", "--punch", "@in.nc"}, short_program);
+    Machine machine({"--start-delay", "100", "--leader", "1", "--trailer", "0", "--read", "@out",
+                     "--punch", "@in.nc"},
+                    short_program);
     machine.open_line();
     EXPECT_EQ(machine.receives(1), "\x11");
     machine.sends(even_wire);
     EXPECT_EQ(machine.receives(1), "\x93");
     EXPECT_EQ(machine.receives(1, 500ms), "") << "who has sent may take a while to close";
     machine.close_line();
-    std::this_thread::sleep_for(100ms);
+    std::this_thread::sleep_for(500ms);
     machine.open_line();
-    EXPECT_EQ(machine.receives(200, 1s).front(), '\x12');
+    const std::string tape = "\x12" + nul + even_wire + "\x14";
+    EXPECT_EQ(machine.receives(tape.size()), tape);
     machine.close_line();
     machine.expect_end(0);
 }

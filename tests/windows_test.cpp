@@ -60,7 +60,7 @@ class Finished_program : public ::testing::Test {
         shown.clear();
         chosen_file = file.empty() ? QString() : folder.filePath(QString::fromStdString(file));
         item.click();
-        const auto end = loop.now() + 20s;
+        const auto end = loop.now() + 120s;
         wait_for(loop, [&] {
             return (!shown.empty() && windows.modal_window() == nullptr &&
                     program.window.tasks.empty()) ||

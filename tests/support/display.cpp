@@ -2,18 +2,11 @@
 
 #include <algorithm>
 #include <cctype>
-#include <chrono>
 #include <cstdlib>
 #include <sstream>
 #include <stdexcept>
 
 namespace kelvane::testing {
-
-namespace {
-
-constexpr auto in_time = std::chrono::seconds(30);  // for what comes at once on a quiet computer
-
-}  // namespace
 
 Display::Display(const Program_directory& folder)
     : folder_(folder),

@@ -13,6 +13,9 @@
 
 namespace kelvane::testing {
 
+/// For what comes at once on a quiet computer, however busy this one is.
+inline constexpr std::chrono::milliseconds in_time = std::chrono::minutes(2);
+
 /// Waits, looking every few milliseconds, until `condition` holds; false when it does not within
 /// `limit`.
 bool wait_until(const std::function<bool()>& condition, std::chrono::milliseconds limit);
