@@ -207,6 +207,7 @@ void bind(Check_box& control, QCheckBox& widget) {
         control.click();
         refresh();
     });
+    take_enter(widget, [] {});
 }
 
 void bind(Option_button& control, QRadioButton& widget) {
@@ -224,6 +225,7 @@ void bind(Option_button& control, QRadioButton& widget) {
             refresh();
         }
     });
+    take_enter(widget, [] {});
 }
 
 void bind(Text_box& control, QLineEdit& widget, Text_form form) {

@@ -41,13 +41,15 @@ constexpr Key_step key_steps[] = {
     {QKeySequence::MoveToEndOfDocument, QKeySequence::SelectEndOfDocument, Caret_step::text_end},
 };
 
-/// What the key writes; empty for keys that write nothing. Tab goes to the next control.
+/// What the key writes; empty for keys that write nothing. Tab goes to the next control. An access
+/// key that nothing has must not end in the program.
 QString typed_text(const QKeyEvent& event) {
     if (event.matches(QKeySequence::InsertParagraphSeparator) ||
         event.matches(QKeySequence::InsertLineSeparator)) {
         return "\n";
     }
-    const auto command = event.modifiers() & (Qt::ControlModifier | Qt::MetaModifier);
+    const auto command =
+        event.modifiers() & (Qt::ControlModifier | Qt::MetaModifier | Qt::AltModifier);
     const bool altgr = event.modifiers().testFlags(Qt::ControlModifier | Qt::AltModifier);
     const QString text = event.text();
     const bool writes = !text.isEmpty() && text[0].isPrint() && (!command || altgr);

@@ -356,6 +356,8 @@ TEST(Bindings_test, enter_presses_the_default_button_from_nowhere_but_the_dialog
     List_box list("lst");
     List_box folded("folded");
     Scroll_bar bar("bar", 1, 8);
+    Check_box box("chk");
+    Option_button option("opt");
     list.set_items({"zero"});
     std::string log;
     button.on_click = [&] { log += "B"; };
@@ -368,6 +370,10 @@ TEST(Bindings_test, enter_presses_the_default_button_from_nowhere_but_the_dialog
     auto* rows = new QListWidget(&dialog);
     auto* combo = new QComboBox(&dialog);
     auto* slider = new QSlider(&dialog);
+    auto* check = new QCheckBox(&dialog);
+    auto* radio = new QRadioButton(&dialog);
+    bind(box, *check);
+    bind(option, *radio);
     bind(button, *default_button);
     bind(text, *field);
     bind(list, *rows);
@@ -378,8 +384,8 @@ TEST(Bindings_test, enter_presses_the_default_button_from_nowhere_but_the_dialog
     auto* filter = filter_of(*rows);
     dialog.setLayout(column_of({other_button, filter}));
     dialog.show();
-    for (QWidget* widget :
-         std::initializer_list<QWidget*>{field, rows, combo, slider, filter, other_button}) {
+    for (QWidget* widget : std::initializer_list<QWidget*>{field, rows, combo, slider, check, radio,
+                                                           filter, other_button}) {
         press_key(*widget, Qt::Key_Return);
     }
     EXPECT_EQ(log, "TO");

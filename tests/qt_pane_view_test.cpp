@@ -67,6 +67,7 @@ TEST_F(Pane_view_test, keys_write_and_move) {
     press(Qt::Key_Right, Qt::ShiftModifier);
     press(Qt::Key_At, Qt::ControlModifier | Qt::AltModifier, "@");  // AltGr
     press(Qt::Key_S, Qt::ControlModifier, "\x13");
+    press(Qt::Key_Y, Qt::AltModifier, "y");
     press(Qt::Key_Tab, Qt::NoModifier, "\t");
     EXPECT_EQ(text(), "N1G\r@2\r");
     press(Qt::Key_Home, Qt::ControlModifier);
