@@ -53,6 +53,9 @@ void note_standing_number(const Resequence_options& options, Notes& notes) {
     }
     if (options.maximum != 0 && options.start > options.maximum) {
         notes.add("The start is above the maximum N#: every block gets the same number.");
+    } else if (options.maximum != 0 && options.increment > 0 &&
+               options.start + options.increment > options.maximum) {
+        notes.add("The second number is above the maximum N#: every block gets the same number.");
     }
 }
 

@@ -158,6 +158,8 @@ TEST_F(Resequencing, warns_before_the_button_is_pressed) {
         {"10", "0", "", true, "N1", "The increment is 0 or empty: "},
         {"10", "", "10", false, "N1", "The increment is 0 or empty: "},
         {"11", "1", "10", false, "N1", "The start is above the maximum N#: "},
+        {"400", "10", "409", false, "N1", "The second number is above the maximum N#: "},
+        {"400", "10", "410", false, "N1", ""},
         {"10", "1", "", true, "N1\nN2GOTO1GOTO8\nGOTO9", "Line 2: Cannot resolve GOTO8 with"},
         {"10", "1", "", false, "[X]\nN1\n [\n[\nX]", ""},
         {"10", "1", "", false, "[X]\nN1\n\nN2[A]B\nN3", R"(Line 4: this "[" is never closed: )"},
