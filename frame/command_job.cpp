@@ -41,7 +41,8 @@ void Command_job::start() {
 
 Task<> Command_job::run() {
     if (const auto selected = select_machine(); !selected) {
-        const Message box = critical_box("Cannot read the list of machines.\n" + selected.reason());
+        window_.exit_status = 1;
+        const Message box = critical_box(selected.reason());
         co_await window_.ask(box);
         end(false);
         co_return;
@@ -61,9 +62,14 @@ Result<> Command_job::select_machine() {
     } else {
         const auto list = files.read(files.program_path(file_names::machine_list));
         if (list.unreadable()) {
-            return list.failure();
+            return Failure{"Cannot read the list of machines.\n" + list.reason()};
         }
         if (!list || !find_machine(*list)) {
+            if (state_.unread_files.contains(file_names::settings)) {
+                return Failure{"Machine " + machine +
+                               " is not in the list of machines, and which one was selected could "
+                               "not be read."};
+            }
             Add_machine_name(list ? 0 : 1);
         }
     }
@@ -88,22 +94,23 @@ void Command_job::Add_machine_name(int mode) {
     Files& files = window_.platform.files;
     const std::string& name = state_.Command_line_machine;
     const std::string settings = files.program_path(port_settings_name(name));
-    Result<> added;
-    if (mode == 0) {
-        added = add_line(files, files.program_path(file_names::machine_list), name);
-    } else {
-        // No separator: files of this name are known to be looked for beside the directory.
-        added = files.replace(
-            files.program_directory() + std::string(file_names::bare(file_names::machine_list)),
-            Text_writer().line(default_machine).line(name).text());
-    }
+    // No separator: files of this name are known to be looked for beside the directory.
+    const std::string beside =
+        files.program_directory() + std::string(file_names::bare(file_names::machine_list));
+    Result<> added =
+        !fault_of_machine_name(name).empty() ? Failure{"no file can have this name"}
+        : mode == 0 ? add_line(files, files.program_path(file_names::machine_list), name)
+                    : files.replace(beside, Text_writer().line(default_machine).line(name).text());
     const std::string pattern = files.program_path(port_settings_name(default_machine));
-    const bool copies = can_be_file_name(name) && !files.exists(settings) && files.exists(pattern);
+    const bool copies = !files.exists(settings) && files.exists(pattern);
     added = added.and_then([&] { return copies ? files.copy(pattern, settings) : Result<>(); });
-    const std::string said = "Machine " + name +
-                             (added ? " is not in the list of machines and has been added to it"
-                                    : " could not be added: " + added.reason()) +
-                             "; this job goes to " + state_.IO_device_name;
+    const std::string said =
+        "Machine " + name +
+        (!added      ? " could not be added: " + added.reason()
+         : mode == 0 ? " is not in the list of machines and has been added to it"
+                     : " is not known: there is no list of machines yet, so it has been put into " +
+                           beside) +
+        "; this job goes to " + state_.IO_device_name;
     window_.control.set_warning(said);
     window_.job_remark = said;
     window_.platform.desktop.tell_standard_error(said);

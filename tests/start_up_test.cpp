@@ -73,18 +73,26 @@ TEST(ShutDown, WritesTheSelectionAndUnloadsAll) {
 
 TEST(ShutDown, WhatCouldNotBeReadAtTheStartIsNotWrittenOver) {
     const std::string list = "/kelvane/Editor IO device list";
-    Shop_floor shop({}, "");
-    const std::string before = shop.desk.files.content("/kelvane/Kelvane Lite settings");
-    shop.desk.files.put(list, "Lathe\r\nMill\r\n");
-    shop.desk.files.fail("read", "Kelvane Lite settings");
-    shop.desk.files.fail("read", "IO device list");
-    shop.boxes().expect("Cannot read the list of machines.\nInput/output error");
-    shop.start("1|/nc/PART.NC|Lathe");
-    shop.pass(200ms);
-    EXPECT_TRUE(shop.desk.windows.ended) << "the job is not done for another machine";
-    EXPECT_EQ(shop.received(), "");
-    EXPECT_EQ(shop.desk.files.content("/kelvane/Kelvane Lite settings"), before);
-    EXPECT_EQ(shop.desk.files.content(list), "Lathe\r\nMill\r\n");
+    const std::pair<const char*, const char*> cases[] = {
+        {"Lathe", "Cannot read the list of machines.\nInput/output error"},
+        {"New", "Machine New is not in the list of machines, and which one was selected"}};
+    for (const auto& [machine, box] : cases) {
+        Shop_floor shop({}, "");
+        const std::string before = shop.desk.files.content("/kelvane/Kelvane Lite settings");
+        shop.desk.files.put(list, "Lathe\r\nMill\r\n");
+        shop.desk.files.fail("read", "Kelvane Lite settings");
+        if (*machine == 'L') {
+            shop.desk.files.fail("read", "IO device list");
+        }
+        shop.boxes().expect(box);
+        shop.start(std::string("1|/nc/PART.NC|") + machine);
+        shop.pass(200ms);
+        EXPECT_TRUE(shop.desk.windows.ended) << "the job is not done for another machine";
+        EXPECT_EQ(shop.desk.windows.exit_status, 1);
+        EXPECT_EQ(shop.received(), "");
+        EXPECT_EQ(shop.desk.files.content("/kelvane/Kelvane Lite settings"), before);
+        EXPECT_EQ(shop.desk.files.content(list), "Lathe\r\nMill\r\n");
+    }
 }
 
 TEST(StartUp, RefusesASecondInstanceAndTouchesNothing) {
@@ -119,10 +127,11 @@ TEST(CommandJob, SelectsTheMachineAndRunsOnce) {
 
 TEST(CommandJob, AddsAnUnknownMachineWithoutSelectingIt) {
     const struct {
-        const char *list, *list_file, *list_after;
+        const char *list, *list_file, *list_after, *told;
     } cases[] = {
-        {"Lathe", "/kelvane/Editor IO device list", "Lathe\r\nNew\r\n"},
-        {nullptr, "/kelvaneEditor IO device list", "(default)\r\nNew\r\n"},
+        {"Lathe", "/kelvane/Editor IO device list", "Lathe\r\nNew\r\n", "has been added to it; "},
+        {nullptr, "/kelvaneEditor IO device list", "(default)\r\nNew\r\n",
+         "put into /kelvaneEditor IO device list; "},
     };
     for (const auto& c : cases) {
         Shop_floor shop;
@@ -134,8 +143,15 @@ TEST(CommandJob, AddsAnUnknownMachineWithoutSelectingIt) {
         shop.pass(200ms);
         EXPECT_EQ(shop.desk.files.content(c.list_file), c.list_after);
         EXPECT_EQ(shop.state().IO_device_name, "(default)");
+        EXPECT_NE(shop.desk.desktop.told.find(c.told), std::string::npos);
         EXPECT_TRUE(shop.desk.files.exists("/kelvane/Editor COM port settings for New"));
     }
+    Shop_floor shop;
+    shop.desk.files.put("/kelvane/Editor IO device list", "Lathe\r\n");
+    shop.start("9|/nc/A.NC|A/B");
+    shop.pass(200ms);
+    EXPECT_EQ(shop.desk.files.content("/kelvane/Editor IO device list"), "Lathe\r\n");
+    EXPECT_NE(shop.desk.desktop.told.find("Machine A/B could not be added"), std::string::npos);
 }
 
 TEST(CommandJob, TakesTheBuiltInMachineByItsName) {
