@@ -41,11 +41,25 @@ int open_lock(const char* path) {
         const int lock = ::open(path, access | O_CLOEXEC, lock_mode);
         if (lock >= 0) {
             // Whatever the user's mask says, others are to see it. It holds nothing.
-            static_cast<void>(::fchmod(lock, lock_mode) == 0);
+            struct stat found {};
+            const bool own_kind = ::fstat(lock, &found) == 0 && S_ISREG(found.st_mode);
+            static_cast<void>(own_kind && ::fchmod(lock, lock_mode) == 0);
             return lock;
         }
     }
     return -1;
+}
+
+/// A file that nobody may look for in its folder need not be there.
+Failure why_denied(const std::string& lock_path) {
+    struct stat found {};
+    if (::stat(lock_path.c_str(), &found) != 0) {
+        return {"The program directory of " + lock_path +
+                " is closed to this user.\nName another one with KELVANE_LITE_DIRECTORY."};
+    }
+    return {"The lock file " + lock_path +
+            " belongs to another user and cannot be opened.\nHave Kelvane Lite ended there, then "
+            "have that file deleted."};
 }
 
 std::string short_date(const QDate& date) {
@@ -135,9 +149,7 @@ Result<> Qt_desktop_services::claim_program_directory() {
     }
     lock_ = open_lock(lock_path_.c_str());
     if (lock_ < 0 && errno == EACCES) {
-        return Failure{"The lock file " + lock_path_ +
-                       " belongs to another user and cannot be opened.\nHave Kelvane Lite ended "
-                       "there, then have that file deleted."};
+        return why_denied(lock_path_);
     }
     // A folder that takes no lock file at all (read-only, full) does not keep anybody out.
     if (lock_ >= 0 && ::flock(lock_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {

@@ -312,17 +312,20 @@ TEST_F(Disk_files_test, a_program_directory_has_one_user_at_a_time) {
     Qt_desktop_services first("", folder);
     EXPECT_TRUE(first.claim_program_directory());
     fs::permissions(folder, fs::perms::all);
-    const auto look_as_another_user = [&](bool trouble) {
+    const auto look_as_another_user = [&](const std::string& says) {
         constexpr uid_t nobody = 65534;
         static_cast<void>(::setuid(nobody) == 0);
         Qt_desktop_services second("", folder);
         const auto claimed = second.claim_program_directory();
-        const bool named = claimed.reason().find(folder) != std::string::npos;
-        ::_exit(!claimed && named == trouble ? 0 : 1);
+        ::_exit(!claimed && claimed.reason().starts_with(says + (says.empty() ? "" : folder)) ? 0
+                                                                                              : 1);
     };
-    EXPECT_EXIT(look_as_another_user(false), ::testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(look_as_another_user(""), ::testing::ExitedWithCode(0), "");
     fs::permissions(folder + "/Kelvane Lite lock", fs::perms::none);
-    EXPECT_EXIT(look_as_another_user(true), ::testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(look_as_another_user("The lock file "), ::testing::ExitedWithCode(0), "");
+    fs::permissions(folder, fs::perms::owner_all);
+    EXPECT_EXIT(look_as_another_user("The program directory of "), ::testing::ExitedWithCode(0),
+                "");
 }
 
 TEST_F(Disk_files_test, the_program_directory_is_the_one_that_is_asked_for) {
