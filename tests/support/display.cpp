@@ -11,7 +11,9 @@ namespace kelvane::testing {
 Display::Display(const Program_directory& folder)
     : folder_(folder),
       server_(
-          {"/usr/bin/Xvfb", "-displayfd", "1", "-screen", "0", "1280x1024x24", "-nolisten", "tcp"},
+          // Without -r a key that a busy computer lets go late would be pressed again and again.
+          {"/usr/bin/Xvfb", "-displayfd", "1", "-screen", "0", "1280x1024x24", "-nolisten", "tcp",
+           "-r"},
           {}, folder.path("display")) {}
 
 // The server tells its number on a line of its own among its messages.
