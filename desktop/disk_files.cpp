@@ -285,12 +285,14 @@ Result<std::uint64_t> Disk_files::length(const std::string& path) const {
     return static_cast<std::uint64_t>(found->st_size);
 }
 
-Result<std::time_t> Disk_files::stamp(const std::string& path) const {
+Result<File_time> Disk_files::stamp(const std::string& path) const {
     const auto found = look_at_file(path);
     if (!found) {
         return found.failure();
     }
-    return found->st_mtime;
+    const timespec& changed = found->st_mtim;
+    return File_time(std::chrono::seconds(changed.tv_sec) +
+                     std::chrono::nanoseconds(changed.tv_nsec));
 }
 
 std::string find_program_directory() {

@@ -28,7 +28,7 @@ class Disk_files : public Files {
     [[nodiscard]] Result<> rename(const std::string& from, const std::string& to) override;
     Result<> remove(const std::string& path) override;
     [[nodiscard]] Result<std::uint64_t> length(const std::string& path) const override;
-    [[nodiscard]] Result<std::time_t> stamp(const std::string& path) const override;
+    [[nodiscard]] Result<File_time> stamp(const std::string& path) const override;
 
     /// Removes the temporary files that an earlier run has left behind; only one that runs alone on
     /// the program directory may.

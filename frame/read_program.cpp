@@ -5,7 +5,7 @@
 
 #include "platform/file_pieces.h"
 #include "platform/lines.h"
-#include "transmit/tape_image.h"
+#include "platform/tape_image.h"
 
 namespace kelvane {
 

@@ -7,8 +7,8 @@
 #include "machines/notation.h"
 #include "platform/basic_text.h"
 #include "platform/lines.h"
+#include "platform/tape_image.h"
 #include "transmit/sub_call.h"
-#include "transmit/tape_image.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace kelvane;

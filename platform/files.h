@@ -1,13 +1,16 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
-#include <ctime>
 #include <string>
 #include <string_view>
 
 #include "platform/result.h"
 
 namespace kelvane {
+
+/// When a file was changed.
+using File_time = std::chrono::sys_time<std::chrono::nanoseconds>;
 
 /// Whole-file operations; nothing is ever left open. Paths are bytes in the system's own form.
 /// A failure says why in the system's words, and whether the file is simply missing: one that is
@@ -62,7 +65,7 @@ class Files {
     /// Length in bytes.
     [[nodiscard]] virtual Result<std::uint64_t> length(const std::string& path) const = 0;
     /// Time of the last change.
-    [[nodiscard]] virtual Result<std::time_t> stamp(const std::string& path) const = 0;
+    [[nodiscard]] virtual Result<File_time> stamp(const std::string& path) const = 0;
 };
 
 /// The folder part of a path without its last separator (the root keeps it); empty when the path

@@ -44,7 +44,9 @@ std::size_t count_lines(std::string_view text) {
 
 std::string_view without_end_mark(std::string_view text) {
     constexpr char end_mark = '\x1A';
-    return text.substr(0, text.find_last_not_of(end_mark) + 1);
+    constexpr std::string_view padding("\0\r\n\x1A", 4);
+    const std::size_t behind_program = text.find_last_not_of(padding) + 1;
+    return text.substr(0, text.find(end_mark, behind_program));
 }
 
 }  // namespace kelvane

@@ -38,8 +38,9 @@ class Lines {
 /// How many lines `text` has.
 [[nodiscard]] std::size_t count_lines(std::string_view text);
 
-/// `text` without the end-of-file mark of old PCs, which is the Ctrl-Z (0x1A, or several of them
-/// that fill up a disk block) at its very end. A Ctrl-Z in any other place is data.
+/// `text` without the end-of-file mark of old PCs, which is the Ctrl-Z (0x1A) with nothing behind
+/// it but what fills up a disk block (more of them, NULs) or a line end that an editor has added. A
+/// Ctrl-Z in any other place is data.
 [[nodiscard]] std::string_view without_end_mark(std::string_view text);
 
 }  // namespace kelvane

@@ -1,10 +1,12 @@
 #include "print/program_listing.h"
 
 #include <algorithm>
+#include <ctime>
 #include <functional>
 #include <utility>
 
 #include "platform/basic_text.h"
+#include "platform/tape_image.h"
 #include "print/code39.h"
 
 namespace kelvane {
@@ -15,6 +17,10 @@ constexpr const char* barcode_font = "Code39OneInchTT-Regular";
 /// A bar code takes two rows and its text one; the composition leaves room for six rows in all.
 constexpr int bar_rows = 2;
 constexpr int barcode_block_rows = 2 * (bar_rows + 1);
+
+std::time_t seconds_of(File_time time) {
+    return std::chrono::floor<std::chrono::seconds>(time).time_since_epoch().count();
+}
 
 /// Settings files may hold any number.
 int font_points(const Page_layout& layout) {
@@ -112,7 +118,7 @@ Task<std::optional<Listing>> Program_listing::compose(std::string path) {
     printer_.set_font_size(layout_.Printer_fontsize == 10 ? 12 : 10);
     Test_barcode(barcode_font_);
     set_listing_font();
-    Listing_source source = source_of(path, std::move(*content));
+    Listing_source source = source_of(path, working_copy(std::move(*content)));
     std::function<bool()> stop_asked = [this] { return control_.stop_asked(); };
     const bool barcode_room = barcode_font_ || prints_barcode(path);
     std::optional<Listing> listing = co_await compose_listing(
@@ -127,7 +133,8 @@ Task<std::optional<Listing>> Program_listing::compose(std::string path) {
 Listing_source Program_listing::source_of(const std::string& path, std::string content) const {
     const Desktop_services& desktop = platform_.desktop;
     const auto stamp = platform_.files.stamp(path);
-    return {std::move(content), path, stamp ? desktop.stamp_text(*stamp) : std::string(),
+    return {std::move(content), path,
+            stamp ? desktop.stamp_text(seconds_of(*stamp)) : std::string(),
             desktop.date_text() + " " + desktop.time_text()};
 }
 

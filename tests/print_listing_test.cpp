@@ -55,7 +55,9 @@ TEST_F(Print_listing, prints_in_the_layouts_font_and_says_where_to) {
     EXPECT_THAT(window.status_label.caption(), HasSubstr("Listing sent to Test printer"));
     EXPECT_FALSE(window.Open_file_button.visible());
     printer.file = "/home/a/listing.pdf";
+    system.files.put(path, "G\xB1\xD8\xB2\x8DM30");  // a tape image: even parity
     print();
+    EXPECT_EQ(printer.pages.front(), "\n\n G1X2\n M30\n");
     EXPECT_THAT(window.status_label.caption(), HasSubstr("Listing sent to /home/a/listing.pdf"));
     window.Open_file_button.click();
     EXPECT_EQ(system.desktop.opened, printer.file);

@@ -51,6 +51,7 @@ TEST(Send, LinesOfFilesOfAnyOriginArriveWhole) {
         {"G0X1\rG1Z-5\r\nM30\r\n", "G0X1\r\nG1Z-5\r\nM30\r\n"},
         {even("O0001(MILL)\rG0X1\rM30\r"), "O0001(MILL)\r\nG0X1\r\nM30\r\n"},
         {"M30\r\n%\r\n\x1A", "M30\r\n%\r\n"},
+        {"M30\r\n\x1A\r\n", "M30\r\n"},
     };
     for (const auto& [file, wire] : cases) {
         Shop_floor shop({}, file);

@@ -6,12 +6,12 @@
 #include "machines/notation.h"
 #include "platform/basic_text.h"
 #include "platform/files.h"
+#include "platform/tape_image.h"
 #include "receive/received_code.h"
 #include "receive/received_text.h"
 #include "receive/reception_doubts.h"
 #include "simulated_machine/tape_code.h"
 #include "transmit/code_tables.h"
-#include "transmit/tape_image.h"
 
 namespace kelvane {
 namespace {
@@ -256,6 +256,8 @@ TEST(WorkingCopy, only_tape_images_are_converted) {
         "N30G00Y90Z60\nM30\n",  // all even, as it happens
         "(pr\xC3\xA9-perforation Z-50)\nG0 X1\n",
         "(pr\xE9-perforation Z-50)\n",
+        "N3\nZ50\n(c\xC3\xB4t\xC3\xA9 Z-5)\nG90\n",  // even but for a few, as it happens
+        "(t\xC3\xAAte)\nM30\n",
         "(GEH\xC4USE F\xDCR K\xD6RPER)\r\n",
         "(\xD0\xA4\xD0\xA0\xD0\x95\xD0\x97\xD0\x90)\r\nG0\r\n",
         "(" + std::string(76, '\xCD') + ")\r\n(" + std::string(76, '\xCD') + ")\r\n",

@@ -4,10 +4,10 @@
 #include <utility>
 
 #include "platform/file_pieces.h"
+#include "platform/tape_image.h"
 #include "session/file_names.h"
 #include "session/transfer_end.h"
 #include "session/unsaved_reception.h"
-#include "transmit/tape_image.h"
 
 namespace kelvane {
 

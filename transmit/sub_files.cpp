@@ -5,7 +5,7 @@
 #include <functional>
 
 #include "platform/basic_text.h"
-#include "transmit/tape_image.h"
+#include "platform/tape_image.h"
 
 namespace kelvane {
 

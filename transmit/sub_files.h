@@ -110,7 +110,7 @@ class Sub_file_reader {
     /// Tells versions of a file apart without reading it.
     struct Version {
         std::uint64_t length = 0;
-        std::time_t stamp = 0;
+        File_time stamp;
 
         bool operator==(const Version&) const = default;
     };

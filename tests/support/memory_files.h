@@ -79,12 +79,16 @@ class Memory_files : public Files {
         }
         return exists(path) ? Result<std::uint64_t>(files_.at(path).size()) : missing;
     }
-    /// A second more at every change.
-    Result<std::time_t> stamp(const std::string& path) const override {
+    /// A little later at every change.
+    Result<File_time> stamp(const std::string& path) const override {
         if (const auto state = works("stamp", path); !state) {
             return state.failure();
         }
-        return exists(path) ? Result<std::time_t>(1'000'000'000 + changes_.at(path)) : missing;
+        if (!exists(path)) {
+            return missing;
+        }
+        constexpr std::chrono::seconds start(1'000'000'000);
+        return File_time(start + std::chrono::nanoseconds(changes_.at(path)));
     }
 
     /// A file that is just there.

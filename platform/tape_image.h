@@ -13,9 +13,10 @@ namespace kelvane {
 /// In a tape image practically all bytes without bit 7 have the one parity, and so have practically
 /// all bytes with it; a good part of the bytes is of either kind; and without bit 7 they are text.
 /// In a text with accented letters, Latin-1 or UTF-8, the plain letters and line ends have both
-/// parities; an EIA tape has odd parity throughout but is no ASCII text. Blank tape and rub-outs
-/// say nothing, and a few damaged characters or a short readable leader change nothing. A file of
-/// less than 8 characters is never taken for a tape image.
+/// parities, and where a short one has not, it is UTF-8, in which the digits and line ends of a
+/// tape image would be parts of no character; an EIA tape has odd parity throughout but is no ASCII
+/// text. Blank tape and rub-outs say nothing, and a few damaged characters or a short readable
+/// leader change nothing. A file of less than 8 characters is never taken for a tape image.
 [[nodiscard]] bool is_tape_image(std::string_view sample);
 
 /// A tape image as text: every character masked to 7 bits, every line end (see `Lines`) CR LF.

@@ -1,4 +1,4 @@
-#include "transmit/tape_image.h"
+#include "platform/tape_image.h"
 
 #include <algorithm>
 #include <bit>
@@ -6,6 +6,7 @@
 
 #include "platform/basic_text.h"
 #include "platform/lines.h"
+#include "platform/utf8.h"
 
 namespace kelvane {
 
@@ -58,6 +59,20 @@ Statistics statistics_of(std::string_view sample) {
     return result;
 }
 
+/// What `sample_size` bytes show of it: well-formed UTF-8 with characters beyond ASCII.
+bool is_utf8_text(std::string_view text) {
+    const std::size_t rest = text.size() - std::min(text.size(), sample_size);
+    bool beyond_ascii = false;
+    while (text.size() > rest) {
+        const auto character = take_character(text);
+        if (!character) {
+            return false;
+        }
+        beyond_ascii = beyond_ascii || *character >= 0x80;
+    }
+    return beyond_ascii;
+}
+
 /// `exceptions` are few among `all`.
 bool few(std::size_t exceptions, std::size_t all) {
     return exceptions * damaged_one_in <= all;
@@ -73,7 +88,8 @@ bool is_tape_image(std::string_view sample) {
     const bool odd = few(plain.even, plain.all()) && few(high.even, high.all());
     const std::size_t rarer_kind = std::min(plain.all(), high.all());
     return found.all() >= fewest_characters && (even || odd) &&
-           rarer_kind * either_kind_one_in >= found.all() && few(control_characters, found.all());
+           rarer_kind * either_kind_one_in >= found.all() && few(control_characters, found.all()) &&
+           !is_utf8_text(sample);
 }
 
 std::string tape_image_text(std::string_view image) {
