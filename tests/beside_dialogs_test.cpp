@@ -42,8 +42,9 @@ class Beside_dialogs : public ::testing::Test {
 
     [[nodiscard]] std::vector<std::string> environment() const {
         std::vector<std::string> all = display.environment();
-        all.insert(all.end(),
-                   {"LD_PRELOAD=" PATIENCE_LIBRARY, "ASAN_OPTIONS=verify_asan_link_order=0"});
+        for (const std::string& variable : patient_environment()) {
+            all.push_back(variable);
+        }
         return all;
     }
     /// A button of the main window's last row, by its place in hundredths of the width; the window

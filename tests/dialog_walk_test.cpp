@@ -23,6 +23,7 @@
 #include "frame/program.h"
 #include "qt_test_application.h"
 #include "support/headless_platform.h"
+#include "support/in_time.h"
 
 namespace kelvane::testing {
 namespace {
@@ -61,7 +62,7 @@ class Walk : public ::testing::Test {
         }
     }
     bool wait(const std::function<bool()>& condition) {
-        const auto end = loop.now() + 120s;
+        const auto end = loop.now() + in_time;
         wait_for(loop, [&] { return condition() || loop.now() >= end; });
         return condition();
     }

@@ -137,8 +137,7 @@ class Workshop : public ::testing::Test {
     [[nodiscard]] std::string log() const { return folder.content("log"); }
 
     Program_directory folder;
-    std::vector<std::string> environment{"LD_PRELOAD=" PATIENCE_LIBRARY,
-                                         "ASAN_OPTIONS=verify_asan_link_order=0"};
+    std::vector<std::string> environment = patient_environment();
     std::unique_ptr<Process> program;
 
   private:

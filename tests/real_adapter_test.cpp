@@ -309,7 +309,7 @@ TEST_F(Real_adapter, an_observer_sees_both_directions_and_what_is_thrown_away) {
     settings_.null_discard = true;
     ASSERT_TRUE(port_.open(settings_));
     port_.output("out");
-    EXPECT_EQ(machine_.receive(3, 120s), "out");
+    EXPECT_EQ(machine_.receive(3, testing::in_time), "out");
     machine_.send(std::string("i\0n", 3));
     testing::wait_for(loop_, [&] { return port_.in_buffer_count() >= 2; });
     EXPECT_EQ(seen, std::string(">out<i\0n", 8));

@@ -14,6 +14,7 @@
 #include "desktop/qt_serial_port.h"
 #include "desktop/wire_clock.h"
 #include "qt_test_application.h"
+#include "support/in_time.h"
 #include "support/memory_files.h"
 #include "support/pty_line.h"
 
@@ -129,7 +130,7 @@ TEST_F(Serial_line_test, output_counts_as_queued_as_long_as_the_line_needs_for_i
         EXPECT_LE(queued, 50U);
         return queued == 0;
     });
-    EXPECT_EQ(machine_.receive(50, 120s), std::string(50, 'x'));
+    EXPECT_EQ(machine_.receive(50, testing::in_time), std::string(50, 'x'));
 }
 
 TEST_F(Serial_line_test, the_driver_handshakes_with_the_machines_own_characters) {
@@ -164,7 +165,7 @@ TEST_F(Serial_line_test, held_output_stays_queued_until_xon_and_never_holds_the_
     EXPECT_EQ(machine_.receive(1, 0ms), "");
     machine_.send("\x11");
     testing::wait_for(loop_, [&] { return port_.out_buffer_count() == 0; });
-    EXPECT_EQ(machine_.receive(3, 120s), "abc");
+    EXPECT_EQ(machine_.receive(3, testing::in_time), "abc");
     machine_.send("\x13y");
     EXPECT_EQ(port_receives(1), "y");
     port_.output(std::string(100'000, 'z'));

@@ -35,6 +35,7 @@
 #include "qt_test_application.h"
 #include "session/file_names.h"
 #include "support/headless_platform.h"
+#include "support/in_time.h"
 
 namespace kelvane::testing {
 namespace {
@@ -60,7 +61,7 @@ class Finished_program : public ::testing::Test {
         shown.clear();
         chosen_file = file.empty() ? QString() : folder.filePath(QString::fromStdString(file));
         item.click();
-        const auto end = loop.now() + 120s;
+        const auto end = loop.now() + in_time;
         wait_for(loop, [&] {
             return (!shown.empty() && windows.modal_window() == nullptr &&
                     program.window.tasks.empty()) ||

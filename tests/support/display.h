@@ -33,11 +33,11 @@ class Display {
     explicit Display(const Program_directory& folder);
 
     /// For the program that shall use it. Waits until the server answers; throws when it does not
-    /// within half a minute.
+    /// `in_time`.
     [[nodiscard]] std::vector<std::string> environment() const;
     /// True when a window of just that title is there now.
     [[nodiscard]] bool is_shown(const std::string& title) const;
-    /// Likewise, within half a minute.
+    /// Likewise, but waits for it `in_time`.
     [[nodiscard]] bool shows(const std::string& title) const;
     [[nodiscard]] bool closes(const std::string& title) const;
     /// Keys as xdotool names them, with blanks between; false when there is no such window.

@@ -139,6 +139,10 @@ std::chrono::milliseconds Process::processor_time() const {
     return std::chrono::milliseconds((in_program + in_kernel) * 1000 / ::sysconf(_SC_CLK_TCK));
 }
 
+std::vector<std::string> patient_environment() {
+    return {"LD_PRELOAD=" PATIENCE_LIBRARY, "ASAN_OPTIONS=verify_asan_link_order=0"};
+}
+
 Program_directory::Program_directory() {
     std::string name = (fs::temp_directory_path() / "kelvane_test_XXXXXX").string();
     if (::mkdtemp(name.data()) == nullptr) {

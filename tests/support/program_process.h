@@ -9,12 +9,10 @@
 #include <sys/types.h>
 #include <vector>
 
+#include "support/in_time.h"
 #include "support/plain_settings.h"
 
 namespace kelvane::testing {
-
-/// For what comes at once on a quiet computer, however busy this one is.
-inline constexpr std::chrono::milliseconds in_time = std::chrono::minutes(2);
 
 /// Waits, looking every few milliseconds, until `condition` holds; false when it does not within
 /// `limit`.
@@ -48,6 +46,10 @@ class Process {
     pid_t id_ = 0;
     std::optional<int> status_;
 };
+
+/// Environment of a program that may take longer for an orderly end than the limit it sets itself:
+/// a test of what it does then must not fail because the disk keeps it waiting.
+std::vector<std::string> patient_environment();
 
 /// The machine that a `Program_directory` knows.
 inline constexpr const char* test_machine = "Mill";
