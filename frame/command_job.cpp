@@ -94,22 +94,26 @@ void Command_job::Add_machine_name(int mode) {
     Files& files = window_.platform.files;
     const std::string& name = state_.Command_line_machine;
     const std::string settings = files.program_path(port_settings_name(name));
-    // No separator: files of this name are known to be looked for beside the directory.
-    const std::string beside =
-        files.program_directory() + std::string(file_names::bare(file_names::machine_list));
-    Result<> added =
-        !fault_of_machine_name(name).empty() ? Failure{"no file can have this name"}
-        : mode == 0 ? add_line(files, files.program_path(file_names::machine_list), name)
-                    : files.replace(beside, Text_writer().line(default_machine).line(name).text());
+    const bool listed = mode == 0;
+    // A new one has no separator: files of this name are known to be looked for beside the
+    // directory.
+    const std::string list = listed ? files.program_path(file_names::machine_list)
+                                    : files.program_directory() +
+                                          std::string(file_names::bare(file_names::machine_list));
+    Result<> added = Failure{"no file can have this name"};
+    if (fault_of_machine_name(name).empty()) {
+        added = listed ? add_line(files, list, name)
+                       : files.replace(list, Text_writer().line(default_machine).line(name).text());
+    }
     const std::string pattern = files.program_path(port_settings_name(default_machine));
     const bool copies = !files.exists(settings) && files.exists(pattern);
     added = added.and_then([&] { return copies ? files.copy(pattern, settings) : Result<>(); });
     const std::string said =
         "Machine " + name +
-        (!added      ? " could not be added: " + added.reason()
-         : mode == 0 ? " is not in the list of machines and has been added to it"
-                     : " is not known: there is no list of machines yet, so it has been put into " +
-                           beside) +
+        (!added ? " could not be added: " + added.reason()
+         : listed
+             ? " is not in the list of machines and has been added to it"
+             : " is not known: there is no list of machines yet, so it has been put into " + list) +
         "; this job goes to " + state_.IO_device_name;
     window_.control.set_warning(said);
     window_.job_remark = said;

@@ -17,15 +17,18 @@ std::optional<Utf8_form> utf8_form(unsigned char lead) {
     if (lead < 0xC2 || lead > 0xF4) {
         return std::nullopt;
     }
-    return Utf8_form{lead >= 0xF0   ? 3
-                     : lead >= 0xE0 ? 2
-                                    : 1,
-                     static_cast<unsigned char>(lead == 0xE0   ? 0xA0
-                                                : lead == 0xF0 ? 0x90
-                                                               : 0x80),
-                     static_cast<unsigned char>(lead == 0xED   ? 0x9F
-                                                : lead == 0xF4 ? 0x8F
-                                                               : 0xBF)};
+    switch (lead) {
+        case 0xE0:
+            return Utf8_form{2, 0xA0, 0xBF};
+        case 0xED:
+            return Utf8_form{2, 0x80, 0x9F};
+        case 0xF0:
+            return Utf8_form{3, 0x90, 0xBF};
+        case 0xF4:
+            return Utf8_form{3, 0x80, 0x8F};
+        default:
+            return Utf8_form{lead > 0xF0 ? 3 : lead > 0xE0 ? 2 : 1, 0x80, 0xBF};
+    }
 }
 
 std::optional<char32_t> take_character(std::string_view& bytes) {
